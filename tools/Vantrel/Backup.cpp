@@ -1,0 +1,48 @@
+// Completing the backup of a project's image files.
+#include "Backup.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool haveSameContent(const QString &first, const QString &second)
+{
+    QFile a(first);
+    QFile b(second);
+    if (!a.open(QIODevice::ReadOnly) || !b.open(QIODevice::ReadOnly) || a.size() != b.size())
+        return false;
+
+    constexpr qint64 blockSize = 1 << 16;
+    while (!a.atEnd()) {
+        const QByteArray block = a.read(blockSize);
+        if (block.isEmpty() || block != b.read(blockSize))
+            return false;
+    }
+    return true;
+}
+
+bool backUp(const QString &original, const QString &place)
+{
+    if (haveSameContent(original, place))
+        return true;
+    // What lies there is no copy of the original: a partial one, or that of an earlier run.
+    QFile::remove(place);
+    QDir().mkpath(QFileInfo(place).path());
+    return QFile::copy(original, place) && haveSameContent(original, place);
+}
+
+} // namespace
+
+bool completeBackup(const QList<QFileInfo> &originals, const QString &projectDir)
+{
+    return std::all_of(originals.begin(), originals.end(), [&](const QFileInfo &original) {
+        QString place = original.filePath().sliced(projectDir.size());
+        place.replace("/scr"_L1, "/scr_bak"_L1);
+        return backUp(original.filePath(), projectDir + place);
+    });
+}

@@ -1,0 +1,196 @@
+// The worker that converts a project: replaces placed objects on its screens by the current
+// shapes of its library.
+#pragma once
+
+#include "RecordFields.h"
+
+#include <QFileInfo>
+#include <QIODevice>
+#include <QList>
+#include <QMutex>
+#include <QObject>
+#include <QRect>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+#include <QThread>
+
+#include <atomic>
+#include <memory>
+
+class ShapeLibrary;
+namespace RecordGrammar {
+struct CheckRule;
+}
+
+/// Performs conversion runs on a thread of its own. The owner speaks to it by queued signals
+/// and, while no run is under way, by the setters; it must stop the thread (`thread()->quit()`,
+/// `wait()`) before it deletes the converter.
+///
+/// The operations on lines, shapes and records are those of a run's steps, in the order in
+/// which a run calls them. They work on the caller's lists and belong to the worker thread
+/// while a run is under way. Line indices are 0-based, rectangles have inclusive corners.
+class Converter final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// An object of an image file, a shape, or a report of a run. `clearBlock` makes another
+    /// state than construction does.
+    struct STBlock
+    {
+        int firstLine = 0;       ///< index of the object's first line in the image file
+        int lastLine = 0;        ///< index of its last line, inclusive
+        int extraNumber = 0;     ///< the object's level
+        int status = 0;          ///< 0 replaced, 1 not replaced, 2 error, see statusText()
+        bool replace = false;    ///< a candidate for replacement
+        bool iconToggle = false; ///< set while the next icon rectangle is to be passed over
+        QString shapeFile;       ///< name of the shape file that the object refers to
+        QString imageFile;       ///< path of the image file
+        QString initText;        ///< the object's initialisation prefix
+        QRect rect;              ///< main rectangle: the largest one that counts
+        QRect rect2;             ///< icon rectangle
+        QString imageObject;     ///< name of the object
+        QString shapeObject;     ///< name of the shape object that replaced it
+        QString error;
+        QString extraText;        ///< what follows the fixed fields of the object's rectangle line
+        QStringList missingIcons; ///< bitmaps of a shape that were not found
+        QRect rect3;              ///< position, in left and top only
+    };
+
+    /// Works on a thread of its own, which starts at once.
+    Converter();
+    /// Works on the caller's thread, for single operations on the project in `projectDir`.
+    explicit Converter(QString projectDir);
+    ~Converter() override;
+
+    /// Whether this converter started a thread of its own.
+    bool hasWorkerThread() const { return m_threadMode == WorkerThread; }
+
+    void setProjectDir(const QString &projectDir);
+    /// The shape files whose objects are replaced, in any letter case; none replaces nothing.
+    void setFilterNames(const QSet<QString> &names);
+    /// Makes folders with their parents where a run otherwise makes one level only.
+    void setMakeFolders(bool makeFolders);
+    /// Path of the change log of the run under way, or of the last one.
+    QString logFileName() const;
+
+    /// Counts a start that is about to be requested by a queued call of onStartConvert().
+    void announceStart();
+    /// Ends the run under way before its next file, and every announced start that has not
+    /// begun; such a start ends as a stopped run. Callable from any thread.
+    void cancel();
+
+    /// Puts a record into the state that reports and readers start from.
+    static void clearBlock(STBlock &block);
+
+    /// Reads an image file into its lines: Latin-1, trimmed, empty ones kept. Where it cannot be
+    /// opened, says so in `errorText`, leaves `lines` alone and returns false.
+    bool readImageFile(const QString &path, QStringList &lines, QString &errorText);
+    /// Whether a line has enough fields; the complaint in `errorText` otherwise. `tag` is the one
+    /// for the message; "PNT" asks for the exact number, but lets too many pass with the
+    /// complaint left in `errorText`. `imageFile` words it for an image file, else for a shape.
+    bool checkFieldCount(const QString &tag, int present, int required, QString &errorText, int lineIndex,
+                         bool imageFile) const;
+    /// Reports and logs an image file that cannot be converted; the path is put into `message`.
+    void reportImageFileError(const QString &path, QString &message);
+
+    /// Checks an image file's lines against the record grammar; stops at the first that fails.
+    bool checkImageLines(const QStringList &lines, QString &errorText);
+    /// The same for a shape's lines, which are held to more rules.
+    bool checkShapeLines(const QStringList &lines, QString &errorText);
+
+    /// Cuts an image file's lines into objects: a record for the head of the file, then one for
+    /// each object. Together they name every line once, unless there is no object. Returns true.
+    bool splitObjects(const QString &imageFile, const QStringList &lines, QList<STBlock> &objects);
+    /// Moves the lines of every object of a candidate's level behind it to just before the
+    /// candidate's last line, so that the scattered parts of one placed object lie together.
+    /// The records must be those that splitObjects() made of these lines.
+    void gatherScatteredParts(QStringList &lines, QList<STBlock> &objects);
+    /// Reads shape, prefix, name and rectangles of every candidate; one without a prefix is none.
+    void readShapeReferences(const QStringList &lines, QList<STBlock> &objects);
+
+    /// Reads a shape file from its first "ID;" line on. Where it is a catalogue or cannot be
+    /// opened, says so in `errorText`, leaves `lines` alone and returns false.
+    bool openShapeFile(const QString &path, QStringList &lines, QString &errorText);
+    /// Fills a shape's record from its lines, and looks for its icon bitmaps. Returns true.
+    bool parseShapeLines(const QStringList &lines, STBlock &shape);
+    /// Moves points and rectangles of a shape's lines to the place of the object `target`.
+    void placeShapeLines(QStringList &lines, const STBlock &target, const STBlock &shape);
+    /// Moves the file references of a shape's lines to another prefix, and its axes by the shifts.
+    void rebaseShapeLines(QStringList &lines, const QString &fromPrefix, const QString &toPrefix, int xShift,
+                          int yShift);
+    /// Reports and logs an object whose shape cannot be used, and writes the object's own lines.
+    /// The object's record becomes an error; the shape's name joins `failedShapeFiles` once.
+    void reportShapeFileError(QIODevice &output, STBlock &object, const QStringList &imageLines,
+                              const QString &shapeFile, const QString &errorText,
+                              QStringList &failedShapeFiles);
+
+    /// Builds the path of a new run's change log from the time.
+    void createLogFileName();
+    /// Performs a whole run. Called by onStartConvert().
+    void convert();
+
+    /// Tested before each image file; set it to stop the run. A start clears it, see cancel().
+    std::atomic<bool> stopRequested{false};
+
+    /// Index of the first "ID;" line in the shape file read last, -1 where it has none. Added to
+    /// the line numbers in messages about shapes.
+    int shapeLineOffset = -1;
+
+Q_SIGNALS:
+    /// `index` is that of the file about to be converted; the number of files at a run's end.
+    void sigProgressChanged(int count, int index);
+    void sigConvertInfo(Converter::STBlock block);
+    void sigConvertEnd();
+    void sigUpdFileName(QString filePath);
+
+public Q_SLOTS:
+    void onStopConvert();
+    void onStartConvert();
+
+private:
+    struct Run;
+    struct WorkLists;
+    enum ThreadMode { WorkerThread = -1, CallersThread = 0 };
+
+    bool beginStart();
+    void convertProject();
+    bool convertImageFiles(const QList<QFileInfo> &imageFiles);
+    void convertImageFile(const QString &imageFile, const QString &tempFile);
+    void writeObjects(QIODevice &tempFile, WorkLists &work);
+    void replaceObject(QIODevice &tempFile, WorkLists &work, STBlock &object);
+    void backUpAndCopyBack();
+    bool retryCopyBack(const QList<QFileInfo> &originals);
+    void reportFile(const QString &imageFile, int status, const QString &errorText);
+    bool checkLines(const QStringList &lines, QString &errorText, bool imageFile);
+    bool checkLine(const RecordGrammar::CheckRule &rule, QStringView line, QString &errorText, int index,
+                   bool imageFile) const;
+    bool isChosen(const STBlock &object) const;
+    /// Shapes and bitmaps as the run remembers them; outside a run, as they are now.
+    std::shared_ptr<ShapeLibrary> shapeLibrary() const;
+    QString projectDir() const;
+
+    // Exchanged between the owner's thread and the worker's: a start may follow a cancelled
+    // run at once, so each is copied under the mutex, and a run works on its own copies.
+    mutable QMutex m_mutex;
+    QThread m_thread;
+    QString m_projectDir;
+    QString m_logFileName;
+    ThreadMode m_threadMode;
+    QSet<QString> m_filterNames;
+    bool m_makeFolders = false;
+    int m_announcedStarts = 0;
+    int m_cancelledStarts = 0;
+
+    std::unique_ptr<Run> m_run; ///< what belongs to the run under way; null between runs
+};
+
+Q_DECLARE_METATYPE(Converter::STBlock)
+
+/// The word for a report's status: "NO REPLACE" for 1, "ERROR" for 2, else "REPLACE".
+QString statusText(int status);
+
+/// Appends a report to the change log at `path`: Latin-1, one row of seven fields separated by
+/// ';'; a new file gets its header first. A log that cannot be opened is passed over.
+void writeChangeLog(const Converter::STBlock &block, const QString &path);

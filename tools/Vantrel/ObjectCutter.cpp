@@ -1,0 +1,170 @@
+// Cutting an image file into objects, and gathering the scattered parts of placed ones.
+#include "ObjectCutter.h"
+
+#include "RecordGrammar.h"
+
+#include <QHash>
+
+namespace Field = RecordGrammar::Rectangle;
+using RecordGrammar::LineKind;
+
+ObjectCutter::ObjectCutter(const QString &imageFile, const QStringList &lines,
+                           QList<Converter::STBlock> &objects)
+    : m_imageFile(imageFile)
+    , m_lines(lines)
+    , m_objects(objects)
+{
+    Converter::clearBlock(m_object);
+}
+
+void ObjectCutter::cut()
+{
+    const auto lineCount = static_cast<int>(m_lines.size());
+    for (int index = 0; index < lineCount; ++index) {
+        const LineKind kind = RecordGrammar::kindOf(m_lines.at(index));
+        if (kind == LineKind::Section)
+            enterSection(index);
+        else if (kind == LineKind::Rectangle && m_section >= 0)
+            takeRectangle(index);
+    }
+
+    if (!isOpen())
+        return;
+    // The last object is a candidate by its level alone, with or without a library reference.
+    m_object.replace = m_object.extraNumber > 0;
+    closeObject(lineCount - 1);
+}
+
+void ObjectCutter::enterSection(int index)
+{
+    if (m_section < 0) {
+        m_firstSection = index;
+        appendPlainLines(0, index - 1);
+    }
+    m_section = index;
+}
+
+void ObjectCutter::takeRectangle(int index)
+{
+    if (isOpen() && belongsToOpenObject(index))
+        return;
+    if (!isOpen()) {
+        if (m_section > m_firstSection)
+            appendPlainLines(m_firstSection, m_section - 1);
+        openObject(index);
+        return;
+    }
+
+    closeObject(m_section - 1);
+    // Rectangles of the section that has just become an object of its own are looked at again:
+    // the first of them gives it its level. All others belong to it, as no section follows.
+    for (int again = m_section + 1; again <= index && !isOpen(); ++again) {
+        if (RecordGrammar::kindOf(m_lines.at(again)) == LineKind::Rectangle)
+            openObject(again);
+    }
+}
+
+bool ObjectCutter::belongsToOpenObject(int rectangleLine) const
+{
+    if (m_section == m_object.firstLine)
+        return true;
+    const int level = toNumber(fieldAt(m_lines.at(rectangleLine), Field::level));
+    return m_object.extraNumber >= 1 && level == m_object.extraNumber;
+}
+
+void ObjectCutter::openObject(int rectangleLine)
+{
+    const QStringView line = m_lines.at(rectangleLine);
+    m_object.firstLine = m_section;
+    m_object.extraNumber = toNumber(fieldAt(line, Field::level));
+    if (m_object.extraNumber > 0)
+        m_object.extraText = fieldsFrom(line, Field::extra).toString();
+    m_object.replace = m_object.extraNumber >= 1 && hasLibraryReference(rectangleLine);
+}
+
+bool ObjectCutter::hasLibraryReference(int rectangleLine) const
+{
+    const QStringView before = m_lines.at(rectangleLine - 1);
+    return fieldAt(before, 0) == RecordGrammar::libraryTag &&
+           !fieldAt(before, RecordGrammar::Library::shapeFile).isEmpty();
+}
+
+void ObjectCutter::closeObject(int lastLine)
+{
+    m_object.imageFile = m_imageFile;
+    m_object.lastLine = lastLine;
+    m_objects.append(m_object);
+    Converter::clearBlock(m_object);
+}
+
+void ObjectCutter::appendPlainLines(int firstLine, int lastLine)
+{
+    Converter::STBlock plain;
+    Converter::clearBlock(plain);
+    plain.imageFile = m_imageFile;
+    plain.firstLine = firstLine;
+    plain.lastLine = lastLine;
+    m_objects.append(plain);
+}
+
+namespace {
+
+/// For each record the records whose lines it takes over; empty for most.
+struct Gathering
+{
+    QHash<qsizetype, QList<qsizetype>> partsOf;
+    QList<bool> isTaken;
+};
+
+Gathering findParts(const QList<Converter::STBlock> &objects)
+{
+    Gathering gathering;
+    gathering.isTaken.resize(objects.size());
+    QHash<int, qsizetype> candidateOfLevel;
+    for (qsizetype index = 0; index < objects.size(); ++index) {
+        const Converter::STBlock &object = objects.at(index);
+        if (const auto candidate = candidateOfLevel.constFind(object.extraNumber);
+            candidate != candidateOfLevel.constEnd()) {
+            gathering.partsOf[*candidate].append(index);
+            gathering.isTaken[index] = true;
+        } else if (object.replace) {
+            candidateOfLevel.insert(object.extraNumber, index);
+        }
+    }
+    return gathering;
+}
+
+} // namespace
+
+void gatherParts(QStringList &lines, QList<Converter::STBlock> &objects)
+{
+    const Gathering gathering = findParts(objects);
+    if (gathering.partsOf.isEmpty())
+        return;
+
+    QStringList gatheredLines;
+    gatheredLines.reserve(lines.size());
+    QList<Converter::STBlock> gatheredObjects;
+    const auto takeLines = [&](int first, int last) {
+        for (int index = first; index <= last; ++index)
+            gatheredLines.append(lines.at(index));
+    };
+
+    for (qsizetype index = 0; index < objects.size(); ++index) {
+        if (gathering.isTaken.at(index))
+            continue;
+        Converter::STBlock object = objects.at(index);
+        const auto firstLine = static_cast<int>(gatheredLines.size());
+        const QList<qsizetype> parts = gathering.partsOf.value(index);
+        takeLines(object.firstLine, object.lastLine - 1);
+        for (const qsizetype part : parts)
+            takeLines(objects.at(part).firstLine, objects.at(part).lastLine);
+        if (object.firstLine <= object.lastLine)
+            takeLines(object.lastLine, object.lastLine);
+        object.firstLine = firstLine;
+        object.lastLine = static_cast<int>(gatheredLines.size()) - 1;
+        gatheredObjects.append(object);
+    }
+    lines = gatheredLines;
+    objects = gatheredObjects;
+}

@@ -1,0 +1,134 @@
+// Rewriting one line of a shape.
+#include "ShapePlacement.h"
+
+#include "RecordFields.h"
+#include "RecordGrammar.h"
+#include "WrapArithmetic.h"
+
+#include <QStringTokenizer>
+
+using namespace RecordGrammar;
+
+namespace {
+
+bool hasAllPoints(QStringView line)
+{
+    const qsizetype fields = fieldCount(line);
+    const int points = toNumber(fieldAt(line, counter));
+    return fields > Points::first && fields - Points::first == Wrap::multiply(2, points);
+}
+
+QString movedPoints(QStringView line, QPoint way)
+{
+    constexpr qsizetype roomForLongerNumbers = 32;
+    QString moved;
+    moved.reserve(line.size() + roomForLongerNumbers);
+    qsizetype index = 0;
+    for (const QStringView field : qTokenize(line, fieldSeparator)) {
+        if (index > 0)
+            moved += fieldSeparator;
+        const bool isAcross = (index - Points::first) % 2 == 0;
+        if (index < Points::first)
+            moved += field;
+        else
+            appendNumber(moved, Wrap::add(toNumber(field), isAcross ? way.x() : way.y()));
+        ++index;
+    }
+    return moved;
+}
+
+QString placedRectangle(QStringView line, QPoint way, const PlacedObject &object)
+{
+    RecordLine fixedFields(line);
+    fixedFields.truncate(Rectangle::extra);
+    if (!object.extraText.isEmpty())
+        fixedFields.append(object.extraText);
+    const QString rebuilt = fixedFields.joined();
+    RecordLine fields(rebuilt);
+    if (fields.size() <= Rectangle::level)
+        return rebuilt;
+
+    const int width = Wrap::subtract(fields.number(Rectangle::x2), fields.number(Rectangle::x1));
+    const int height = Wrap::subtract(fields.number(Rectangle::y2), fields.number(Rectangle::y1));
+    // Only the left edge is kept on the screen; a shape may reach beyond the top.
+    const int x1 = std::max(0, Wrap::add(way.x(), fields.number(Rectangle::x1)));
+    const int y1 = Wrap::add(way.y(), fields.number(Rectangle::y1));
+    fields.replace(Rectangle::x1, QString::number(x1));
+    fields.replace(Rectangle::y1, QString::number(y1));
+    fields.replace(Rectangle::x2, QString::number(Wrap::add(x1, width)));
+    fields.replace(Rectangle::y2, QString::number(Wrap::add(y1, height)));
+    fields.replace(Rectangle::level, QString::number(object.level));
+    return fields.joined();
+}
+
+/// Moves one file reference of a line.
+void rebaseField(RecordLine &line, qsizetype index, const Rebasing &rebasing)
+{
+    if (index >= line.size())
+        return;
+    if (const auto moved = rebasedReference(line.at(index), rebasing.fromPrefix, rebasing.toPrefix))
+        line.replace(index, *moved);
+}
+
+void rebaseEntries(RecordLine &line, const Rebasing &rebasing)
+{
+    qsizetype reference = Entries::firstReference;
+    for (int left = line.number(counter); left > 0 && reference < line.size(); --left) {
+        rebaseField(line, reference, rebasing);
+        reference += Entries::fieldsOfEntry;
+    }
+}
+
+void rebaseAxis(RecordLine &line, const Rebasing &rebasing, int shift)
+{
+    for (const qsizetype index : axisReferences) {
+        if (line.at(index).contains(u':'))
+            rebaseField(line, index, rebasing);
+    }
+    shiftReferenceFields(line, shift);
+}
+
+} // namespace
+
+Displacement displacementOf(const QRect &target, const QRect &shape)
+{
+    return {.corner = Wrap::subtract(target.topLeft(), shape.topLeft()),
+            .centre = Wrap::subtract(Wrap::centre(target), Wrap::centre(shape))};
+}
+
+void placeLine(QString &line, const Displacement &displacement, const PlacedObject &object)
+{
+    const LineKind kind = kindOf(line);
+    if (kind == LineKind::Rectangle)
+        line = placedRectangle(line, displacement.centre, object);
+    else if (kind == LineKind::Points && hasAllPoints(line))
+        line = movedPoints(line, displacement.corner);
+}
+
+void rebaseLine(QString &line, const Rebasing &rebasing)
+{
+    const RebaseRule *rule = ruleFor(line, rebaseRules);
+    if (rule == nullptr)
+        return;
+
+    RecordLine fields(line);
+    for (const int index : rule->references)
+        rebaseField(fields, index, rebasing);
+    switch (rule->kind) {
+    case Rebase::References:
+        break;
+    case Rebase::Initialise:
+        fields.replace(Library::initText, rebasing.toPrefix);
+        break;
+    case Rebase::EachEntry:
+        rebaseEntries(fields, rebasing);
+        break;
+    case Rebase::ShiftAcross:
+        rebaseAxis(fields, rebasing, rebasing.xShift);
+        break;
+    case Rebase::ShiftDown:
+        rebaseAxis(fields, rebasing, rebasing.yShift);
+        break;
+    }
+    line = fields.joined();
+}

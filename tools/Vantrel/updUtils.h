@@ -1,0 +1,42 @@
+// File-system operations of a conversion run.
+#pragma once
+
+#include <QFileInfo>
+#include <QList>
+#include <QString>
+
+/// How a missing folder is made.
+enum class FolderCreation {
+    OneLevel,    ///< only where its parent exists
+    WithParents, ///< with all that is missing above it
+};
+
+/// Finding, moving and removing the files of a project. Paths use '/'.
+class updUtils
+{
+public:
+    virtual ~updUtils() = default;
+
+    /// Removes a folder with all that it holds. Links in it are removed, never followed. Stops at
+    /// the first entry that cannot be removed. Returns whether the folder is gone.
+    static bool removeDir(const QString &path);
+
+    /// Appends the image files below a folder, depth first, by name ignoring case: every file that
+    /// is not hidden and whose whole path contains ".psc". Follows links to folders, but never
+    /// enters a folder that it is already inside of.
+    static void findImageFiles(const QString &path, QList<QFileInfo> &files);
+
+    /// Copies every image file below `projectDir` + `from` to the path in which each `from` is
+    /// replaced by `to`; existing files are not overwritten. Where all were copied, removes the
+    /// whole source folder and returns true; otherwise leaves it alone and returns false.
+    ///     moveImageFiles("/scr", "/scr_bak", "/plant")
+    static bool moveImageFiles(const QString &from, const QString &to, const QString &projectDir,
+                               FolderCreation creation = FolderCreation::OneLevel);
+
+    /// Looks for a file in the folders below `folder` whose path contains "/bmp", all folder names
+    /// in lower case. Sets `found` where it exists; the caller clears it first.
+    static void findFileInBmpFolders(const QString &folder, const QString &fileName, bool &found);
+
+    /// Makes the folder where it is missing. What cannot be made shows when it is used.
+    static void makeFolder(const QString &path, FolderCreation creation);
+};
