@@ -1,0 +1,96 @@
+// Text for a terminal, a file or a pipe.
+#include "Output.h"
+
+#include <QByteArray>
+
+#include <array>
+#include <utility>
+
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QLatin1StringView colorCode(Color color)
+{
+    switch (color) {
+    case Color::Bold:
+        return "1"_L1;
+    case Color::Dim:
+        return "2"_L1;
+    case Color::Red:
+        return "31"_L1;
+    case Color::Green:
+        return "32"_L1;
+    case Color::Yellow:
+        return "33"_L1;
+    case Color::Plain:
+        break;
+    }
+    return "0"_L1;
+}
+
+QString escapedCharacter(QChar character)
+{
+    static constexpr std::array<std::pair<char16_t, char16_t>, 3> shortForms{
+        {{u'\n', u'n'}, {u'\r', u'r'}, {u'\t', u't'}}};
+    for (const auto &[control, letter] : shortForms) {
+        if (character == control)
+            return u"\\"_s + QChar(letter);
+    }
+    return u"\\x%1"_s.arg(character.unicode(), 2, 16, '0'_L1);
+}
+
+} // namespace
+
+bool Output::isTerminal() const
+{
+    return isatty(fileno(m_stream)) == 1;
+}
+
+void Output::setColorMode(ColorMode mode)
+{
+    const bool isWelcome =
+        isTerminal() && qEnvironmentVariableIsEmpty("NO_COLOR") && qgetenv("TERM") != "dumb";
+    m_showsColors = mode == ColorMode::Always || (mode == ColorMode::Auto && isWelcome);
+}
+
+void Output::print(QStringView text)
+{
+    if (!m_isOpen)
+        return;
+    const QByteArray bytes = text.toUtf8();
+    const auto size = static_cast<std::size_t>(bytes.size());
+    m_isOpen = std::fwrite(bytes.constData(), 1, size, m_stream) == size;
+}
+
+void Output::printLine(QStringView text)
+{
+    print(text);
+    print(u"\n");
+}
+
+QString Output::colored(const QString &text, Color color) const
+{
+    return m_showsColors ? u"\x1b[%1m%2\x1b[0m"_s.arg(colorCode(color), text) : text;
+}
+
+void Output::flush()
+{
+    m_isOpen = m_isOpen && std::fflush(m_stream) == 0;
+}
+
+QString escaped(QStringView text)
+{
+    QString shown;
+    shown.reserve(text.size());
+    for (const QChar character : text) {
+        const bool isControl = character.category() == QChar::Other_Control;
+        if (isControl)
+            shown += escapedCharacter(character);
+        else
+            shown += character;
+    }
+    return shown;
+}

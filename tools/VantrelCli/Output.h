@@ -1,0 +1,40 @@
+// Text for a terminal, a file or a pipe.
+#pragma once
+
+#include <QString>
+
+#include <cstdio>
+
+/// When text is coloured.
+enum class ColorMode { Auto, Always, Never };
+
+enum class Color { Plain, Bold, Dim, Red, Green, Yellow };
+
+/// One of the standard streams. A reader that has gone away ends the printing, nothing else.
+class Output final
+{
+public:
+    explicit Output(std::FILE *stream)
+        : m_stream(stream)
+    {
+    }
+
+    bool isTerminal() const;
+    /// Automatic colouring needs a terminal that can show it, and a user who has not declined it.
+    void setColorMode(ColorMode mode);
+
+    void print(QStringView text);
+    void printLine(QStringView text);
+    /// The text in a colour, where this stream shows colours.
+    QString colored(const QString &text, Color color) const;
+    void flush();
+
+private:
+    std::FILE *m_stream;
+    bool m_isOpen = true;
+    bool m_showsColors = false;
+};
+
+/// Text with its control characters spelt out, so that a name can neither break a line nor
+/// reach the terminal's controls:  "a<newline>b"  ->  "a\nb"
+QString escaped(QStringView text);

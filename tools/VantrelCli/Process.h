@@ -1,0 +1,6 @@
+// What the process needs before anything else runs in it.
+#pragma once
+
+/// Lets writes to a closed pipe or beyond a size limit fail as calls, instead of ending the
+/// process, and has names taken as UTF-8 whatever the locale says.
+void prepareProcess();

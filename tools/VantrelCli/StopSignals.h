@@ -1,0 +1,27 @@
+// The signals by which a user or a system asks the process to end.
+#pragma once
+
+#include <QObject>
+#include <QSocketNotifier>
+
+#include <memory>
+
+/// Turns SIGINT, SIGTERM and SIGHUP into a Qt signal on the thread that made it. One may exist
+/// at a time.
+class StopSignals final : public QObject
+{
+    Q_OBJECT
+
+public:
+    StopSignals();
+    ~StopSignals() override;
+
+    /// The first of these signals that has arrived; 0 as long as none has.
+    int received() const;
+
+Q_SIGNALS:
+    void sigStopWanted();
+
+private:
+    std::unique_ptr<QSocketNotifier> m_notifier;
+};
