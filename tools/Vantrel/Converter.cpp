@@ -53,6 +53,9 @@ constexpr int shapeFileErrorLine = 1620;
 constexpr int copyBackErrorLine = 1688;
 constexpr int runErrorLine = 1700;
 
+/// Where a record's position is not known.
+constexpr QPoint noPosition{-99999, -99999};
+
 enum LogLevel : unsigned char { Alert = 1, FileError = 3 };
 
 void logMessage(LogLevel level, const QString &message, int line)
@@ -67,20 +70,30 @@ QString inTempFolder(QString path)
     return path.replace("/scr"_L1, "/scr_temp"_L1, Qt::CaseSensitive);
 }
 
-QByteArray encoded(const QStringList &lines, qsizetype first, qsizetype last)
+/// One character one byte; what Latin-1 does not have becomes '?'.
+char *encode(QStringView text, char *out)
 {
-    QByteArray bytes;
-    for (qsizetype index = std::max<qsizetype>(first, 0); index <= std::min(last, lines.size() - 1);
-         ++index) {
-        bytes += lines.at(index).toLatin1();
-        bytes += '\n';
-    }
-    return bytes;
+    constexpr char16_t lastOfLatin1 = 0xff;
+    return std::transform(text.utf16(), text.utf16() + text.size(), out, [](char16_t character) {
+        return character <= lastOfLatin1 ? static_cast<char>(character) : '?';
+    });
 }
 
 void writeLines(QIODevice &output, const QStringList &lines, qsizetype first, qsizetype last)
 {
-    output.write(encoded(lines, first, last));
+    first = std::max<qsizetype>(first, 0);
+    last = std::min(last, lines.size() - 1);
+    qsizetype size = 0;
+    for (qsizetype index = first; index <= last; ++index)
+        size += lines.at(index).size() + 1;
+
+    QByteArray bytes(size, Qt::Uninitialized);
+    char *out = bytes.data();
+    for (qsizetype index = first; index <= last; ++index) {
+        out = encode(lines.at(index), out);
+        *out++ = '\n';
+    }
+    output.write(bytes);
 }
 
 void writeObject(QIODevice &output, const QStringList &imageLines, const Converter::STBlock &object)
@@ -379,14 +392,13 @@ void Converter::replaceObject(QIODevice &tempFile, WorkLists &work, STBlock &obj
 void Converter::clearBlock(STBlock &block)
 {
     constexpr int beyondLeftAndTop = 99999;
-    constexpr int noPosition = -99999;
     block = STBlock{};
     block.firstLine = -1;
     block.lastLine = -1;
     block.extraNumber = -1;
     block.rect.setCoords(beyondLeftAndTop, beyondLeftAndTop, 0, 0);
     block.rect2.setCoords(0, 0, 0, 0);
-    block.rect3.setCoords(noPosition, noPosition, 0, 0);
+    block.rect3.setCoords(noPosition.x(), noPosition.y(), 0, 0);
 }
 
 void Converter::reportFile(const QString &imageFile, int status, const QString &errorText)
@@ -512,9 +524,7 @@ void readLibraryReference(QStringView line, Converter::STBlock &object)
 /// The first rectangle of an object gives its position.
 void takePosition(const QRect &rect, Converter::STBlock &object)
 {
-    Converter::STBlock cleared;
-    Converter::clearBlock(cleared);
-    if (object.rect3.topLeft() != cleared.rect3.topLeft())
+    if (object.rect3.topLeft() != noPosition)
         return;
     object.rect3.setLeft(rect.left());
     object.rect3.setTop(rect.top());

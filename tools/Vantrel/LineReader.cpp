@@ -1,10 +1,10 @@
 // Reading image and shape files into lines.
 #include "LineReader.h"
 
-#include <QByteArrayView>
+#include <QByteArray>
 #include <QFile>
 
-#include <algorithm>
+#include <cstring>
 
 namespace {
 
@@ -13,24 +13,25 @@ constexpr bool isBlank(char byte)
     return byte == ' ' || (byte >= '\t' && byte <= '\r');
 }
 
-QByteArrayView trimmed(QByteArrayView line)
+QString trimmedLine(const char *begin, const char *end)
 {
-    while (!line.isEmpty() && isBlank(line.front()))
-        line = line.sliced(1);
-    while (!line.isEmpty() && isBlank(line.back()))
-        line.chop(1);
-    return line;
+    while (begin != end && isBlank(*begin))
+        ++begin;
+    while (begin != end && isBlank(*(end - 1)))
+        --end;
+    return QString::fromLatin1(begin, end - begin);
 }
 
-QStringList cutIntoLines(QByteArrayView bytes)
+QStringList cutIntoLines(const QByteArray &bytes)
 {
     QStringList lines;
-    lines.reserve(std::count(bytes.begin(), bytes.end(), '\n') + 1);
-    while (!bytes.isEmpty()) {
-        const qsizetype lineEnd = bytes.indexOf('\n');
-        const qsizetype size = lineEnd < 0 ? bytes.size() : lineEnd;
-        lines.append(QString::fromLatin1(trimmed(bytes.first(size))));
-        bytes = bytes.sliced(std::min(size + 1, bytes.size()));
+    const char *const end = bytes.constEnd();
+    for (const char *begin = bytes.constBegin(); begin != end;) {
+        const auto *const separator =
+            static_cast<const char *>(std::memchr(begin, '\n', static_cast<std::size_t>(end - begin)));
+        const char *const lineEnd = separator == nullptr ? end : separator;
+        lines.append(trimmedLine(begin, lineEnd));
+        begin = separator == nullptr ? end : separator + 1;
     }
     return lines;
 }

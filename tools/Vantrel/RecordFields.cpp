@@ -4,8 +4,6 @@
 #include "RecordGrammar.h"
 #include "WrapArithmetic.h"
 
-#include <QStringTokenizer>
-
 #include <array>
 #include <charconv>
 
@@ -16,17 +14,21 @@ namespace {
 template <typename Fields>
 void joinInto(const Fields &fields, QString &line)
 {
-    qsizetype size = 0;
+    qsizetype size = -1;
     for (const auto &field : fields)
         size += field.size() + 1;
-
-    line.clear();
-    line.reserve(size);
-    for (const auto &field : fields) {
-        line += field;
-        line += fieldSeparator;
+    if (size < 0) {
+        line.clear();
+        return;
     }
-    line.chop(1);
+
+    line = QString(size, Qt::Uninitialized);
+    auto *out = reinterpret_cast<char16_t *>(line.data());
+    for (qsizetype index = 0; index < fields.size(); ++index) {
+        if (index > 0)
+            *out++ = fieldSeparator;
+        out = writeText(out, fields.at(index));
+    }
 }
 
 template <typename Fields>
@@ -60,8 +62,12 @@ std::optional<int> plainNumber(QStringView field)
 
 RecordLine::RecordLine(QStringView line)
 {
-    for (const QStringView field : qTokenize(line, fieldSeparator))
-        m_fields.append(field);
+    auto field = line.begin();
+    for (auto separator = field; (separator = std::find(field, line.end(), fieldSeparator)) != line.end();
+         field = separator + 1) {
+        m_fields.append(QStringView(field, separator));
+    }
+    m_fields.append(QStringView(field, line.end()));
 }
 
 int RecordLine::number(qsizetype index) const
@@ -102,20 +108,20 @@ qsizetype fieldCount(QStringView line)
 
 QStringView fieldsFrom(QStringView line, qsizetype first)
 {
+    auto field = line.begin();
     for (; first > 0; --first) {
-        const qsizetype separator = line.indexOf(fieldSeparator);
-        if (separator < 0)
+        field = std::find(field, line.end(), fieldSeparator);
+        if (field == line.end())
             return {};
-        line = line.sliced(separator + 1);
+        ++field;
     }
-    return line;
+    return {field, line.end()};
 }
 
 QStringView fieldAt(QStringView line, qsizetype index)
 {
     const QStringView rest = fieldsFrom(line, index);
-    const qsizetype separator = rest.indexOf(fieldSeparator);
-    return separator < 0 ? rest : rest.first(separator);
+    return {rest.begin(), std::find(rest.begin(), rest.end(), fieldSeparator)};
 }
 
 int toNumber(QStringView field)
@@ -125,11 +131,16 @@ int toNumber(QStringView field)
     return field.toInt();
 }
 
-void appendNumber(QString &text, int number)
+char16_t *writeText(char16_t *out, QStringView text)
 {
-    std::array<char, 11> digits{};
+    return std::copy(text.utf16(), text.utf16() + text.size(), out);
+}
+
+char16_t *writeNumber(char16_t *out, int number)
+{
+    std::array<char, longestNumber> digits{};
     const auto end = std::to_chars(digits.begin(), digits.end(), number).ptr;
-    text += QLatin1StringView(digits.data(), end);
+    return std::copy(digits.begin(), end, out);
 }
 
 void joinFields(const QStringList &fields, QString &line)

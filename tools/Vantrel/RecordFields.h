@@ -59,8 +59,12 @@ QStringView fieldsFrom(QStringView line, qsizetype first);
 /// a leading '+' are accepted); what does not parse or does not fit counts as 0.
 int toNumber(QStringView field);
 
-/// Appends a number in plain decimal.
-void appendNumber(QString &text, int number);
+/// The most characters that a number takes.
+inline constexpr qsizetype longestNumber = 11;
+
+/// Write a text, or a number in plain decimal, to a place that has room for it; return its end.
+char16_t *writeText(char16_t *out, QStringView text);
+char16_t *writeNumber(char16_t *out, int number);
 
 /// Puts fields together again; the inverse of cutting a line.
 ///     {"IVG", "a", ""}  ->  "IVG;a;"

@@ -5,45 +5,45 @@
 #include "RecordGrammar.h"
 #include "WrapArithmetic.h"
 
-#include <QStringTokenizer>
-
 using namespace RecordGrammar;
 
 namespace {
 
-bool hasAllPoints(QStringView line)
+bool hasAllPoints(const RecordLine &line)
 {
-    const qsizetype fields = fieldCount(line);
-    const int points = toNumber(fieldAt(line, counter));
-    return fields > Points::first && fields - Points::first == Wrap::multiply(2, points);
+    const qsizetype coordinates = line.size() - Points::first;
+    return coordinates > 0 && coordinates == Wrap::multiply(2, line.number(counter));
 }
 
-QString movedPoints(QStringView line, QPoint way)
+QString movedPoints(const RecordLine &line, qsizetype lineSize, QPoint way)
 {
-    constexpr qsizetype roomForLongerNumbers = 32;
-    QString moved;
-    moved.reserve(line.size() + roomForLongerNumbers);
-    qsizetype index = 0;
-    for (const QStringView field : qTokenize(line, fieldSeparator)) {
+    QString moved(lineSize + line.size() * longestNumber, Qt::Uninitialized);
+    auto *const begin = reinterpret_cast<char16_t *>(moved.data());
+    auto *out = begin;
+    for (qsizetype index = 0; index < line.size(); ++index) {
         if (index > 0)
-            moved += fieldSeparator;
+            *out++ = fieldSeparator;
         const bool isAcross = (index - Points::first) % 2 == 0;
-        if (index < Points::first)
-            moved += field;
-        else
-            appendNumber(moved, Wrap::add(toNumber(field), isAcross ? way.x() : way.y()));
-        ++index;
+        out = index < Points::first
+                  ? writeText(out, line.at(index))
+                  : writeNumber(out, Wrap::add(line.number(index), isAcross ? way.x() : way.y()));
     }
-    return moved;
+    return moved.first(out - begin);
+}
+
+/// The fixed fields of a shape's rectangle line, and behind them what stays with the object.
+QString withExtraText(QStringView line, const QString &extraText)
+{
+    RecordLine fields(line);
+    fields.truncate(Rectangle::extra);
+    if (!extraText.isEmpty())
+        fields.append(extraText);
+    return fields.joined();
 }
 
 QString placedRectangle(QStringView line, QPoint way, const PlacedObject &object)
 {
-    RecordLine fixedFields(line);
-    fixedFields.truncate(Rectangle::extra);
-    if (!object.extraText.isEmpty())
-        fixedFields.append(object.extraText);
-    const QString rebuilt = fixedFields.joined();
+    const QString rebuilt = withExtraText(line, object.extraText);
     RecordLine fields(rebuilt);
     if (fields.size() <= Rectangle::level)
         return rebuilt;
@@ -99,10 +99,12 @@ Displacement displacementOf(const QRect &target, const QRect &shape)
 void placeLine(QString &line, const Displacement &displacement, const PlacedObject &object)
 {
     const LineKind kind = kindOf(line);
-    if (kind == LineKind::Rectangle)
+    if (kind == LineKind::Rectangle) {
         line = placedRectangle(line, displacement.centre, object);
-    else if (kind == LineKind::Points && hasAllPoints(line))
-        line = movedPoints(line, displacement.corner);
+    } else if (kind == LineKind::Points) {
+        if (const RecordLine fields(line); hasAllPoints(fields))
+            line = movedPoints(fields, line.size(), displacement.corner);
+    }
 }
 
 void rebaseLine(QString &line, const Rebasing &rebasing)
