@@ -392,7 +392,10 @@ void Converter::replaceObject(QIODevice &tempFile, WorkLists &work, STBlock &obj
 void Converter::clearBlock(STBlock &block)
 {
     constexpr int beyondLeftAndTop = 99999;
+    QStringList icons = std::move(block.missingIcons);
+    icons.clear(); // keeps its storage
     block = STBlock{};
+    block.missingIcons = std::move(icons);
     block.firstLine = -1;
     block.lastLine = -1;
     block.extraNumber = -1;

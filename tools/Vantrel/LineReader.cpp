@@ -6,6 +6,8 @@
 
 #include <cstring>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr bool isBlank(char byte)
@@ -13,25 +15,49 @@ constexpr bool isBlank(char byte)
     return byte == ' ' || (byte >= '\t' && byte <= '\r');
 }
 
-QString trimmedLine(const char *begin, const char *end)
+/// Hands out parts of one text as strings that share its memory, which lives as long as any of
+/// them; a part that is changed gets memory of its own. A file has hundreds of lines, and this
+/// spares an allocation for each.
+class SharedText final
 {
-    while (begin != end && isBlank(*begin))
-        ++begin;
-    while (begin != end && isBlank(*(end - 1)))
-        --end;
-    return QString::fromLatin1(begin, end - begin);
-}
+public:
+    explicit SharedText(const QByteArray &bytes)
+        : m_text(QString::fromLatin1(bytes))
+        , m_begin(reinterpret_cast<char16_t *>(m_text.data()))
+    {
+    }
+
+    /// Ends the part with a NUL, as every string has one; what stood there is lost.
+    QString part(qsizetype begin, qsizetype end)
+    {
+        if (begin == end)
+            return u""_s;
+        m_begin[end] = u'\0';
+        m_text.data_ptr().d_ptr()->ref();
+        return QString(QString::DataPointer(m_text.data_ptr().d_ptr(), m_begin + begin, end - begin));
+    }
+
+private:
+    QString m_text;
+    char16_t *m_begin;
+};
 
 QStringList cutIntoLines(const QByteArray &bytes)
 {
     QStringList lines;
-    const char *const end = bytes.constEnd();
-    for (const char *begin = bytes.constBegin(); begin != end;) {
-        const auto *const separator =
-            static_cast<const char *>(std::memchr(begin, '\n', static_cast<std::size_t>(end - begin)));
-        const char *const lineEnd = separator == nullptr ? end : separator;
-        lines.append(trimmedLine(begin, lineEnd));
-        begin = separator == nullptr ? end : separator + 1;
+    SharedText text(bytes);
+    const char *const file = bytes.constData();
+    for (qsizetype begin = 0; begin < bytes.size();) {
+        const auto rest = static_cast<std::size_t>(bytes.size() - begin);
+        const auto *const separator = static_cast<const char *>(std::memchr(file + begin, '\n', rest));
+        const qsizetype lineEnd = separator == nullptr ? bytes.size() : separator - file;
+        qsizetype end = lineEnd;
+        while (begin < end && isBlank(file[begin]))
+            ++begin;
+        while (begin < end && isBlank(file[end - 1]))
+            --end;
+        lines.append(text.part(begin, end));
+        begin = lineEnd + 1;
     }
     return lines;
 }
