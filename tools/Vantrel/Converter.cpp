@@ -7,6 +7,7 @@
 #include "ObjectCutter.h"
 #include "RecordGrammar.h"
 #include "RectangleReader.h"
+#include "Remembered.h"
 #include "ShapeLibrary.h"
 #include "ShapePlacement.h"
 #include "WrapArithmetic.h"
@@ -21,6 +22,16 @@
 using namespace Qt::StringLiterals;
 using RecordGrammar::LineKind;
 
+/// What a run knows of a shape file.
+struct Converter::ShapeFile
+{
+    bool isReadable = false;
+    bool isValid = false;
+    QString errorText;
+    QStringList lines;
+    STBlock shape;
+};
+
 /// What a run works on: the owner may exchange the settings while it is under way.
 struct Converter::Run
 {
@@ -28,6 +39,7 @@ struct Converter::Run
     QSet<QString> filterNames;
     FolderCreation folderCreation = FolderCreation::OneLevel;
     std::shared_ptr<ShapeLibrary> library;
+    QHash<QString, ShapeFile> shapes;
     QStringList failedShapeFiles;
 
     QString imageFolder() const { return projectDir + "/scr"_L1; }
@@ -242,6 +254,7 @@ void Converter::convertProject()
             .filterNames = m_filterNames,
             .folderCreation = m_makeFolders ? FolderCreation::WithParents : FolderCreation::OneLevel,
             .library = std::make_shared<ShapeLibrary>(m_projectDir),
+            .shapes = {},
             .failedShapeFiles = {},
         });
     }
@@ -362,22 +375,23 @@ void Converter::replaceObject(QIODevice &tempFile, WorkLists &work, STBlock &obj
                              m_run->failedShapeFiles);
     };
     const QString shapePath = m_run->library->path(object.shapeFile);
-    QString errorText;
-    STBlock shape;
 
     // The lines of the shape before this one are placed once more before they are exchanged.
-    parseShapeLines(work.shapeLines, shape);
-    placeShapeLines(work.shapeLines, object, shape);
+    STBlock formerShape;
+    parseShapeLines(work.shapeLines, formerShape);
+    placeShapeLines(work.shapeLines, object, formerShape);
 
-    if (!openShapeFile(shapePath, work.shapeLines, errorText)) {
-        keepObject(object.shapeFile, errorText);
+    const ShapeFile &shapeFile = openedShape(shapePath);
+    if (!shapeFile.isReadable) {
+        keepObject(object.shapeFile, shapeFile.errorText);
         return;
     }
-    if (!checkShapeLines(work.shapeLines, errorText)) {
-        keepObject(shapePath, errorText);
+    work.shapeLines = shapeFile.lines;
+    if (!shapeFile.isValid) {
+        keepObject(shapePath, shapeFile.errorText);
         return;
     }
-    parseShapeLines(work.shapeLines, shape);
+    const STBlock &shape = shapeFile.shape;
     placeShapeLines(work.shapeLines, object, shape);
     const QPoint shift = displacementOf(object.rect, shape.rect).centre;
     rebaseShapeLines(work.shapeLines, shape.imageObject, object.initText, shift.x(), shift.y());
@@ -387,6 +401,20 @@ void Converter::replaceObject(QIODevice &tempFile, WorkLists &work, STBlock &obj
     Q_EMIT sigConvertInfo(object);
     for (const QString &icon : std::as_const(shape.missingIcons))
         keepObject(icon, u"Ikon %1 does not exist"_s.arg(icon));
+}
+
+/// A shape file as objects are replaced by it: opened, checked and parsed when the run first
+/// comes to it.
+const Converter::ShapeFile &Converter::openedShape(const QString &path)
+{
+    return remembered(m_run->shapes, path, [&] {
+        ShapeFile file;
+        file.isReadable = openShapeFile(path, file.lines, file.errorText);
+        file.isValid = file.isReadable && checkShapeLines(file.lines, file.errorText);
+        if (file.isValid)
+            parseShapeLines(file.lines, file.shape);
+        return file;
+    });
 }
 
 void Converter::clearBlock(STBlock &block)
@@ -576,14 +604,17 @@ void Converter::readShapeReferences(const QStringList &lines, QList<STBlock> &ob
 
 bool Converter::openShapeFile(const QString &path, QStringList &lines, QString &errorText)
 {
-    const std::shared_ptr<ShapeLibrary> library = shapeLibrary();
-    const ShapeLibrary::ShapeFile &shape = library->shape(path);
-    if (!shape.readable) {
+    const bool isCatalogue = path.contains(".cat"_L1);
+    const std::optional<QStringList> read = isCatalogue ? std::nullopt : readLines(path);
+    if (!read) {
         errorText = u"Could not open Shape File"_s;
         return false;
     }
-    lines = shape.lines;
-    shapeLineOffset = shape.firstSectionLine;
+
+    const auto isSection = [](const QString &line) { return hasTag(line, RecordGrammar::sectionTag); };
+    const auto firstSection = std::find_if(read->cbegin(), read->cend(), isSection);
+    lines = QStringList(firstSection, read->cend());
+    shapeLineOffset = lines.isEmpty() ? -1 : static_cast<int>(firstSection - read->cbegin());
     return true;
 }
 

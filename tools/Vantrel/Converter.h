@@ -151,6 +151,7 @@ public Q_SLOTS:
 
 private:
     struct Run;
+    struct ShapeFile;
     struct WorkLists;
     enum ThreadMode { WorkerThread = -1, CallersThread = 0 };
 
@@ -160,6 +161,7 @@ private:
     void convertImageFile(const QString &imageFile, const QString &tempFile);
     void writeObjects(QIODevice &tempFile, WorkLists &work);
     void replaceObject(QIODevice &tempFile, WorkLists &work, STBlock &object);
+    const ShapeFile &openedShape(const QString &path);
     void backUpAndCopyBack();
     bool retryCopyBack(const QList<QFileInfo> &originals);
     void reportFile(const QString &imageFile, int status, const QString &errorText);
@@ -167,7 +169,7 @@ private:
     bool checkLine(const RecordGrammar::CheckRule &rule, QStringView line, QString &errorText, int index,
                    bool imageFile) const;
     bool isChosen(const STBlock &object) const;
-    /// Shapes and bitmaps as the run remembers them; outside a run, as they are now.
+    /// Shape files and bitmaps as the run remembers them; outside a run, as they are now.
     std::shared_ptr<ShapeLibrary> shapeLibrary() const;
     QString projectDir() const;
 

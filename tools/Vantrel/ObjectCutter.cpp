@@ -93,7 +93,7 @@ void ObjectCutter::closeObject(int lastLine)
 {
     m_object.imageFile = m_imageFile;
     m_object.lastLine = lastLine;
-    m_objects.append(m_object);
+    m_objects.append(std::move(m_object));
     Converter::clearBlock(m_object);
 }
 

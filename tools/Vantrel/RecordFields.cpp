@@ -83,6 +83,20 @@ void RecordLine::replace(qsizetype index, const QString &text)
     m_fields[index] = m_exchanged.last();
 }
 
+void RecordLine::replace(qsizetype index, int number)
+{
+    if (m_usedDigits + longestNumber > m_digits.size()) {
+        replace(index, QString::number(number));
+        return;
+    }
+    if (index >= size())
+        return;
+    char16_t *const begin = m_digits.data() + m_usedDigits;
+    char16_t *const end = writeNumber(begin, number);
+    m_fields[index] = QStringView(begin, end);
+    m_usedDigits += static_cast<std::size_t>(end - begin);
+}
+
 void RecordLine::append(const QString &text)
 {
     m_exchanged.append(text);

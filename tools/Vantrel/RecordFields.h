@@ -8,9 +8,13 @@
 #include <QVarLengthArray>
 
 #include <algorithm>
+#include <array>
 #include <optional>
 
 inline constexpr char16_t fieldSeparator = u';';
+
+/// The most characters that a number takes.
+inline constexpr std::size_t longestNumber = 11;
 
 /// A record line cut into its fields, which can be exchanged; empty fields are kept.
 ///     "PNT;2;;10"  ->  {"PNT", "2", "", "10"}
@@ -19,6 +23,9 @@ class RecordLine final
 {
 public:
     explicit RecordLine(QStringView line);
+    // Fields may lie in the object itself.
+    RecordLine(const RecordLine &) = delete;
+    RecordLine &operator=(const RecordLine &) = delete;
 
     qsizetype size() const { return m_fields.size(); }
     /// The field, or an empty one where the line has no such field.
@@ -28,6 +35,7 @@ public:
 
     /// Exchanges a field; a field that the line does not have is left alone.
     void replace(qsizetype index, const QString &text);
+    void replace(qsizetype index, int number);
     void append(const QString &text);
     /// Drops the fields from `count` on.
     void truncate(qsizetype count);
@@ -38,6 +46,8 @@ public:
 private:
     QVarLengthArray<QStringView, 40> m_fields;
     QVarLengthArray<QString, 10> m_exchanged;
+    std::array<char16_t, 6 * longestNumber> m_digits;
+    std::size_t m_usedDigits = 0;
 };
 
 /// Whether a line is of the kind that `prefix` names. Record tags are case-sensitive prefixes.
@@ -58,9 +68,6 @@ QStringView fieldsFrom(QStringView line, qsizetype first);
 /// Reads a field as a signed 32-bit decimal number, as QString::toInt does (blanks around and
 /// a leading '+' are accepted); what does not parse or does not fit counts as 0.
 int toNumber(QStringView field);
-
-/// The most characters that a number takes.
-inline constexpr qsizetype longestNumber = 11;
 
 /// Write a text, or a number in plain decimal, to a place that has room for it; return its end.
 char16_t *writeText(char16_t *out, QStringView text);

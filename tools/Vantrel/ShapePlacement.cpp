@@ -17,7 +17,7 @@ bool hasAllPoints(const RecordLine &line)
 
 QString movedPoints(const RecordLine &line, qsizetype lineSize, QPoint way)
 {
-    QString moved(lineSize + line.size() * longestNumber, Qt::Uninitialized);
+    QString moved(lineSize + line.size() * static_cast<qsizetype>(longestNumber), Qt::Uninitialized);
     auto *const begin = reinterpret_cast<char16_t *>(moved.data());
     auto *out = begin;
     for (qsizetype index = 0; index < line.size(); ++index) {
@@ -31,34 +31,37 @@ QString movedPoints(const RecordLine &line, qsizetype lineSize, QPoint way)
     return moved.first(out - begin);
 }
 
-/// The fixed fields of a shape's rectangle line, and behind them what stays with the object.
-QString withExtraText(QStringView line, const QString &extraText)
+/// Moves the rectangle in the fields of its line.
+QString placedFields(RecordLine &fields, QPoint way, int level)
 {
-    RecordLine fields(line);
-    fields.truncate(Rectangle::extra);
-    if (!extraText.isEmpty())
-        fields.append(extraText);
-    return fields.joined();
-}
-
-QString placedRectangle(QStringView line, QPoint way, const PlacedObject &object)
-{
-    const QString rebuilt = withExtraText(line, object.extraText);
-    RecordLine fields(rebuilt);
     if (fields.size() <= Rectangle::level)
-        return rebuilt;
+        return fields.joined();
 
     const int width = Wrap::subtract(fields.number(Rectangle::x2), fields.number(Rectangle::x1));
     const int height = Wrap::subtract(fields.number(Rectangle::y2), fields.number(Rectangle::y1));
     // Only the left edge is kept on the screen; a shape may reach beyond the top.
     const int x1 = std::max(0, Wrap::add(way.x(), fields.number(Rectangle::x1)));
     const int y1 = Wrap::add(way.y(), fields.number(Rectangle::y1));
-    fields.replace(Rectangle::x1, QString::number(x1));
-    fields.replace(Rectangle::y1, QString::number(y1));
-    fields.replace(Rectangle::x2, QString::number(Wrap::add(x1, width)));
-    fields.replace(Rectangle::y2, QString::number(Wrap::add(y1, height)));
-    fields.replace(Rectangle::level, QString::number(object.level));
+    fields.replace(Rectangle::x1, x1);
+    fields.replace(Rectangle::y1, y1);
+    fields.replace(Rectangle::x2, Wrap::add(x1, width));
+    fields.replace(Rectangle::y2, Wrap::add(y1, height));
+    fields.replace(Rectangle::level, level);
     return fields.joined();
+}
+
+/// Exchanges what follows the fixed fields of a rectangle line for the text of the object.
+QString placedRectangle(QStringView line, QPoint way, const PlacedObject &object)
+{
+    RecordLine fields(line);
+    fields.truncate(Rectangle::extra);
+    if (object.extraText.isEmpty())
+        return placedFields(fields, way, object.level);
+
+    fields.append(object.extraText);
+    const QString rebuilt = fields.joined();
+    RecordLine rebuiltFields(rebuilt);
+    return placedFields(rebuiltFields, way, object.level);
 }
 
 /// Moves one file reference of a line.
