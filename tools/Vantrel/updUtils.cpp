@@ -1,9 +1,13 @@
 // File-system operations of a conversion run.
 #include "updUtils.h"
 
+#include "FileMove.h"
+
 #include <QDir>
 #include <QFile>
 #include <QStringList>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -64,6 +68,13 @@ QString mapped(QString path, const QString &from, const QString &to)
     return path.replace(from, to, Qt::CaseSensitive);
 }
 
+/// Copies every file, also after one that could not be copied.
+bool copyAll(const QList<FileMove> &moves)
+{
+    return std::count_if(moves.cbegin(), moves.cend(),
+                         [](const FileMove &move) { return !QFile::copy(move.from, move.to); }) == 0;
+}
+
 } // namespace
 
 bool updUtils::removeDir(const QString &path)
@@ -96,13 +107,13 @@ bool updUtils::moveImageFiles(const QString &from, const QString &to, const QStr
     QList<QFileInfo> files;
     findImageFiles(source, files);
 
-    bool allCopied = true;
+    QList<FileMove> moves;
     for (const QFileInfo &file : std::as_const(files)) {
         makeFolder(mapped(file.absolutePath(), from, to), creation);
-        const bool copied = QFile::copy(file.filePath(), mapped(file.filePath(), from, to));
-        allCopied = allCopied && copied;
+        moves.append({file.filePath(), mapped(file.filePath(), from, to)});
     }
-    if (!allCopied)
+    // Renaming leaves what copying and removing leave, without moving a byte.
+    if (!renameAll(moves, source) && !copyAll(moves))
         return false;
 
     removeDir(source);

@@ -26,8 +26,8 @@ public:
     /// enters a folder that it is already inside of.
     static void findImageFiles(const QString &path, QList<QFileInfo> &files);
 
-    /// Copies every image file below `projectDir` + `from` to the path in which each `from` is
-    /// replaced by `to`; existing files are not overwritten. Where all were copied, removes the
+    /// Moves every image file below `projectDir` + `from` to the path in which each `from` is
+    /// replaced by `to`; existing files are not overwritten. Where all arrived, removes the
     /// whole source folder and returns true; otherwise leaves it alone and returns false.
     ///     moveImageFiles("/scr", "/scr_bak", "/plant")
     static bool moveImageFiles(const QString &from, const QString &to, const QString &projectDir,

@@ -1,0 +1,97 @@
+// Moving files by renaming them.
+#include "FileMove.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+
+#include <algorithm>
+#include <cstdio>
+#include <optional>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+/// What decides for all files of one folder.
+struct Folders
+{
+    bool isBelowRoot = false;          ///< the source, without links on the way
+    std::optional<dev_t> targetDevice; ///< nothing where the target's folder is missing
+};
+
+class Renaming final
+{
+public:
+    explicit Renaming(const QString &root)
+        : m_root(root)
+        , m_canonicalRoot(QFileInfo(root).canonicalFilePath())
+    {
+    }
+
+    bool isSafe(const FileMove &move);
+    static bool rename(const QString &from, const QString &to);
+
+private:
+    Folders look(const FileMove &move) const;
+
+    QString m_root;
+    QString m_canonicalRoot;
+    QHash<QString, Folders> m_folders;
+};
+
+Folders Renaming::look(const FileMove &move) const
+{
+    const QString folder = QFileInfo(move.from).path();
+    const QString placeBelowRoot = folder.sliced(m_root.size());
+    Folders folders;
+    folders.isBelowRoot = QFileInfo(folder).canonicalFilePath() == m_canonicalRoot + placeBelowRoot;
+    struct stat target = {};
+    if (stat(QFile::encodeName(QFileInfo(move.to).path()).constData(), &target) == 0 &&
+        S_ISDIR(target.st_mode))
+        folders.targetDevice = target.st_dev;
+    return folders;
+}
+
+bool Renaming::isSafe(const FileMove &move)
+{
+    const QString folder = QFileInfo(move.from).path();
+    auto folders = m_folders.constFind(folder);
+    if (folders == m_folders.constEnd())
+        folders = m_folders.insert(folder, look(move));
+
+    const QByteArray from = QFile::encodeName(move.from);
+    struct stat file = {};
+    struct stat target = {};
+    return folders->isBelowRoot && lstat(from.constData(), &file) == 0 && S_ISREG(file.st_mode) &&
+           file.st_nlink == 1 && folders->targetDevice == file.st_dev &&
+           eaccess(from.constData(), R_OK) == 0 &&
+           lstat(QFile::encodeName(move.to).constData(), &target) != 0;
+}
+
+bool Renaming::rename(const QString &from, const QString &to)
+{
+    return renameat2(AT_FDCWD, QFile::encodeName(from).constData(), AT_FDCWD,
+                     QFile::encodeName(to).constData(), RENAME_NOREPLACE) == 0;
+}
+
+} // namespace
+
+bool renameAll(const QList<FileMove> &moves, const QString &root)
+{
+    Renaming renaming(root);
+    if (!std::all_of(moves.cbegin(), moves.cend(),
+                     [&](const FileMove &move) { return renaming.isSafe(move); }))
+        return false;
+
+    const auto firstFailed = std::find_if_not(moves.cbegin(), moves.cend(), [](const FileMove &move) {
+        return Renaming::rename(move.from, move.to);
+    });
+    if (firstFailed == moves.cend())
+        return true;
+    std::for_each(moves.cbegin(), firstFailed,
+                  [](const FileMove &move) { Renaming::rename(move.to, move.from); });
+    return false;
+}

@@ -1,0 +1,17 @@
+// Moving files by renaming them.
+#pragma once
+
+#include <QList>
+#include <QString>
+
+struct FileMove
+{
+    QString from;
+    QString to;
+};
+
+/// Renames all of these files, or leaves all where they are and returns false. Touches nothing
+/// unless a copy of each would be sure to arrive: every file is a readable regular file of one
+/// name that lies below `root` without links on the way, on the file system of its target's
+/// folder, and no target exists. Each file lies whole in one of its two places at any instant.
+bool renameAll(const QList<FileMove> &moves, const QString &root);
