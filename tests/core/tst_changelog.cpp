@@ -1,0 +1,245 @@
+// The report record and the change log.
+#include "Converter.h"
+#include "Recorders.h"
+#include "TestProject.h"
+
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+constexpr char header[] =
+    "Status; Image File; Shape File; Image-Object; Replace by Shape-Object; Uminitalisation; Error\n";
+
+Converter::STBlock replacedBlock()
+{
+    Converter::STBlock block;
+    block.imageFile = u"/p/scr/a.psc"_s;
+    block.shapeFile = u"pump.plb"_s;
+    block.imageObject = u"OBJ:old"_s;
+    block.shapeObject = u"OBJ:new"_s;
+    block.initText = u"p101"_s;
+    return block;
+}
+} // namespace
+
+class TestChangeLog : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void namesTheStatus_data();
+    void namesTheStatus();
+    void writesTheHeaderOnceAndThenRows();
+    void appendsToALogThatIsThereWithoutAHeader();
+    void writesRows_data();
+    void writesRows();
+    void fillsPlaceHoldersOneAfterTheOther();
+    void writesLatin1();
+    void passesOverALogThatCannotBeOpened_data();
+    void passesOverALogThatCannotBeOpened();
+    void startsWithAFreshRecord();
+    void clearsARecordToOtherValues();
+    void copiesRecordsByValue();
+    void namesTheLogByProjectAndTime();
+    void createsNoLogFileBeforeTheFirstReport();
+};
+
+void TestChangeLog::namesTheStatus_data()
+{
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("replaced") << 0 << u"REPLACE"_s;
+    QTest::newRow("not replaced") << 1 << u"NO REPLACE"_s;
+    QTest::newRow("error") << 2 << u"ERROR"_s;
+    QTest::newRow("beyond") << 3 << u"REPLACE"_s;
+    QTest::newRow("negative") << -1 << u"REPLACE"_s;
+}
+
+void TestChangeLog::namesTheStatus()
+{
+    QFETCH(const int, status);
+    QTEST(statusText(status), "text");
+}
+
+void TestChangeLog::writesTheHeaderOnceAndThenRows()
+{
+    const TestProject project;
+    project.makeFolder(u"log"_s);
+    Converter::STBlock block = replacedBlock();
+    writeChangeLog(block, project.path(u"log/run.csv"_s));
+    block.status = 2;
+    block.error = u"Could not open Shape File"_s;
+    writeChangeLog(block, project.path(u"log/run.csv"_s));
+
+    QCOMPARE(project.read(u"log/run.csv"_s),
+             QByteArray(header) + "REPLACE;/p/scr/a.psc;pump.plb;old;new;p101;\n"
+                                  "ERROR;/p/scr/a.psc;pump.plb;old;new;p101;Could not open Shape File\n");
+}
+
+void TestChangeLog::appendsToALogThatIsThereWithoutAHeader()
+{
+    const TestProject project;
+    project.write(u"log/empty.csv"_s, QByteArray());
+    project.write(u"log/notes.csv"_s, "notes"_ba);
+    writeChangeLog(replacedBlock(), project.path(u"log/empty.csv"_s));
+    writeChangeLog(replacedBlock(), project.path(u"log/notes.csv"_s));
+    QCOMPARE(project.read(u"log/empty.csv"_s), "REPLACE;/p/scr/a.psc;pump.plb;old;new;p101;\n"_ba);
+    QCOMPARE(project.read(u"log/notes.csv"_s), "notesREPLACE;/p/scr/a.psc;pump.plb;old;new;p101;\n"_ba);
+}
+
+void TestChangeLog::writesRows_data()
+{
+    QTest::addColumn<QString>("imageObject");
+    QTest::addColumn<QString>("shapeObject");
+    QTest::addColumn<QString>("columns");
+
+    QTest::newRow("both names, without their first four") << u"OBJ:old"_s << u"OBJ:new"_s << u"old;new"_s;
+    QTest::newRow("equal names") << u"OBJ:pump"_s << u"OBJ:pump"_s << u"pump;"_s;
+    QTest::newRow("equal but for the first four") << u"OBJ:pump"_s << u"STD:pump"_s << u"pump;"_s;
+    QTest::newRow("equal but for letter case") << u"OBJ:pump"_s << u"OBJ:Pump"_s << u"pump;Pump"_s;
+    QTest::newRow("exactly four characters") << u"OBJ:"_s << u"OBJ:new"_s << u";new"_s;
+    QTest::newRow("both exactly four") << u"OBJ:"_s << u"STD:"_s << u";"_s;
+    QTest::newRow("shorter than four stays whole") << u"OBJ"_s << u"ab"_s << u"OBJ;ab"_s;
+    QTest::newRow("short and equal") << u"ab"_s << u"ab"_s << u"ab;"_s;
+    QTest::newRow("no shape object") << u"OBJ:old"_s << u""_s << u"old;"_s;
+    QTest::newRow("neither") << u""_s << u""_s << u";"_s;
+    QTest::newRow("nothing is escaped") << u"OBJ:a;\"b"_s << u"OBJ:c\nd"_s << u"a;\"b;c\nd"_s;
+}
+
+void TestChangeLog::writesRows()
+{
+    QFETCH(const QString, imageObject);
+    QFETCH(const QString, shapeObject);
+    QFETCH(const QString, columns);
+
+    const TestProject project;
+    Converter::STBlock block = replacedBlock();
+    block.imageObject = imageObject;
+    block.shapeObject = shapeObject;
+    writeChangeLog(block, project.path(u"run.csv"_s));
+    QCOMPARE(project.read(u"run.csv"_s),
+             header + QByteArray("REPLACE;/p/scr/a.psc;pump.plb;") + columns.toLatin1() + ";p101;\n");
+}
+
+void TestChangeLog::fillsPlaceHoldersOneAfterTheOther()
+{
+    const TestProject project;
+    Converter::STBlock block = replacedBlock();
+    // The lowest place holder left is filled next, also one that a field brought along.
+    block.imageFile = u"/p/%3/a.psc"_s;
+    writeChangeLog(block, project.path(u"run.csv"_s));
+    QCOMPARE(project.read(u"run.csv"_s),
+             header + QByteArray("REPLACE;/p/pump.plb/a.psc;pump.plb;old;new;p101;\n"));
+}
+
+void TestChangeLog::writesLatin1()
+{
+    const TestProject project;
+    Converter::STBlock block = replacedBlock();
+    block.initText = u"Gr\u00fc\u00dfe"_s;
+    block.error = u"\u20ac"_s;
+    writeChangeLog(block, project.path(u"run.csv"_s));
+    QCOMPARE(project.read(u"run.csv"_s), header +
+                                             QByteArray("REPLACE;/p/scr/a.psc;pump.plb;old;new;Gr\xfc\xdf"
+                                                        "e;") +
+                                             QStringView(u"\u20ac").toLatin1() + '\n');
+}
+
+void TestChangeLog::passesOverALogThatCannotBeOpened_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("no folder for it") << u"log/run.csv"_s;
+    QTest::newRow("a folder in its place") << u"folder"_s;
+}
+
+void TestChangeLog::passesOverALogThatCannotBeOpened()
+{
+    QFETCH(const QString, name);
+    const TestProject project;
+    project.makeFolder(u"folder"_s);
+    const LogRecorder log;
+    writeChangeLog(replacedBlock(), project.path(name));
+    QCOMPARE(project.files(u""_s), QStringList());
+    QVERIFY(!project.exists(u"log"_s));
+    QCOMPARE(log.entries, QStringList());
+}
+
+void TestChangeLog::startsWithAFreshRecord()
+{
+    const Converter::STBlock block;
+    QCOMPARE(block.firstLine, 0);
+    QCOMPARE(block.lastLine, 0);
+    QCOMPARE(block.extraNumber, 0);
+    QCOMPARE(block.status, 0);
+    QVERIFY(!block.replace);
+    QVERIFY(!block.iconToggle);
+    for (const QString &text : {block.shapeFile, block.imageFile, block.initText, block.imageObject,
+                                block.shapeObject, block.error, block.extraText})
+        QCOMPARE(text, u""_s);
+    QCOMPARE(block.missingIcons, QStringList());
+    for (const QRect &rect : {block.rect, block.rect2, block.rect3})
+        QCOMPARE(toText(rect), u"0 0 -1 -1"_s);
+}
+
+void TestChangeLog::clearsARecordToOtherValues()
+{
+    Converter::STBlock block = replacedBlock();
+    block.firstLine = block.lastLine = block.extraNumber = block.status = 7;
+    block.replace = block.iconToggle = true;
+    block.error = block.extraText = u"text"_s;
+    block.missingIcons = QStringList{u"a.bmp"_s};
+    block.rect = block.rect2 = block.rect3 = QRect(1, 2, 3, 4);
+    Converter::clearBlock(block);
+
+    QCOMPARE(block.firstLine, -1);
+    QCOMPARE(block.lastLine, -1);
+    QCOMPARE(block.extraNumber, -1);
+    QCOMPARE(block.status, 0);
+    QVERIFY(!block.replace);
+    QVERIFY(!block.iconToggle);
+    for (const QString &text : {block.shapeFile, block.imageFile, block.initText, block.imageObject,
+                                block.shapeObject, block.error, block.extraText})
+        QCOMPARE(text, u""_s);
+    QCOMPARE(block.missingIcons, QStringList());
+    QCOMPARE(toText(block.rect), u"99999 99999 0 0"_s);
+    QCOMPARE(toText(block.rect2), u"0 0 0 0"_s);
+    QCOMPARE(toText(block.rect3), u"-99999 -99999 0 0"_s);
+}
+
+void TestChangeLog::copiesRecordsByValue()
+{
+    const Converter::STBlock block = replacedBlock();
+    const QVariant variant = QVariant::fromValue(block);
+    QCOMPARE(QByteArray(variant.typeName()), "Converter::STBlock"_ba);
+    QCOMPARE(toText(variant.value<Converter::STBlock>()), toText(block));
+}
+
+void TestChangeLog::namesTheLogByProjectAndTime()
+{
+    Converter converter(u"/plant"_s);
+    QCOMPARE(converter.logFileName(), u""_s);
+    converter.createLogFileName();
+
+    static const QRegularExpression pattern(
+        u"^/plant/log/Vantrel(_\\d{4}-\\d\\d-\\d\\d_\\d\\d-\\d\\d-\\d\\d)\\.csv$"_s);
+    const QRegularExpressionMatch match = pattern.match(converter.logFileName());
+    QVERIFY2(match.hasMatch(), qUtf8Printable(converter.logFileName()));
+    QVERIFY(QDateTime::fromString(match.captured(1), u"_yyyy-MM-dd_hh-mm-ss"_s).isValid());
+}
+
+void TestChangeLog::createsNoLogFileBeforeTheFirstReport()
+{
+    const TestProject project;
+    project.makeFolder(u"log"_s);
+    Converter converter(project.dir());
+    converter.createLogFileName();
+    QCOMPARE(project.files(u"log"_s), QStringList());
+
+    writeChangeLog(replacedBlock(), converter.logFileName());
+    QCOMPARE(project.files(u"log"_s).size(), 1);
+    QCOMPARE(project.dir() + "/log/"_L1 + project.files(u"log"_s).constFirst(), converter.logFileName());
+}
+
+QTEST_GUILESS_MAIN(TestChangeLog)
+#include "tst_changelog.moc"

@@ -1,0 +1,818 @@
+// A conversion run over a project: signals, stopping, backup and copy-back.
+#include "Converter.h"
+#include "Recorders.h"
+#include "TestProject.h"
+
+#include <QMetaMethod>
+#include <QtTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QByteArray plain = "ID;1;Frame\nPSDV;0;0;9;9;0;1;0;0;0;0;0\n"_ba;
+const QByteArray candidate = "ID;1;Pump\nLIB;pump.plb;1;p;OBJ:old\nPSDV;0;0;9;9;0;1;0;0;0;0;1\n"_ba;
+const QByteArray shape = "ID;1;Shape\nLIB;pump.plb;1;x;OBJ:new\nPSDV;0;0;9;9;0;1;0;0;0;0;0;z\n"_ba;
+const QByteArray converted = "ID;1;Shape\nLIB;pump.plb;1;p;OBJ:new\nPSDV;0;0;9;9;0;1;0;0;0;0;1;z\n"_ba;
+const QSet<QString> chosen{u"pump.plb"_s};
+const QString copyBackFailed =
+    u"alert: !!! Could not copy all files from \\scr_temp folder to \\scr. Copy them manually !!!"_s;
+
+/// A converter with a thread of its own that ends before the converter does.
+class Worker final
+{
+    Q_DISABLE_COPY_MOVE(Worker)
+
+public:
+    Worker() = default;
+    ~Worker()
+    {
+        converter.cancel();
+        converter.thread()->quit();
+        converter.thread()->wait();
+    }
+
+    /// Requests a run as a window does.
+    void requestRun()
+    {
+        QMetaObject::invokeMethod(&converter, &Converter::onStartConvert, Qt::QueuedConnection);
+    }
+
+    Converter converter;
+};
+
+/// One run on this thread over a project whose "mac" holds the shape "pump.plb".
+struct Outcome
+{
+    explicit Outcome(const TestProject &project)
+        : converter(project.dir())
+        , recorder(converter)
+    {
+        project.write(u"mac/pump.plb"_s, shape);
+        converter.setFilterNames(chosen);
+        converter.convert();
+    }
+
+    Converter converter;
+    RunRecorder recorder;
+    LogRecorder log;
+};
+
+} // namespace
+
+class TestConverter : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void declaresSignalsAndSlotsInOrder();
+    void answersToItsClassName();
+    void startsAThreadOfItsOwn();
+    void worksOnTheCallersThreadForAProject();
+    void registersTheReportForQueuedSignals();
+
+    void tellsTheProgressOfEachFile();
+    void tellsAboutEachFileInOrder();
+    void runsOnItsOwnThread();
+    void convertsNothingWhereNothingIsChosen();
+    void keepsFilterNamesInLowerCase();
+
+    void endsAProjectWithoutImageFilesLikeAnyOther_data();
+    void endsAProjectWithoutImageFilesLikeAnyOther();
+    void makesTheTempFolderBeforeItStops();
+    void stopsBeforeTheNextFile_data();
+    void stopsBeforeTheNextFile();
+    void clearsTheStopFlagAtAStart();
+    void keepsTheStopRequestOfASlot();
+    void finishesWhenStoppedAtTheLastFile();
+    void cancelsTheRunUnderWay();
+    void cancelsAnAnnouncedStartThatHasNotBegun();
+    void startsAgainRightAfterACancel();
+    void ignoresACancelWhereNothingIsUnderWay();
+    void startsAndCancelsInAnyOrder();
+    void worksOnWhatItTookAtItsStart();
+    void runsAgain();
+
+    void backsUpImageFilesOnly();
+    void replacesTheBackupOfTheRunBefore();
+    void leavesFailedFilesToTheBackup();
+    void keepsALayoutThatCannotBeCopied();
+    void doesNotOverwriteAFileLeftInTheTempFolder();
+    void removesTheImageFolderBeforeTheSecondAttempt();
+    void savesOriginalsThatHaveNoBackup();
+    void savesOriginalsBelowTheProjectOnly();
+    void savesOriginalsInFoldersThatAreRenamed();
+    void keepsTheImageFolderWhereOriginalsCannotBeSaved();
+    void tellsThatTheCopyBackFailed();
+    void mapsTheWholePathOfAProject();
+    void savesOriginalsFromAStaleBackup();
+    void keepsFoldersThatAreLinks_data();
+    void keepsFoldersThatAreLinks();
+    void makesFoldersWithTheirParentsWhenAskedTo();
+    void makesOneLevelOfFoldersByDefault();
+    void convertsFoldersInTheirOrder();
+};
+
+void TestConverter::declaresSignalsAndSlotsInOrder()
+{
+    const QMetaObject &meta = Converter::staticMetaObject;
+    QStringList signatures;
+    for (int index = meta.methodOffset(); index < meta.methodCount(); ++index) {
+        const QMetaMethod method = meta.method(index);
+        signatures += QLatin1StringView(method.methodType() == QMetaMethod::Signal ? "signal " : "slot ") +
+                      QString::fromLatin1(method.methodSignature());
+        QCOMPARE(method.typeName(), "void");
+        QCOMPARE(method.access(), QMetaMethod::Public);
+    }
+    QCOMPARE(signatures, (QStringList{u"signal sigProgressChanged(int,int)"_s,
+                                      u"signal sigConvertInfo(Converter::STBlock)"_s,
+                                      u"signal sigConvertEnd()"_s, u"signal sigUpdFileName(QString)"_s,
+                                      u"slot onStopConvert()"_s, u"slot onStartConvert()"_s}));
+}
+
+void TestConverter::answersToItsClassName()
+{
+    Converter converter{QString()};
+    QCOMPARE(converter.metaObject()->className(), "Converter");
+    QVERIFY(converter.inherits("Converter"));
+    QCOMPARE(static_cast<QObject *>(&converter)->qt_metacast("Converter"), static_cast<void *>(&converter));
+    QCOMPARE(converter.qt_metacast("Vantrel"), nullptr);
+}
+
+void TestConverter::startsAThreadOfItsOwn()
+{
+    const Worker worker;
+    const Converter &converter = worker.converter;
+    QVERIFY(converter.hasWorkerThread());
+    static_assert(std::is_same_v<decltype(Converter::stopRequested), std::atomic<bool>>);
+    QVERIFY(!converter.stopRequested);
+    QCOMPARE(converter.parent(), nullptr);
+    QVERIFY(converter.thread() != QThread::currentThread());
+    QVERIFY(converter.thread()->isRunning());
+    QCOMPARE(converter.thread()->priority(), QThread::InheritPriority);
+    QCOMPARE(converter.thread()->parent(), &converter);
+    QCOMPARE(converter.logFileName(), u""_s);
+}
+
+void TestConverter::worksOnTheCallersThreadForAProject()
+{
+    const Converter converter(u"/plant"_s);
+    QVERIFY(!converter.hasWorkerThread());
+    QVERIFY(!converter.stopRequested);
+    QCOMPARE(converter.parent(), nullptr);
+    QCOMPARE(converter.thread(), QThread::currentThread());
+    QVERIFY(converter.findChildren<QThread *>().isEmpty());
+}
+
+void TestConverter::registersTheReportForQueuedSignals()
+{
+    const Converter converter(u"/plant"_s);
+    const QMetaType type = QMetaType::fromName("Converter::STBlock");
+    QVERIFY(type.isValid());
+    QVERIFY(type.isRegistered());
+    QCOMPARE(type, QMetaType::fromType<Converter::STBlock>());
+}
+
+void TestConverter::tellsTheProgressOfEachFile()
+{
+    const TestProject project;
+    for (const QString &file : {u"scr/a.psc"_s, u"scr/b.psc"_s, u"scr/c.psc"_s})
+        project.write(file, plain);
+    const Outcome outcome(project);
+    QCOMPARE(outcome.recorder.events.filter(u"progress"_s),
+             (QStringList{u"progress 3 0"_s, u"progress 3 1"_s, u"progress 3 2"_s, u"progress 3 3"_s}));
+}
+
+void TestConverter::tellsAboutEachFileInOrder()
+{
+    const TestProject project;
+    project.write(u"scr/B.psc"_s, candidate);
+    project.write(u"scr/a.psc"_s, plain);
+    project.write(u"scr/sub/c.psc"_s, "ID;1\n"_ba);
+    const Outcome outcome(project);
+    QCOMPARE(
+        outcome.recorder.events,
+        (QStringList{u"progress 3 0"_s, "file "_L1 + project.path(u"scr/a.psc"_s), u"report NO REPLACE"_s,
+                     u"progress 3 1"_s, "file "_L1 + project.path(u"scr/B.psc"_s), u"report REPLACE"_s,
+                     u"progress 3 2"_s, "file "_L1 + project.path(u"scr/sub/c.psc"_s), u"report ERROR"_s,
+                     u"progress 3 3"_s, u"end"_s}));
+}
+
+void TestConverter::runsOnItsOwnThread()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"mac/pump.plb"_s, shape);
+    QSet<QThread *> threads;
+    QMutex mutex;
+    Worker worker;
+    const RunRecorder recorder(worker.converter);
+    // Without a context object the function is called where the signal is emitted.
+    const auto note = [&] {
+        const QMutexLocker lock(&mutex);
+        threads += QThread::currentThread();
+    };
+    connect(&worker.converter, &Converter::sigProgressChanged, note);
+    connect(&worker.converter, &Converter::sigUpdFileName, note);
+    connect(&worker.converter, &Converter::sigConvertInfo, note);
+    connect(&worker.converter, &Converter::sigConvertEnd, note);
+    worker.converter.setProjectDir(project.dir());
+    worker.converter.setFilterNames(chosen);
+    worker.requestRun();
+
+    QTRY_COMPARE(recorder.endedRuns(), 1);
+    QCOMPARE(recorder.events, (QStringList{u"progress 1 0"_s, "file "_L1 + project.path(u"scr/a.psc"_s),
+                                           u"report REPLACE"_s, u"progress 1 1"_s, u"end"_s}));
+    QCOMPARE(recorder.reports.constFirst().shapeObject, u"OBJ:new"_s);
+    QCOMPARE(project.read(u"scr/a.psc"_s), converted);
+    const QMutexLocker lock(&mutex);
+    QCOMPARE(threads, QSet<QThread *>{worker.converter.thread()});
+}
+
+void TestConverter::convertsNothingWhereNothingIsChosen()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"mac/pump.plb"_s, shape);
+    Converter converter(project.dir());
+    const RunRecorder recorder(converter);
+    converter.convert();
+    QCOMPARE(recorder.reports.size(), 0);
+    QCOMPARE(project.read(u"scr/a.psc"_s), candidate);
+    QCOMPARE(project.files(u"scr_bak"_s), QStringList{u"a.psc"_s});
+}
+
+void TestConverter::keepsFilterNamesInLowerCase()
+{
+    const TestProject project;
+    project.write(u"mac/pump.plb"_s, shape);
+    Converter converter(project.dir());
+    const RunRecorder recorder(converter);
+    converter.setFilterNames({u"PUMP.Plb"_s, u"other"_s});
+    project.write(u"scr/a.psc"_s, candidate);
+    converter.convert();
+    QCOMPARE(recorder.statusWords(), QStringList{u"REPLACE"_s});
+
+    // The names are exchanged, not added to.
+    converter.setFilterNames({u"valve.plb"_s});
+    project.write(u"scr/a.psc"_s, candidate);
+    converter.convert();
+    QCOMPARE(recorder.reports.size(), 1);
+    QCOMPARE(project.read(u"scr/a.psc"_s), candidate);
+}
+
+void TestConverter::endsAProjectWithoutImageFilesLikeAnyOther_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::newRow("other files in scr") << u"scr/notes.txt"_s;
+    QTest::newRow("no scr") << u"notes.txt"_s;
+}
+
+void TestConverter::endsAProjectWithoutImageFilesLikeAnyOther()
+{
+    QFETCH(const QString, file);
+    const TestProject project;
+    project.write(file, "notes"_ba);
+    project.write(u"scr_bak/old.psc"_s, plain);
+    const Outcome outcome(project);
+    QCOMPARE(outcome.recorder.events, (QStringList{u"progress 0 0"_s, u"end"_s}));
+    QCOMPARE(outcome.log.entries, QStringList());
+    QVERIFY(!project.exists(u"scr_bak"_s));
+    QVERIFY(!project.exists(u"scr"_s));
+    QVERIFY(!project.exists(u"scr_temp"_s));
+    QVERIFY(!outcome.converter.logFileName().isEmpty());
+    QVERIFY(!project.exists(u"log"_s));
+}
+
+void TestConverter::makesTheTempFolderBeforeItStops()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, plain);
+    Converter converter(project.dir());
+    const RunRecorder recorder(converter);
+    converter.stopRequested = true;
+    converter.convert();
+    QCOMPARE(recorder.events, QStringList{u"end"_s});
+    QVERIFY(project.exists(u"scr_temp"_s));
+    QCOMPARE(project.files(u""_s), QStringList{u"scr/a.psc"_s});
+}
+
+void TestConverter::stopsBeforeTheNextFile_data()
+{
+    QTest::addColumn<bool>("byFlag");
+    QTest::newRow("by the flag") << true;
+    QTest::newRow("by the operation") << false;
+}
+
+void TestConverter::stopsBeforeTheNextFile()
+{
+    QFETCH(const bool, byFlag);
+    const TestProject project;
+    for (const QString &file : {u"scr/a.psc"_s, u"scr/b.psc"_s, u"scr/sub/c.psc"_s, u"scr_bak/old.psc"_s})
+        project.write(file, plain);
+    Converter converter(project.dir());
+    const RunRecorder recorder(converter);
+    connect(&converter, &Converter::sigUpdFileName, this, [&](const QString &path) {
+        if (!path.endsWith("b.psc"_L1))
+            return;
+        if (byFlag)
+            converter.stopRequested = true;
+        else
+            converter.cancel();
+    });
+    converter.onStartConvert();
+
+    // The file under way is finished; nothing is backed up or copied back.
+    QCOMPARE(recorder.events,
+             (QStringList{u"progress 3 0"_s, "file "_L1 + project.path(u"scr/a.psc"_s),
+                          u"report NO REPLACE"_s, u"progress 3 1"_s,
+                          "file "_L1 + project.path(u"scr/b.psc"_s), u"report NO REPLACE"_s, u"end"_s}));
+    QCOMPARE(project.files(u"scr"_s), (QStringList{u"a.psc"_s, u"b.psc"_s, u"sub/c.psc"_s}));
+    QCOMPARE(project.files(u"scr_temp"_s), (QStringList{u"a.psc"_s, u"b.psc"_s}));
+    QVERIFY(project.exists(u"scr_temp/sub"_s));
+    QCOMPARE(project.files(u"scr_bak"_s), QStringList{u"old.psc"_s});
+}
+
+void TestConverter::clearsTheStopFlagAtAStart()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, plain);
+    Converter converter(project.dir());
+    const RunRecorder recorder(converter);
+    converter.stopRequested = true;
+    converter.onStartConvert();
+    QVERIFY(!converter.stopRequested);
+    QCOMPARE(recorder.events.constLast(), u"end"_s);
+    QVERIFY(recorder.events.contains(u"progress 1 1"_s));
+}
+
+void TestConverter::keepsTheStopRequestOfASlot()
+{
+    Converter converter(u"/plant"_s);
+    const RunRecorder recorder(converter);
+    converter.onStopConvert();
+    QVERIFY(converter.stopRequested);
+    QCOMPARE(recorder.events, QStringList());
+}
+
+void TestConverter::finishesWhenStoppedAtTheLastFile()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, plain);
+    Converter converter(project.dir());
+    const RunRecorder recorder(converter);
+    connect(&converter, &Converter::sigUpdFileName, this, [&] { converter.stopRequested = true; });
+    converter.onStartConvert();
+    // The flag is looked at before a file only.
+    QVERIFY(recorder.events.contains(u"progress 1 1"_s));
+    QCOMPARE(project.files(u""_s), (QStringList{u"scr/a.psc"_s, u"scr_bak/a.psc"_s}));
+}
+
+void TestConverter::cancelsTheRunUnderWay()
+{
+    const TestProject project;
+    for (int file = 0; file < 50; ++file)
+        project.write(u"scr/%1.psc"_s.arg(file), plain);
+    Worker worker;
+    const RunRecorder recorder(worker.converter);
+    QSemaphore underWay;
+    QSemaphore cancelled;
+    // Holds the run in its first file until it has been cancelled.
+    connect(&worker.converter, &Converter::sigUpdFileName, [&] {
+        underWay.release();
+        cancelled.acquire();
+    });
+    worker.converter.setProjectDir(project.dir());
+    worker.converter.announceStart();
+    worker.requestRun();
+    underWay.acquire();
+    worker.converter.cancel();
+    cancelled.release(1000);
+
+    QTRY_COMPARE(recorder.endedRuns(), 1);
+    QCOMPARE(recorder.events.filter(u"progress"_s), QStringList{u"progress 50 0"_s});
+    QCOMPARE(project.files(u"scr"_s).size(), 50);
+    QVERIFY(!project.exists(u"scr_bak"_s));
+}
+
+void TestConverter::cancelsAnAnnouncedStartThatHasNotBegun()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, plain);
+    Converter converter(project.dir());
+    const RunRecorder recorder(converter);
+    converter.announceStart();
+    converter.cancel();
+    converter.onStartConvert();
+    QCOMPARE(recorder.events, QStringList{u"end"_s});
+    QCOMPARE(project.files(u""_s), QStringList{u"scr/a.psc"_s});
+}
+
+void TestConverter::startsAgainRightAfterACancel()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, plain);
+    Converter converter(project.dir());
+    const RunRecorder recorder(converter);
+    // Two starts are cancelled before they begin, the third one is announced behind the cancel.
+    converter.announceStart();
+    converter.announceStart();
+    converter.cancel();
+    converter.announceStart();
+    converter.onStartConvert();
+    converter.onStartConvert();
+    QCOMPARE(recorder.events, (QStringList{u"end"_s, u"end"_s}));
+    converter.onStartConvert();
+    QCOMPARE(recorder.endedRuns(), 3);
+    QVERIFY(recorder.events.contains(u"progress 1 1"_s));
+}
+
+void TestConverter::ignoresACancelWhereNothingIsUnderWay()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, plain);
+    Converter converter(project.dir());
+    const RunRecorder recorder(converter);
+    converter.cancel();
+    converter.announceStart();
+    converter.onStartConvert();
+    QVERIFY(recorder.events.contains(u"progress 1 1"_s));
+    converter.cancel();
+    converter.onStartConvert();
+    QCOMPARE(recorder.events.count(u"progress 1 1"_s), 2);
+}
+
+void TestConverter::startsAndCancelsInAnyOrder()
+{
+    constexpr int rounds = 50;
+    const TestProject project;
+    for (const QString &file : {u"scr/a.psc"_s, u"scr/b.psc"_s, u"scr/c.psc"_s})
+        project.write(file, candidate);
+    project.write(u"mac/pump.plb"_s, shape);
+    Worker worker;
+    Converter &converter = worker.converter;
+    const RunRecorder recorder(converter);
+    for (int round = 0; round < rounds; ++round) {
+        converter.setProjectDir(project.dir());
+        converter.setFilterNames(chosen);
+        converter.announceStart();
+        worker.requestRun();
+        // Every other round cancels at once, whatever the run has come to by then.
+        if (round % 2 == 0)
+            converter.cancel();
+        else
+            QTRY_COMPARE(recorder.endedRuns(), round + 1);
+    }
+    QTRY_COMPARE(recorder.endedRuns(), rounds);
+    QVERIFY(recorder.events.count(u"progress 3 3"_s) >= rounds / 2);
+    for (const QString &file : {u"scr/a.psc"_s, u"scr/b.psc"_s, u"scr/c.psc"_s})
+        QCOMPARE(project.read(file), converted);
+}
+
+void TestConverter::worksOnWhatItTookAtItsStart()
+{
+    const TestProject project;
+    const TestProject other;
+    for (const TestProject *each : {&project, &other}) {
+        each->write(u"scr/a.psc"_s, candidate);
+        each->write(u"scr/b.psc"_s, candidate);
+        each->write(u"mac/pump.plb"_s, shape);
+    }
+    Converter converter(project.dir());
+    converter.setFilterNames(chosen);
+    const RunRecorder recorder(converter);
+    QStringList logs;
+    connect(&converter, &Converter::sigUpdFileName, this, [&] {
+        logs += converter.logFileName();
+        converter.setProjectDir(other.dir());
+        converter.setFilterNames({});
+        converter.setMakeFolders(true);
+    });
+    converter.onStartConvert();
+
+    QCOMPARE(recorder.statusWords(), (QStringList{u"REPLACE"_s, u"REPLACE"_s}));
+    QCOMPARE(project.read(u"scr/a.psc"_s), converted);
+    QCOMPARE(project.read(u"scr/b.psc"_s), converted);
+    QCOMPARE(project.files(u"scr_bak"_s), (QStringList{u"a.psc"_s, u"b.psc"_s}));
+    QCOMPARE(other.files(u""_s), (QStringList{u"mac/pump.plb"_s, u"scr/a.psc"_s, u"scr/b.psc"_s}));
+    QCOMPARE(logs.size(), 2);
+    QVERIFY(logs.at(0).startsWith(project.path(u"log/Vantrel_"_s)));
+    QCOMPARE(logs.at(1), logs.at(0));
+    QCOMPARE(converter.logFileName(), logs.at(0));
+
+    // The next run takes what was set meanwhile.
+    converter.onStartConvert();
+    QCOMPARE(recorder.reports.size(), 2);
+    QVERIFY(converter.logFileName().startsWith(other.path(u"log/Vantrel_"_s)));
+    QCOMPARE(other.files(u"scr_bak"_s), (QStringList{u"a.psc"_s, u"b.psc"_s}));
+}
+
+void TestConverter::runsAgain()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"mac/pump.plb"_s, shape);
+    Worker worker;
+    const RunRecorder recorder(worker.converter);
+    worker.converter.setProjectDir(project.dir());
+    worker.converter.setFilterNames(chosen);
+    for (int run = 0; run < 3; ++run)
+        worker.requestRun();
+    QTRY_COMPARE(recorder.endedRuns(), 3);
+    QCOMPARE(recorder.events.count(u"progress 1 1"_s), 3);
+    // The second run's original is what the first one had made.
+    QCOMPARE(project.read(u"scr_bak/a.psc"_s), converted);
+    QCOMPARE(project.read(u"scr/a.psc"_s), converted);
+}
+
+void TestConverter::backsUpImageFilesOnly()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"scr/sub/b.psc"_s, plain);
+    project.write(u"scr/notes.txt"_s, "notes"_ba);
+    project.write(u"scr/.hidden.psc"_s, plain);
+    const Outcome outcome(project);
+    // What is no image file is lost with the folder.
+    QCOMPARE(project.files(u""_s), (QStringList{u"mac/pump.plb"_s, u"scr/a.psc"_s, u"scr/sub/b.psc"_s,
+                                                u"scr_bak/a.psc"_s, u"scr_bak/sub/b.psc"_s}));
+    QCOMPARE(project.read(u"scr/a.psc"_s), converted);
+    QCOMPARE(project.read(u"scr_bak/a.psc"_s), candidate);
+    QVERIFY(!project.exists(u"scr_temp"_s));
+}
+
+void TestConverter::replacesTheBackupOfTheRunBefore()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"scr_bak/a.psc"_s, "old"_ba);
+    project.write(u"scr_bak/gone/b.psc"_s, "old"_ba);
+    project.write(u"scr_bak/.hidden"_s, "old"_ba);
+    const Outcome outcome(project);
+    QCOMPARE(project.files(u"scr_bak"_s), QStringList{u"a.psc"_s});
+    QCOMPARE(project.read(u"scr_bak/a.psc"_s), candidate);
+}
+
+void TestConverter::leavesFailedFilesToTheBackup()
+{
+    const TestProject project;
+    project.write(u"scr/bad.psc"_s, "LIB;a\n"_ba);
+    project.write(u"scr/good.psc"_s, candidate);
+    const Outcome outcome(project);
+    QCOMPARE(outcome.recorder.statusWords(), (QStringList{u"ERROR"_s, u"REPLACE"_s}));
+    QCOMPARE(project.files(u"scr"_s), QStringList{u"good.psc"_s});
+    QCOMPARE(project.files(u"scr_bak"_s), (QStringList{u"bad.psc"_s, u"good.psc"_s}));
+    QCOMPARE(project.read(u"scr_bak/bad.psc"_s), "LIB;a\n"_ba);
+    QCOMPARE(outcome.recorder.events.constLast(), u"end"_s);
+}
+
+void TestConverter::keepsALayoutThatCannotBeCopied()
+{
+    const TestProject project;
+    project.write(u"scr/area/deep/a.psc"_s, plain);
+    project.write(u"scr/area/deep/b.psc"_s, candidate);
+    const Outcome outcome(project);
+    // The copy of an unchanged file fails silently, the file that is rewritten says so.
+    QCOMPARE(outcome.recorder.statusWords(), (QStringList{u"NO REPLACE"_s, u"ERROR"_s}));
+    QCOMPARE(outcome.log.entries.size(), 1);
+    QCOMPARE(outcome.recorder.events.mid(outcome.recorder.events.size() - 2),
+             (QStringList{u"progress 2 2"_s, u"end"_s}));
+    QCOMPARE(project.files(u""_s),
+             (QStringList{u"mac/pump.plb"_s, u"scr/area/deep/a.psc"_s, u"scr/area/deep/b.psc"_s}));
+    QCOMPARE(project.read(u"scr/area/deep/b.psc"_s), candidate);
+}
+
+void TestConverter::doesNotOverwriteAFileLeftInTheTempFolder()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, plain);
+    project.write(u"scr/b.psc"_s, candidate);
+    project.write(u"scr_temp/a.psc"_s, "left over"_ba);
+    project.write(u"scr_temp/b.psc"_s, "left over"_ba);
+    project.write(u"scr_temp/sub/c.psc"_s, "left over"_ba);
+    const Outcome outcome(project);
+    // An unchanged file is copied, which does not overwrite; a rewritten one is opened, which does.
+    QCOMPARE(project.read(u"scr/a.psc"_s), "left over"_ba);
+    QCOMPARE(project.read(u"scr/b.psc"_s), converted);
+    QCOMPARE(project.read(u"scr/sub/c.psc"_s), "left over"_ba);
+    QCOMPARE(project.files(u"scr_bak"_s), (QStringList{u"a.psc"_s, u"b.psc"_s}));
+    QCOMPARE(project.read(u"scr_bak/a.psc"_s), plain);
+    QVERIFY(!project.exists(u"scr_temp"_s));
+}
+
+void TestConverter::removesTheImageFolderBeforeTheSecondAttempt()
+{
+    const TestProject project;
+    // The folder of the first file cannot be made in time, so "scr" is still there for the copy-back.
+    project.write(u"scr/area/deep/a.psc"_s, plain);
+    project.write(u"scr/notes.txt"_s, "notes"_ba);
+    project.write(u"scr/z.psc"_s, candidate);
+    const Outcome outcome(project);
+    QCOMPARE(outcome.log.entries, QStringList());
+    QCOMPARE(outcome.recorder.statusWords(), (QStringList{u"NO REPLACE"_s, u"REPLACE"_s}));
+    QCOMPARE(project.files(u"scr"_s), QStringList{u"z.psc"_s});
+    QCOMPARE(project.read(u"scr/z.psc"_s), converted);
+    QVERIFY(!project.exists(u"scr_temp"_s));
+}
+
+void TestConverter::savesOriginalsThatHaveNoBackup()
+{
+    const TestProject project;
+    project.write(u"scr/area/deep/a.psc"_s, plain + "a");
+    project.write(u"scr/area/deep/b.psc"_s, plain + "b");
+    project.write(u"scr/z.psc"_s, candidate);
+    const Outcome outcome(project);
+    QCOMPARE(project.files(u"scr_bak"_s),
+             (QStringList{u"area/deep/a.psc"_s, u"area/deep/b.psc"_s, u"z.psc"_s}));
+    QCOMPARE(project.read(u"scr_bak/area/deep/a.psc"_s), plain + "a");
+    QCOMPARE(project.read(u"scr_bak/area/deep/b.psc"_s), plain + "b");
+    QCOMPARE(project.read(u"scr_bak/z.psc"_s), candidate);
+}
+
+void TestConverter::savesOriginalsBelowTheProjectOnly()
+{
+    const TestProject project(u"scripts/plant"_s);
+    // What lies in "scr_temp" itself does not come from this run: the run's own temp folder would
+    // lie beside "scripts". It makes the copy-back fail, as "scr" was not backed up.
+    project.write(u"scr/a.psc"_s, plain);
+    project.write(u"scr/scrap/b.psc"_s, plain + "b");
+    project.write(u"scr_temp/a.psc"_s, "left over"_ba);
+    const Outcome outcome(project);
+    QCOMPARE(project.files(u"scr"_s), QStringList{u"a.psc"_s});
+    QCOMPARE(project.read(u"scr/a.psc"_s), "left over"_ba);
+    QCOMPARE(project.files(u"scr_bak"_s), (QStringList{u"a.psc"_s, u"scr_bakap/b.psc"_s}));
+    QCOMPARE(project.read(u"scr_bak/a.psc"_s), plain);
+    QCOMPARE(project.read(u"scr_bak/scr_bakap/b.psc"_s), plain + "b");
+    QVERIFY(!QFileInfo::exists(project.beside(u"scr_bakipts"_s)));
+    QCOMPARE(outcome.log.entries, QStringList());
+}
+
+void TestConverter::savesOriginalsInFoldersThatAreRenamed()
+{
+    const TestProject project;
+    project.write(u"scr/area/scr1/scr2/a.psc"_s, plain);
+    project.write(u"scr/z.psc"_s, candidate);
+    const Outcome outcome(project);
+    QCOMPARE(project.files(u"scr_bak"_s), (QStringList{u"area/scr_bak1/scr_bak2/a.psc"_s, u"z.psc"_s}));
+    QCOMPARE(project.files(u"scr"_s), QStringList{u"z.psc"_s});
+}
+
+void TestConverter::keepsTheImageFolderWhereOriginalsCannotBeSaved()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"scr/b.psc"_s, plain);
+    // A file in the place of the backup folder: nothing can be saved in it.
+    project.write(u"scr_bak"_s, "a file"_ba);
+    const Outcome outcome(project);
+    QCOMPARE(outcome.log.entries, QStringList{copyBackFailed});
+    QVERIFY2(outcome.log.namesSource(0, u"tools/Vantrel/Converter"_s, 1688),
+             qUtf8Printable(outcome.log.lines.value(0)));
+    QCOMPARE(project.files(u""_s), (QStringList{u"mac/pump.plb"_s, u"scr/a.psc"_s, u"scr/b.psc"_s,
+                                                u"scr_bak"_s, u"scr_temp/a.psc"_s, u"scr_temp/b.psc"_s}));
+    QCOMPARE(project.read(u"scr/a.psc"_s), candidate);
+    QCOMPARE(project.read(u"scr_temp/a.psc"_s), converted);
+    QCOMPARE(outcome.recorder.events.mid(outcome.recorder.events.size() - 2),
+             (QStringList{u"progress 2 2"_s, u"end"_s}));
+}
+
+void TestConverter::tellsThatTheCopyBackFailed()
+{
+    const TestProject project;
+    // The folder in "scr_temp" is there already, the one in "scr" cannot be made again.
+    project.write(u"scr/area/deep/a.psc"_s, candidate);
+    project.makeFolder(u"scr_temp/area/deep"_s);
+    const Outcome outcome(project);
+    QCOMPARE(outcome.recorder.statusWords(), QStringList{u"REPLACE"_s});
+    QCOMPARE(outcome.log.entries, QStringList{copyBackFailed});
+    QVERIFY2(outcome.log.namesSource(0, u"tools/Vantrel/Converter"_s, 1688),
+             qUtf8Printable(outcome.log.lines.value(0)));
+    QCOMPARE(project.files(u""_s),
+             (QStringList{u"mac/pump.plb"_s, u"scr_bak/area/deep/a.psc"_s, u"scr_temp/area/deep/a.psc"_s}));
+    QCOMPARE(project.read(u"scr_bak/area/deep/a.psc"_s), candidate);
+    QCOMPARE(project.read(u"scr_temp/area/deep/a.psc"_s), converted);
+    QCOMPARE(outcome.recorder.events.mid(outcome.recorder.events.size() - 2),
+             (QStringList{u"progress 1 1"_s, u"end"_s}));
+}
+
+void TestConverter::mapsTheWholePathOfAProject()
+{
+    const TestProject project(u"scripts/plant"_s);
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"scr/b.psc"_s, plain);
+    QVERIFY(QDir().mkpath(project.beside(u"scr_tempipts/plant"_s)));
+    const Outcome outcome(project);
+    // Temp files lie beside "scripts", where the copy-back does not look for them; the backup has
+    // no folder there, so the originals stay.
+    QCOMPARE(outcome.recorder.statusWords(), (QStringList{u"REPLACE"_s, u"NO REPLACE"_s}));
+    QCOMPARE(filesBelow(project.beside(u"scr_tempipts"_s)),
+             (QStringList{u"plant/scr_temp/a.psc"_s, u"plant/scr_temp/b.psc"_s}));
+    QCOMPARE(project.files(u""_s), (QStringList{u"mac/pump.plb"_s, u"scr/a.psc"_s, u"scr/b.psc"_s}));
+    QCOMPARE(project.read(u"scr/a.psc"_s), candidate);
+    QCOMPARE(outcome.log.entries, QStringList());
+}
+
+void TestConverter::savesOriginalsFromAStaleBackup()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"scr_bak/a.psc"_s, "older"_ba);
+    project.write(u"scr_bak/locked/b.psc"_s, "older"_ba);
+    project.write(u"mac/pump.plb"_s, shape);
+    for (const QString &folder : {u""_s, u"scr"_s, u"scr_bak"_s})
+        QFile::setPermissions(project.path(folder), QFile::Permissions::fromInt(0x7777));
+    QFile::setPermissions(project.path(u"scr_bak/locked"_s), QFile::Permissions::fromInt(0x5555));
+    {
+        // The old backup cannot be removed, and the new one does not overwrite it.
+        const OrdinaryUser user;
+        Converter converter(project.dir());
+        converter.setFilterNames(chosen);
+        converter.convert();
+    }
+    QFile::setPermissions(project.path(u"scr_bak/locked"_s), QFile::Permissions::fromInt(0x7777));
+    QCOMPARE(project.read(u"scr_bak/locked/b.psc"_s), "older"_ba);
+    QCOMPARE(project.read(u"scr_bak/a.psc"_s), candidate);
+    QCOMPARE(project.read(u"scr/a.psc"_s), converted);
+}
+
+void TestConverter::keepsFoldersThatAreLinks_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("scr") << u"scr"_s;
+    QTest::newRow("scr_temp") << u"scr_temp"_s;
+    QTest::newRow("scr_bak") << u"scr_bak"_s;
+}
+
+void TestConverter::keepsFoldersThatAreLinks()
+{
+    QFETCH(const QString, folder);
+    const TestProject project;
+    project.makeFolder(u"elsewhere"_s);
+    project.link(u"elsewhere"_s, folder);
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"scr_bak/old/old.txt"_s, "old"_ba);
+    const Outcome outcome(project);
+
+    QVERIFY(QFileInfo(project.path(folder)).isSymLink());
+    QCOMPARE(project.read(u"scr/a.psc"_s), converted);
+    QCOMPARE(project.read(u"scr_bak/a.psc"_s), candidate);
+    QVERIFY(!project.exists(u"scr_bak/old"_s));
+    QVERIFY(!project.exists(u"scr_temp/a.psc"_s));
+    // Emptied, and filled again where the run leaves files in it.
+    QCOMPARE(project.files(u"elsewhere"_s),
+             folder == "scr_temp"_L1 ? QStringList() : QStringList{u"a.psc"_s});
+    QCOMPARE(outcome.log.entries, QStringList());
+}
+
+void TestConverter::makesFoldersWithTheirParentsWhenAskedTo()
+{
+    const TestProject project;
+    project.write(u"mac/pump.plb"_s, shape);
+    project.write(u"scr/area/deep/a.psc"_s, candidate);
+    project.write(u"scr/area/deep/er/b.psc"_s, plain);
+    project.write(u"scr/z.psc"_s, plain);
+    Converter converter(project.dir());
+    converter.setMakeFolders(true);
+    converter.setFilterNames(chosen);
+    const RunRecorder recorder(converter);
+    const LogRecorder log;
+    converter.convert();
+
+    const QStringList files{u"area/deep/a.psc"_s, u"area/deep/er/b.psc"_s, u"z.psc"_s};
+    QCOMPARE(recorder.statusWords(), (QStringList{u"REPLACE"_s, u"NO REPLACE"_s, u"NO REPLACE"_s}));
+    QCOMPARE(project.files(u"scr"_s), files);
+    QCOMPARE(project.files(u"scr_bak"_s), files);
+    QCOMPARE(project.read(u"scr/area/deep/a.psc"_s), converted);
+    QCOMPARE(project.read(u"scr_bak/area/deep/a.psc"_s), candidate);
+    QVERIFY(!project.exists(u"scr_temp"_s));
+    QCOMPARE(log.entries, QStringList());
+}
+
+void TestConverter::makesOneLevelOfFoldersByDefault()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"scr/area/b.psc"_s, candidate);
+    project.write(u"scr/area/deep/c.psc"_s, candidate);
+    const Outcome outcome(project);
+    QCOMPARE(outcome.recorder.statusWords(), (QStringList{u"REPLACE"_s, u"REPLACE"_s, u"REPLACE"_s}));
+    QCOMPARE(project.files(u"scr"_s), (QStringList{u"a.psc"_s, u"area/b.psc"_s, u"area/deep/c.psc"_s}));
+    QCOMPARE(project.files(u"scr_bak"_s), project.files(u"scr"_s));
+}
+
+void TestConverter::convertsFoldersInTheirOrder()
+{
+    const TestProject project;
+    // A folder that is found before any file of its parent has no folder to go into.
+    project.write(u"scr/area/b.psc"_s, candidate);
+    project.write(u"scr/z.psc"_s, candidate);
+    const Outcome outcome(project);
+    QCOMPARE(outcome.recorder.statusWords(), (QStringList{u"ERROR"_s, u"REPLACE"_s}));
+    QCOMPARE(outcome.recorder.reports.at(0).error,
+             "Could not open Temp File "_L1 + project.path(u"scr_temp/area/b.psc"_s));
+    QCOMPARE(project.files(u"scr"_s), QStringList{u"z.psc"_s});
+    QCOMPARE(project.files(u"scr_bak"_s), (QStringList{u"area/b.psc"_s, u"z.psc"_s}));
+}
+
+QTEST_GUILESS_MAIN(TestConverter)
+#include "tst_converter.moc"

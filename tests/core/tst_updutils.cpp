@@ -1,0 +1,391 @@
+// Finding, moving and removing the files of a project.
+#include "TestProject.h"
+#include "updUtils.h"
+
+#include <QtTest>
+
+#include <type_traits>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QStringList found(const TestProject &project, const QString &folder)
+{
+    QList<QFileInfo> files;
+    updUtils::findImageFiles(project.path(folder), files);
+    QStringList paths;
+    for (const QFileInfo &file : files)
+        paths += file.filePath().mid(project.dir().size() + 1);
+    return paths;
+}
+
+} // namespace
+
+class TestUpdUtils : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void isPolymorphic();
+
+    void removesAFolderWithAllInIt();
+    void countsAMissingFolderAsRemoved();
+    void stopsAtTheFirstEntryThatCannotBeRemoved();
+    void removesLinksWithoutFollowingThem();
+    void emptiesARootThatIsALinkAndKeepsIt();
+
+    void findsImageFilesDepthFirstByNameIgnoringCase();
+    void findsByAnyPartOfThePath_data();
+    void findsByAnyPartOfThePath();
+    void appendsToTheList();
+    void findsNothingWhereThereIsNoFolder();
+    void findsNothingHidden();
+    void followsLinksToFolders();
+    void neverEntersAFolderThatItIsInsideOf();
+
+    void movesImageFilesToTheMappedPlace();
+    void removesAllOfTheSourceOnlyWhenEveryFileWasCopied();
+    void leavesWhatCannotBeRemovedFromTheSource();
+    void mapsEveryOccurrenceInThePath();
+    void mapsTheProjectDirectoryToo();
+    void triesEveryFileAlsoAfterAFailure();
+    void doesNotOverwrite();
+    void makesOneLevelOfFoldersOnly();
+    void makesFoldersWithTheirParentsWhenAskedTo();
+    void countsNothingToMoveAsMoved_data();
+    void countsNothingToMoveAsMoved();
+    void copiesEveryByte();
+    void makesFolders();
+};
+
+void TestUpdUtils::isPolymorphic()
+{
+    static_assert(std::has_virtual_destructor_v<updUtils>);
+    static_assert(sizeof(updUtils) == sizeof(void *));
+}
+
+void TestUpdUtils::removesAFolderWithAllInIt()
+{
+    const TestProject project;
+    project.write(u"tree/a.txt"_s, "a"_ba);
+    project.write(u"tree/.hidden"_s, "a"_ba);
+    project.write(u"tree/sub/.hidden folder/b.psc"_s, "a"_ba);
+    project.write(u"tree/read-only"_s, "a"_ba);
+    QFile::setPermissions(project.path(u"tree/read-only"_s), QFile::ReadOwner);
+    project.makeFolder(u"tree/empty/empty"_s);
+
+    QVERIFY(updUtils::removeDir(project.path(u"tree"_s)));
+    QVERIFY(!project.exists(u"tree"_s));
+    QVERIFY(project.exists(u""_s));
+}
+
+void TestUpdUtils::countsAMissingFolderAsRemoved()
+{
+    const TestProject project;
+    project.write(u"file"_s, "a"_ba);
+    QVERIFY(updUtils::removeDir(project.path(u"gone"_s)));
+    QVERIFY(updUtils::removeDir(project.path(u"gone/too"_s)));
+    // No folder is there, so nothing has to be removed.
+    QVERIFY(updUtils::removeDir(project.path(u"file"_s)));
+    QVERIFY(project.exists(u"file"_s));
+}
+
+void TestUpdUtils::stopsAtTheFirstEntryThatCannotBeRemoved()
+{
+    const TestProject project;
+    project.write(u"tree/a/first.txt"_s, "a"_ba);
+    project.write(u"tree/b/kept.txt"_s, "a"_ba);
+    project.write(u"tree/c/later.txt"_s, "a"_ba);
+    project.write(u"tree/a file.txt"_s, "a"_ba);
+    // Anyone may write everywhere but in the folder b.
+    constexpr auto anyone = QFile::Permissions::fromInt(0x7777);
+    constexpr auto nobodyWrites = QFile::Permissions::fromInt(0x5555);
+    for (const QString &folder : {u"tree"_s, u"tree/a"_s, u"tree/c"_s})
+        QFile::setPermissions(project.path(folder), anyone);
+    QFile::setPermissions(project.path(u"tree/b"_s), nobodyWrites);
+    {
+        const OrdinaryUser user;
+        QVERIFY(!updUtils::removeDir(project.path(u"tree"_s)));
+    }
+    QFile::setPermissions(project.path(u"tree/b"_s), anyone);
+
+    // Folders come first, so the file beside them is still there too.
+    QCOMPARE(project.files(u"tree"_s), (QStringList{u"a file.txt"_s, u"b/kept.txt"_s, u"c/later.txt"_s}));
+    QVERIFY(!project.exists(u"tree/a"_s));
+}
+
+void TestUpdUtils::removesLinksWithoutFollowingThem()
+{
+    const TestProject project;
+    project.write(u"outside/kept.psc"_s, "a"_ba);
+    project.write(u"tree/a.txt"_s, "a"_ba);
+    project.link(project.path(u"outside"_s), u"tree/to a folder"_s);
+    project.link(u"../outside/kept.psc"_s, u"tree/to a file"_s);
+    project.link(u"nowhere"_s, u"tree/to nothing"_s);
+    project.link(u"."_s, u"tree/to itself"_s);
+
+    QVERIFY(updUtils::removeDir(project.path(u"tree"_s)));
+    QVERIFY(!project.exists(u"tree"_s));
+    QCOMPARE(project.files(u"outside"_s), QStringList{u"kept.psc"_s});
+}
+
+void TestUpdUtils::emptiesARootThatIsALinkAndKeepsIt()
+{
+    const TestProject project;
+    project.write(u"elsewhere/a.psc"_s, "a"_ba);
+    project.write(u"elsewhere/sub/b.txt"_s, "a"_ba);
+    project.link(u"elsewhere"_s, u"scr"_s);
+
+    QVERIFY(!updUtils::removeDir(project.path(u"scr"_s)));
+    QVERIFY(QFileInfo(project.path(u"scr"_s)).isSymLink());
+    QVERIFY(project.exists(u"elsewhere"_s));
+    QVERIFY(QDir(project.path(u"elsewhere"_s)).isEmpty());
+}
+
+void TestUpdUtils::findsImageFilesDepthFirstByNameIgnoringCase()
+{
+    const TestProject project;
+    for (const QString &file : {u"scr/b.psc"_s, u"scr/A.psc"_s, u"scr/Area/2.psc"_s, u"scr/Area/1.psc"_s,
+                                u"scr/C.psc"_s, u"scr/bb/deep/er/x.psc"_s, u"scr/a.txt"_s})
+        project.write(file, QByteArray());
+    QCOMPARE(found(project, u"scr"_s),
+             (QStringList{u"scr/A.psc"_s, u"scr/Area/1.psc"_s, u"scr/Area/2.psc"_s, u"scr/b.psc"_s,
+                          u"scr/bb/deep/er/x.psc"_s, u"scr/C.psc"_s}));
+}
+
+void TestUpdUtils::findsByAnyPartOfThePath_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<bool>("isFound");
+    QTest::newRow("by its suffix") << u"scr/a.psc"_s << true;
+    QTest::newRow("with a further suffix") << u"scr/a.psc.bak"_s << true;
+    QTest::newRow("with a longer suffix") << u"scr/a.pscx"_s << true;
+    QTest::newRow("by a folder's name") << u"scr/old.psc/readme.txt"_s << true;
+    QTest::newRow("in upper case") << u"scr/A.PSC"_s << false;
+    QTest::newRow("without a dot") << u"scr/apsc"_s << false;
+    QTest::newRow("of another kind") << u"scr/a.plb"_s << false;
+    QTest::newRow("a dot inside") << u"scr/a.ps.c"_s << false;
+}
+
+void TestUpdUtils::findsByAnyPartOfThePath()
+{
+    QFETCH(const QString, file);
+    QFETCH(const bool, isFound);
+    const TestProject project;
+    project.write(file, QByteArray());
+    QCOMPARE(found(project, u"scr"_s), isFound ? QStringList{file} : QStringList());
+}
+
+void TestUpdUtils::appendsToTheList()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, QByteArray());
+    QList<QFileInfo> files{QFileInfo(u"before"_s)};
+    updUtils::findImageFiles(project.path(u"scr"_s), files);
+    QCOMPARE(files.size(), 2);
+    QCOMPARE(files.at(0).filePath(), u"before"_s);
+    QCOMPARE(files.at(1).filePath(), project.path(u"scr/a.psc"_s));
+}
+
+void TestUpdUtils::findsNothingWhereThereIsNoFolder()
+{
+    const TestProject project;
+    project.write(u"file.psc"_s, QByteArray());
+    QCOMPARE(found(project, u"gone"_s), QStringList());
+    QCOMPARE(found(project, u"file.psc"_s), QStringList());
+}
+
+void TestUpdUtils::findsNothingHidden()
+{
+    const TestProject project;
+    project.write(u"scr/.hidden.psc"_s, QByteArray());
+    project.write(u"scr/.folder/a.psc"_s, QByteArray());
+    project.write(u"scr/..psc"_s, QByteArray());
+    project.write(u"scr/seen.psc"_s, QByteArray());
+    QCOMPARE(found(project, u"scr"_s), QStringList{u"scr/seen.psc"_s});
+}
+
+void TestUpdUtils::followsLinksToFolders()
+{
+    const TestProject project;
+    project.write(u"elsewhere/a.psc"_s, QByteArray());
+    project.write(u"scr/m/b.psc"_s, QByteArray());
+    project.link(u"../elsewhere"_s, u"scr/link"_s);
+    project.link(u"m"_s, u"scr/same"_s);
+    project.link(u"m/b.psc"_s, u"scr/z.psc"_s);
+    QCOMPARE(found(project, u"scr"_s),
+             (QStringList{u"scr/link/a.psc"_s, u"scr/m/b.psc"_s, u"scr/same/b.psc"_s, u"scr/z.psc"_s}));
+}
+
+void TestUpdUtils::neverEntersAFolderThatItIsInsideOf()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, QByteArray());
+    project.write(u"scr/sub/b.psc"_s, QByteArray());
+    project.link(u"."_s, u"scr/itself"_s);
+    project.link(u"../../scr"_s, u"scr/sub/back"_s);
+    project.link(project.dir(), u"scr/sub/up"_s);
+    QCOMPARE(found(project, u"scr"_s), (QStringList{u"scr/a.psc"_s, u"scr/sub/b.psc"_s}));
+}
+
+void TestUpdUtils::movesImageFilesToTheMappedPlace()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, "a"_ba);
+    project.write(u"scr/sub/b.psc"_s, "b"_ba);
+    QVERIFY(updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir()));
+    QVERIFY(!project.exists(u"scr"_s));
+    QCOMPARE(project.files(u""_s), (QStringList{u"scr_bak/a.psc"_s, u"scr_bak/sub/b.psc"_s}));
+    QCOMPARE(project.read(u"scr_bak/sub/b.psc"_s), "b"_ba);
+}
+
+void TestUpdUtils::removesAllOfTheSourceOnlyWhenEveryFileWasCopied()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, "a"_ba);
+    project.write(u"scr/notes.txt"_s, "a"_ba);
+    project.write(u"scr/.hidden.psc"_s, "a"_ba);
+    project.write(u"scr_bak/a.psc"_s, "old"_ba);
+
+    QVERIFY(!updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir()));
+    QCOMPARE(project.files(u"scr"_s), (QStringList{u".hidden.psc"_s, u"a.psc"_s, u"notes.txt"_s}));
+
+    // What is no image file was not copied, and goes away with the folder.
+    project.remove(u"scr_bak"_s);
+    QVERIFY(updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir()));
+    QCOMPARE(project.files(u""_s), QStringList{u"scr_bak/a.psc"_s});
+}
+
+void TestUpdUtils::leavesWhatCannotBeRemovedFromTheSource()
+{
+    const TestProject project;
+    project.write(u"scr/locked/notes.txt"_s, "notes"_ba);
+    project.write(u"scr/a.psc"_s, "a"_ba);
+    for (const QString &folder : {u""_s, u"scr"_s})
+        QFile::setPermissions(project.path(folder), QFile::Permissions::fromInt(0x7777));
+    QFile::setPermissions(project.path(u"scr/locked"_s), QFile::Permissions::fromInt(0x5555));
+    {
+        const OrdinaryUser user;
+        QVERIFY(updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir()));
+    }
+    // The removal stops at the folder, which comes before the files beside it.
+    QCOMPARE(project.files(u"scr_bak"_s), QStringList{u"a.psc"_s});
+    QCOMPARE(project.files(u"scr"_s), (QStringList{u"a.psc"_s, u"locked/notes.txt"_s}));
+}
+
+void TestUpdUtils::mapsEveryOccurrenceInThePath()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, "a"_ba);
+    project.write(u"scr/scripts/b.psc"_s, "b"_ba);
+    project.write(u"scr/scr.psc"_s, "c"_ba);
+    QVERIFY(updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir()));
+    QCOMPARE(project.files(u""_s),
+             (QStringList{u"scr_bak/a.psc"_s, u"scr_bak/scr_bak.psc"_s, u"scr_bak/scr_bakipts/b.psc"_s}));
+}
+
+void TestUpdUtils::mapsTheProjectDirectoryToo()
+{
+    const TestProject project(u"scripts/plant"_s);
+    project.write(u"scr/a.psc"_s, "a"_ba);
+    QVERIFY(!updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir()));
+    QCOMPARE(project.files(u""_s), QStringList{u"scr/a.psc"_s});
+
+    QVERIFY(QDir().mkpath(project.beside(u"scr_bakipts/plant"_s)));
+    QVERIFY(updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir()));
+    QCOMPARE(project.files(u""_s), QStringList());
+    QCOMPARE(filesBelow(project.beside(u"scr_bakipts"_s)), QStringList{u"plant/scr_bak/a.psc"_s});
+}
+
+void TestUpdUtils::triesEveryFileAlsoAfterAFailure()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, "a"_ba);
+    project.write(u"scr/b.psc"_s, "b"_ba);
+    project.write(u"scr/c.psc"_s, "c"_ba);
+    project.write(u"scr_bak/a.psc"_s, "old"_ba);
+    project.makeFolder(u"scr_bak/b.psc"_s);
+    QVERIFY(!updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir()));
+    QCOMPARE(project.read(u"scr_bak/c.psc"_s), "c"_ba);
+    QCOMPARE(project.files(u"scr"_s).size(), 3);
+}
+
+void TestUpdUtils::doesNotOverwrite()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, "new"_ba);
+    project.write(u"scr_bak/a.psc"_s, "old"_ba);
+    QVERIFY(!updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir()));
+    QCOMPARE(project.read(u"scr_bak/a.psc"_s), "old"_ba);
+    QCOMPARE(project.read(u"scr/a.psc"_s), "new"_ba);
+}
+
+void TestUpdUtils::makesOneLevelOfFoldersOnly()
+{
+    const TestProject project;
+    project.write(u"scr/area/deep/a.psc"_s, "a"_ba);
+    QVERIFY(!updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir()));
+    QCOMPARE(project.files(u""_s), QStringList{u"scr/area/deep/a.psc"_s});
+    QVERIFY(!project.exists(u"scr_bak"_s));
+
+    // A file that is found later at the top makes the folder too late for this one.
+    project.write(u"scr/z.psc"_s, "z"_ba);
+    QVERIFY(!updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir()));
+    QCOMPARE(project.files(u"scr_bak"_s), QStringList{u"z.psc"_s});
+}
+
+void TestUpdUtils::makesFoldersWithTheirParentsWhenAskedTo()
+{
+    const TestProject project;
+    project.write(u"scr/area/deep/a.psc"_s, "a"_ba);
+    QVERIFY(updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir(), FolderCreation::WithParents));
+    QCOMPARE(project.files(u""_s), QStringList{u"scr_bak/area/deep/a.psc"_s});
+}
+
+void TestUpdUtils::countsNothingToMoveAsMoved_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::newRow("no source") << u"other/a.psc"_s;
+    QTest::newRow("a source without image files") << u"scr/sub/a.txt"_s;
+}
+
+void TestUpdUtils::countsNothingToMoveAsMoved()
+{
+    QFETCH(const QString, file);
+    const TestProject project;
+    project.write(file, "a"_ba);
+    QVERIFY(updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir()));
+    QVERIFY(!project.exists(u"scr"_s));
+    QVERIFY(!project.exists(u"scr_bak"_s));
+}
+
+void TestUpdUtils::copiesEveryByte()
+{
+    QByteArray bytes;
+    for (int byte = 0; byte <= 0xff; ++byte)
+        bytes += static_cast<char>(byte);
+    bytes = bytes.repeated(300);
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, bytes);
+    project.write(u"scr/empty.psc"_s, QByteArray());
+    QVERIFY(updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir()));
+    QCOMPARE(project.read(u"scr_bak/a.psc"_s), bytes);
+    QVERIFY(project.exists(u"scr_bak/empty.psc"_s));
+    QCOMPARE(project.read(u"scr_bak/empty.psc"_s), QByteArray());
+}
+
+void TestUpdUtils::makesFolders()
+{
+    const TestProject project;
+    updUtils::makeFolder(project.path(u"a/b"_s), FolderCreation::OneLevel);
+    QVERIFY(!project.exists(u"a"_s));
+    updUtils::makeFolder(project.path(u"a"_s), FolderCreation::OneLevel);
+    QVERIFY(project.exists(u"a"_s));
+    updUtils::makeFolder(project.path(u"a"_s), FolderCreation::OneLevel);
+    updUtils::makeFolder(project.path(u"c/d/e"_s), FolderCreation::WithParents);
+    QVERIFY(project.exists(u"c/d/e"_s));
+}
+
+QTEST_GUILESS_MAIN(TestUpdUtils)
+#include "tst_updutils.moc"

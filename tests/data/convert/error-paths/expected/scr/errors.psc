@@ -1,0 +1,12 @@
+ID;1;a
+LIB;missing.plb;1;a;OBJ:a
+PSDV;0;0;9;9;0;1;0;0;0;0;1
+ID;2;b
+LIB;broken.plb;1;b;OBJ:b
+PSDV;0;0;9;9;0;1;0;0;0;0;2
+ID;3;c
+LIB;valves.cat.plb;1;c;OBJ:c
+PSDV;0;0;9;9;0;1;0;0;0;0;3
+ID;4;d
+LIB;missing.plb;1;d;OBJ:d
+PSDV;0;0;9;9;0;1;0;0;0;0;4

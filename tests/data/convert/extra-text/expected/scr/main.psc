@@ -1,0 +1,12 @@
+ID;1;Shape
+LIB;any.plb;1;p1;OBJ:new
+PSDV;0;0;9;9;0;1;0;0;0;0;1;s;note;7
+ID;2;Icon
+PSDV;1;1;2;2;0;1;0;0;0;0;1;;note;7
+ID;1;Shape
+LIB;any.plb;1;p2;OBJ:new
+PSDV;20;20;29;29;0;1;0;0;0;0;2;s
+ID;2;Icon
+PSDV;21;21;22;22;0;1;0;0;0;0;2;
+ID;4;C
+PSDV;0;0;9;9;0;1;0;0;0;0;0;z;plain

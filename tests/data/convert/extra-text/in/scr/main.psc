@@ -1,0 +1,10 @@
+ID;1;A
+LIB;pump.plb;1;p1;OBJ:one
+PSDV;0;0;9;9;0;1;0;0;0;0;1;z;note;7
+ID;2;A
+PSDV;1;1;2;2;0;1;0;0;0;0;1;z;later
+ID;3;B
+LIB;pump.plb;1;p2;OBJ:two
+PSDV;20;20;29;29;0;1;0;0;0;0;2;z
+ID;4;C
+PSDV;0;0;9;9;0;1;0;0;0;0;0;z;plain

@@ -1,0 +1,12 @@
+ID;1;A
+LIB;Valve.LIB;1;a;OBJ:a
+PSDV;0;0;9;9;0;1;0;0;0;0;1
+ID;1;Shape
+LIB;any.plb;1;b;OBJ:valve
+PSDV;0;0;9;9;0;1;0;0;0;0;2;0
+ID;1;Shape
+LIB;any.plb;1;c;OBJ:pump
+PSDV;0;0;9;9;0;1;0;0;0;0;3;0
+ID;4;D
+LIB;tank.lib;1;d;OBJ:d
+PSDV;0;0;9;9;0;1;0;0;0;0;4

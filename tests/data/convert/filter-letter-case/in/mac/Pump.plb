@@ -1,0 +1,3 @@
+ID;1;Shape
+LIB;any.plb;1;x;OBJ:pump
+PSDV;0;0;9;9;0;1;0;0;0;0;0;0

@@ -1,0 +1,7 @@
+ 
+ID;1;Shape
+LIB;any.plb;1;x;OBJ:über
+PSDV;0;0;9;9;0;1;0;0;0;0;0;é
+IVG;OBJ:über.ñ
+IVG;OBJ:Ã¼ber
+…

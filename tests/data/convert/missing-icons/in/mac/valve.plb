@@ -1,0 +1,10 @@
+ID;1;Icon
+LIB;valve.plb;1;x;OBJ:valve
+DIV;1;2;gone.bmp
+PSDV;0;0;9;9;0;1;0;0;0;0;0;0
+ID;2;Icon
+DIV;1;2;valve.bmp;more
+DIV;1;2;lost.bmp
+PSDV;2;2;5;5;0;0;0;0;0;0;0;0
+ID;3;Text
+DIV;1;2;passed-over.bmp

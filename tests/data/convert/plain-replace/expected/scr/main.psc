@@ -1,0 +1,13 @@
+HEAD;waterworks
+ID;1;Frame
+PSDV;0;0;639;479;0;1;0;0;0;0;0
+ITX1;title;t2;t3
+ID;1;Shape
+LIB;pump.plb;7;p101;OBJ:pump
+PSDV;125;75;174;124;0;1;0;0;0;0;1;x
+PNT;2;0;100;50;149;99
+IVG;p101/run.val
+IX1;p101/level.val;;;135;145
+ITX2;p101/a;System:OBJ:pump/b;other/c;p101;p101s;e
+ID;3;Frame
+PSDV;0;440;639;479;0;1;0;0;0;0;0

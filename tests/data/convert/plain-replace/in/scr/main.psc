@@ -1,0 +1,10 @@
+HEAD;waterworks
+ID;1;Frame
+PSDV;0;0;639;479;0;1;0;0;0;0;0
+ITX1;title;t2;t3
+ID;2;Pump
+LIB;pump.plb;7;p101;OBJ:pump_old
+PSDV;100;50;199;149;0;1;0;0;0;0;1
+PNT;2;0;100;50;199;149
+ID;3;Frame
+PSDV;0;440;639;479;0;1;0;0;0;0;0
