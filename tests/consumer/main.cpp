@@ -12,8 +12,9 @@ int main()
     updUtils::findImageFiles("/nowhere", files);
     QString line;
     joinFields({"IVG", "a"}, line);
-    const bool isAsExpected = !converter.readImageFile("/nowhere/a.psc", lines, errorText)
-                              && errorText == "Could not open Image File" && files.isEmpty() && line == "IVG;a"
-                              && statusText(2) == "ERROR" && !Qel::Logger::getLogFilePath().isEmpty();
+    const bool isAsExpected = !converter.readImageFile("/nowhere/a.psc", lines, errorText) &&
+                              errorText == "Could not open Image File" && files.isEmpty() &&
+                              line == "IVG;a" && statusText(2) == "ERROR" &&
+                              !Qel::Logger::getLogFilePath().isEmpty();
     return isAsExpected ? 0 : 1;
 }

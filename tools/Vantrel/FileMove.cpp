@@ -7,7 +7,9 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <optional>
+#include <system_error>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -21,6 +23,32 @@ struct Folders
     bool isBelowRoot = false;          ///< the source, without links on the way
     std::optional<dev_t> targetDevice; ///< nothing where the target's folder is missing
 };
+
+bool isAllowed(const char *path, int access)
+{
+    return faccessat(AT_FDCWD, path, access, AT_EACCESS) == 0;
+}
+
+/// Whether nothing below a folder, nor the folder itself, would resist being removed. Copying and
+/// removing leaves behind what cannot be removed, so such a folder is not for renaming.
+bool canBeRemoved(const QString &folder)
+{
+    namespace fs = std::filesystem;
+    const fs::path root(QFile::encodeName(folder).toStdString());
+    const auto isWritable = [](const fs::path &path) {
+        return isAllowed(path.c_str(), R_OK | W_OK | X_OK);
+    };
+    if (!isWritable(root.parent_path()) || !isWritable(root))
+        return false;
+
+    std::error_code error;
+    fs::recursive_directory_iterator entry(root, error);
+    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+        if (entry->symlink_status(error).type() == fs::file_type::directory && !isWritable(entry->path()))
+            return false;
+    }
+    return !error;
+}
 
 class Renaming final
 {
@@ -66,8 +94,7 @@ bool Renaming::isSafe(const FileMove &move)
     struct stat file = {};
     struct stat target = {};
     return folders->isBelowRoot && lstat(from.constData(), &file) == 0 && S_ISREG(file.st_mode) &&
-           file.st_nlink == 1 && folders->targetDevice == file.st_dev &&
-           eaccess(from.constData(), R_OK) == 0 &&
+           file.st_nlink == 1 && folders->targetDevice == file.st_dev && isAllowed(from.constData(), R_OK) &&
            lstat(QFile::encodeName(move.to).constData(), &target) != 0;
 }
 
@@ -82,6 +109,8 @@ bool Renaming::rename(const QString &from, const QString &to)
 bool renameAll(const QList<FileMove> &moves, const QString &root)
 {
     Renaming renaming(root);
+    if (!moves.isEmpty() && !canBeRemoved(root))
+        return false;
     if (!std::all_of(moves.cbegin(), moves.cend(),
                      [&](const FileMove &move) { return renaming.isSafe(move); }))
         return false;
