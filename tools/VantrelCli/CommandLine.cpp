@@ -1,69 +1,36 @@
-// The command line: which commands and options there are, and what was asked for.
+// The command line: what was asked for, and by which words.
 #include "CommandLine.h"
 
+#include "CheckCommand.h"
+#include "CommandTable.h"
+#include "DiffCommand.h"
+#include "Help.h"
+#include "JsonPresenter.h"
 #include "NearestWord.h"
 #include "Output.h"
+#include "ShapesCommand.h"
+#include "TextPresenter.h"
 #include "UpdateCommand.h"
 #include "Version.h"
 
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTextStream>
 
 #include <algorithm>
+#include <memory>
 #include <optional>
-#include <span>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr auto programName = "vantrel-cli"_L1;
-
-struct OptionRow
-{
-    QLatin1StringView name;
-    QLatin1StringView value; ///< what follows the option; empty for a switch
-    QLatin1StringView meaning;
-};
-
-constexpr std::array updateOptions{
-    OptionRow{"project"_L1, "DIR"_L1, "the project directory, which holds \"scr\" and \"mac\""_L1},
-    OptionRow{"shape"_L1, "NAME"_L1, "replace the objects of this shape file; may be repeated"_L1},
-    OptionRow{"shapes-from"_L1, "FILE"_L1, "the same for every line of a file"_L1},
-    OptionRow{"all-shapes"_L1, {}, "the same for every shape file that objects refer to"_L1},
-    OptionRow{"make-folders"_L1, {}, "make folders with their parents, so that no level needs a screen"_L1},
-    OptionRow{"force"_L1, {}, "run even where something would be lost or not converted"_L1},
-    OptionRow{"quiet"_L1, {}, "print neither table nor summary nor progress"_L1},
-    OptionRow{"color"_L1, "WHEN"_L1, "colour the output: auto (at a terminal), always or never"_L1},
-    OptionRow{"help"_L1, {}, "show this help"_L1},
-};
-
-constexpr std::array generalOptions{
-    OptionRow{"help"_L1, {}, "show this help"_L1},
-    OptionRow{"version"_L1, {}, "show the version"_L1},
-};
-
 struct Streams
 {
     Output output{stdout};
     Output errorOutput{stderr};
-};
-
-ExitCode update(const QCommandLineParser &parser, Streams &streams);
-
-struct CommandRow
-{
-    QLatin1StringView name;
-    QLatin1StringView meaning;
-    std::span<const OptionRow> options;
-    ExitCode (*run)(const QCommandLineParser &parser, Streams &streams);
-};
-
-constexpr std::array commands{
-    CommandRow{"update"_L1, "replace placed objects on a project's screens by their current shapes"_L1,
-               updateOptions, update},
 };
 
 ExitCode refuseUsage(Streams &streams, const QString &complaint, QLatin1StringView command = {})
@@ -78,40 +45,6 @@ QString didYouMean(const QString &word, const QStringList &known)
 {
     const QString nearest = nearestWord(word, known);
     return nearest.isEmpty() ? QString() : u", did you mean \"%1\"?"_s.arg(nearest);
-}
-
-void printOptions(std::span<const OptionRow> options, Output &output)
-{
-    output.print(u"\nOptions:\n");
-    for (const OptionRow &option : options) {
-        const QString spelling = u"--%1 %2"_s.arg(option.name, option.value);
-        output.printLine(u"  %1 %2"_s.arg(spelling, -20).arg(option.meaning));
-    }
-}
-
-void printExitCodes(Output &output)
-{
-    output.print(u"\nExit codes:\n");
-    for (const ExitCodeRow &row : exitCodes)
-        output.printLine(u"  %1  %2"_s.arg(static_cast<int>(row.code), 3).arg(row.meaning));
-}
-
-void printHelp(Output &output)
-{
-    output.printLine(u"Usage: %1 COMMAND [options]\n\nCommands:"_s.arg(programName));
-    for (const CommandRow &command : commands)
-        output.printLine(u"  %1 %2"_s.arg(command.name, -20).arg(command.meaning));
-    printOptions(generalOptions, output);
-    printExitCodes(output);
-}
-
-void printHelp(const CommandRow &command, Output &output)
-{
-    QString meaning = command.meaning;
-    meaning.replace(0, 1, meaning.at(0).toUpper());
-    output.printLine(u"Usage: %1 %2 [options]\n\n%3."_s.arg(programName, command.name, meaning));
-    printOptions(command.options, output);
-    printExitCodes(output);
 }
 
 QStringList optionSpellings(std::span<const OptionRow> options)
@@ -135,29 +68,13 @@ QString complaintAbout(const QCommandLineParser &parser, const CommandRow &comma
     return {};
 }
 
-ExitCode runCommand(const CommandRow &command, const QStringList &arguments, Streams &streams)
+QString withoutFullStop(QString sentence)
 {
-    QCommandLineParser parser;
-    for (const OptionRow &option : command.options)
-        parser.addOption(QCommandLineOption(option.name, option.meaning, option.value));
-
-    const bool isParsed = parser.parse(arguments);
-    if (const QString complaint = complaintAbout(parser, command); !complaint.isEmpty())
-        return refuseUsage(streams, complaint, command.name);
-    if (!isParsed) {
-        // The library's sentence: here it stands within one.
-        QString complaint = parser.errorText();
-        complaint.replace(0, 1, complaint.at(0).toLower());
-        complaint.replace(u'\'', u'"');
-        if (complaint.endsWith(u'.'))
-            complaint.chop(1);
-        return refuseUsage(streams, complaint, command.name);
-    }
-    if (parser.isSet(u"help"_s)) {
-        printHelp(command, streams.output);
-        return ExitCode::Done;
-    }
-    return command.run(parser, streams);
+    sentence.replace(0, 1, sentence.at(0).toLower());
+    sentence.replace(u'\'', u'"');
+    if (sentence.endsWith(u'.'))
+        sentence.chop(1);
+    return sentence;
 }
 
 std::optional<ColorMode> colorModeOf(const QCommandLineParser &parser)
@@ -185,48 +102,203 @@ std::optional<QStringList> readShapeList(const QString &path)
     return names;
 }
 
-ExitCode update(const QCommandLineParser &parser, Streams &streams)
+/// A word as a shell takes it.
+QString quoted(QString word)
 {
-    const auto refuse = [&streams](const QString &complaint) {
-        return refuseUsage(streams, complaint, "update"_L1);
-    };
-    const std::optional<ColorMode> colorMode = colorModeOf(parser);
-    if (!colorMode)
-        return refuse(u"--color takes auto, always or never, not \"%1\""_s.arg(parser.value(u"color"_s)));
-    streams.output.setColorMode(*colorMode);
-    streams.errorOutput.setColorMode(*colorMode);
+    static const QRegularExpression plainWord(u"^[A-Za-z0-9_./:=+-]+$"_s);
+    if (plainWord.match(word).hasMatch())
+        return word;
+    return u'\'' + word.replace(u'\'', u"'\\''"_s) + u'\'';
+}
 
-    if (parser.value(u"project"_s).isEmpty())
-        return refuse(u"no project directory was named; use --project DIR"_s);
-    QStringList shapeNames = parser.values(u"shape"_s);
-    if (parser.isSet(u"shapes-from"_s)) {
-        const QString path = parser.value(u"shapes-from"_s);
+/// One command as it was asked for.
+class CommandRequest final
+{
+public:
+    CommandRequest(const CommandRow &command, Streams &streams)
+        : m_command(command)
+        , m_streams(streams)
+    {
+        for (const OptionRow &option : command.options)
+            m_parser.addOption(QCommandLineOption(option.name, option.meaning, option.value));
+    }
+
+    ExitCode run(const QStringList &arguments);
+
+private:
+    QString complaintAboutValues();
+    QString takeShapeNames();
+    QString complaintAboutUpdate() const;
+    void setColors(ColorMode mode);
+    ExitCode perform();
+    ExitCode performUpdate(Presenter &presenter);
+    std::unique_ptr<Presenter> makePresenter();
+    QString realCommand() const;
+    bool isSet(const QString &option) const;
+
+    const CommandRow &m_command;
+    Streams &m_streams;
+    QCommandLineParser m_parser;
+    QString m_projectDir;
+    QStringList m_shapeNames;
+};
+
+ExitCode CommandRequest::run(const QStringList &arguments)
+{
+    const bool isParsed = m_parser.parse(arguments);
+    if (const QString complaint = complaintAbout(m_parser, m_command); !complaint.isEmpty())
+        return refuseUsage(m_streams, complaint, m_command.name);
+    if (!isParsed)
+        return refuseUsage(m_streams, withoutFullStop(m_parser.errorText()), m_command.name);
+    if (isSet(u"help"_s)) {
+        printHelp(m_command, m_streams.output);
+        return ExitCode::Done;
+    }
+    if (const QString complaint = complaintAboutValues(); !complaint.isEmpty())
+        return refuseUsage(m_streams, complaint, m_command.name);
+    return perform();
+}
+
+/// Takes the values of the options. What is wrong with them; empty where nothing is.
+QString CommandRequest::complaintAboutValues()
+{
+    const std::optional<ColorMode> colorMode = colorModeOf(m_parser);
+    if (!colorMode)
+        return u"--color takes auto, always or never, not \"%1\""_s.arg(m_parser.value(u"color"_s));
+    setColors(*colorMode);
+
+    if (m_parser.value(u"project"_s).isEmpty())
+        return u"no project directory was named; use --project DIR"_s;
+    m_projectDir = QDir::cleanPath(QDir().absoluteFilePath(m_parser.value(u"project"_s)));
+    if (m_projectDir == "/"_L1)
+        return u"the root folder is no project directory; use --project DIR"_s;
+    if (const QString complaint = takeShapeNames(); !complaint.isEmpty())
+        return complaint;
+    return m_command.command == Command::Update ? complaintAboutUpdate() : QString();
+}
+
+void CommandRequest::setColors(ColorMode mode)
+{
+    const ColorMode wanted = isSet(u"json"_s) ? ColorMode::Never : mode;
+    m_streams.output.setColorMode(wanted);
+    m_streams.errorOutput.setColorMode(wanted);
+}
+
+QString CommandRequest::takeShapeNames()
+{
+    if (isSet(u"shape"_s))
+        m_shapeNames = m_parser.values(u"shape"_s);
+    if (isSet(u"shapes-from"_s)) {
+        const QString path = m_parser.value(u"shapes-from"_s);
         const std::optional<QStringList> listed = readShapeList(path);
         if (!listed)
-            return refuse(u"the list of shapes \"%1\" could not be opened"_s.arg(path));
-        shapeNames += *listed;
+            return u"the list of shapes \"%1\" could not be opened"_s.arg(path);
+        m_shapeNames += *listed;
     }
-    shapeNames.removeAll(QString());
-    if (shapeNames.isEmpty() && !parser.isSet(u"all-shapes"_s)) {
-        return refuse(u"no shape was chosen, so that nothing would be replaced; use --shape NAME, "
-                      "--shapes-from FILE or --all-shapes"_s);
+    m_shapeNames.removeAll(QString());
+    return {};
+}
+
+QString CommandRequest::complaintAboutUpdate() const
+{
+    if (m_shapeNames.isEmpty() && !isSet(u"all-shapes"_s)) {
+        return u"no shape was chosen, so that nothing would be replaced; use --shape NAME, "
+               "--shapes-from FILE or --all-shapes"_s;
     }
-    return runUpdate({.projectDir = QDir::cleanPath(QDir().absoluteFilePath(parser.value(u"project"_s))),
-                      .shapeNames = shapeNames,
-                      .allShapes = parser.isSet(u"all-shapes"_s),
-                      .makeFolders = parser.isSet(u"make-folders"_s),
-                      .force = parser.isSet(u"force"_s),
-                      .quiet = parser.isSet(u"quiet"_s)},
-                     streams.output, streams.errorOutput);
+    if (isSet(u"fail-on-changes"_s) && !isSet(u"dry-run"_s))
+        return u"--fail-on-changes needs --dry-run"_s;
+    return {};
+}
+
+/// Whether an option was given; not every command has every option.
+bool CommandRequest::isSet(const QString &option) const
+{
+    const auto isMeant = [&option](const OptionRow &row) { return row.name == option; };
+    return std::any_of(m_command.options.begin(), m_command.options.end(), isMeant) && m_parser.isSet(option);
+}
+
+std::unique_ptr<Presenter> CommandRequest::makePresenter()
+{
+    const Verbosity verbosity = isSet(u"quiet"_s) ? Verbosity::Quiet : Verbosity::Everything;
+    if (isSet(u"json"_s))
+        return std::make_unique<JsonPresenter>(m_streams.output, m_projectDir, verbosity);
+    return std::make_unique<TextPresenter>(m_streams.output, m_streams.errorOutput, m_projectDir, verbosity);
+}
+
+ExitCode CommandRequest::perform()
+{
+    const std::unique_ptr<Presenter> presenter = makePresenter();
+    switch (m_command.command) {
+    case Command::Check:
+        return runCheck({m_projectDir, m_shapeNames, isSet(u"make-folders"_s)}, *presenter);
+    case Command::Shapes:
+        return runShapes(m_projectDir, *presenter);
+    case Command::Diff:
+        return runDiff(m_projectDir, *presenter);
+    case Command::Update:
+        break;
+    }
+    return performUpdate(*presenter);
+}
+
+ExitCode CommandRequest::performUpdate(Presenter &presenter)
+{
+    return runUpdate({.projectDir = m_projectDir,
+                      .shapeNames = m_shapeNames,
+                      .allShapes = isSet(u"all-shapes"_s),
+                      .makeFolders = isSet(u"make-folders"_s),
+                      .force = isSet(u"force"_s),
+                      .dryRun = isSet(u"dry-run"_s),
+                      .failOnChanges = isSet(u"fail-on-changes"_s),
+                      .realCommand = realCommand()},
+                     presenter);
+}
+
+/// The command without what keeps it from changing the project, and what tells how to print.
+QString CommandRequest::realCommand() const
+{
+    constexpr std::array kept{"project"_L1,    "shape"_L1,        "shapes-from"_L1,
+                              "all-shapes"_L1, "make-folders"_L1, "force"_L1};
+    QStringList words{programName, m_command.name};
+    for (const QLatin1StringView option : kept) {
+        if (!isSet(option))
+            continue;
+        const QStringList values =
+            option == "project"_L1 ? QStringList{m_projectDir} : m_parser.values(option);
+        const QString spelling = u"--%1"_s.arg(option);
+        if (values.isEmpty())
+            words.append(spelling);
+        for (const QString &value : values)
+            words += {spelling, quoted(value)};
+    }
+    return words.join(u' ');
 }
 
 QStringList knownWords()
 {
     QStringList words = optionSpellings(generalOptions);
-    for (const CommandRow &command : commands)
+    for (const CommandRow &command : commandRows)
         words.append(command.name);
     return words;
 }
+
+struct GeneralRequest
+{
+    QLatin1StringView word;
+    void (*print)(Output &output);
+};
+
+void printVersion(Output &output)
+{
+    output.printLine(u"%1 %2"_s.arg(programName, QLatin1StringView(VANTREL_VERSION)));
+}
+
+constexpr std::array generalRequests{
+    GeneralRequest{"--help"_L1, printHelp},
+    GeneralRequest{"--version"_L1, printVersion},
+    GeneralRequest{"--print-docs"_L1, printDocs},
+    GeneralRequest{"--print-schema"_L1, printSchema},
+};
 
 } // namespace
 
@@ -236,19 +308,17 @@ ExitCode runCommandLine(const QStringList &arguments)
     const QString word = arguments.value(1);
     if (word.isEmpty())
         return refuseUsage(streams, u"no command was given"_s);
-    if (word == "--help"_L1) {
-        printHelp(streams.output);
+    for (const GeneralRequest &request : generalRequests) {
+        if (word != request.word)
+            continue;
+        request.print(streams.output);
         return ExitCode::Done;
     }
-    if (word == "--version"_L1) {
-        streams.output.printLine(u"%1 %2"_s.arg(programName, QLatin1StringView(VANTREL_VERSION)));
-        return ExitCode::Done;
-    }
-    const auto command = std::find_if(commands.begin(), commands.end(),
+    const auto command = std::find_if(commandRows.begin(), commandRows.end(),
                                       [&word](const CommandRow &row) { return row.name == word; });
-    if (command == commands.end()) {
+    if (command == commandRows.end()) {
         const QString kind = word.startsWith(u'-') ? u"option"_s : u"command"_s;
         return refuseUsage(streams, u"unknown %1 \"%2\"%3"_s.arg(kind, word, didYouMean(word, knownWords())));
     }
-    return runCommand(*command, arguments.sliced(1), streams);
+    return CommandRequest(*command, streams).run(arguments.sliced(1));
 }

@@ -6,10 +6,29 @@
 #include <cstdlib>
 #include <string_view>
 
+#include <fcntl.h>
 #include <langinfo.h>
+#include <unistd.h>
+
+namespace {
+
+/// A standard stream that the caller has closed would be the next file or pipe that is opened,
+/// and what is printed would go there.
+void fillClosedStreams()
+{
+    int descriptor = open("/dev/null", O_RDWR);
+    while (descriptor >= 0 && descriptor <= STDERR_FILENO)
+        descriptor = open("/dev/null", O_RDWR);
+    if (descriptor >= 0)
+        close(descriptor);
+}
+
+} // namespace
 
 void prepareProcess()
 {
+    fillClosedStreams();
+
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
 

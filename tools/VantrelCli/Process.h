@@ -2,5 +2,6 @@
 #pragma once
 
 /// Lets writes to a closed pipe or beyond a size limit fail as calls, instead of ending the
-/// process, and has names taken as UTF-8 whatever the locale says.
+/// process; opens the standard streams that the caller has closed; and has names taken as UTF-8 whatever the
+/// locale says.
 void prepareProcess();

@@ -1,28 +1,53 @@
 // What a project holds, and what a run over it would lose or could not convert.
 #include "ProjectSurvey.h"
 
-#include "Converter.h"
+#include "ProjectPath.h"
 #include "updUtils.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStorageInfo>
 
+#include <algorithm>
+#include <array>
 #include <filesystem>
 #include <system_error>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 namespace fs = std::filesystem;
 
 namespace {
 
+constexpr auto mendPath = "move or rename the project"_L1;
+
+/// What a part of the project's path does to a run.
+struct PathEffect
+{
+    FindingKind kind;
+    QLatin1StringView part;
+    QLatin1StringView effect;
+};
+
+constexpr std::array pathEffects{
+    PathEffect{FindingKind::PathSendsCopiesAstray, "/scr"_L1, "so that copies would go to other folders"_L1},
+    PathEffect{FindingKind::PathMakesAllScreens, ".psc"_L1,
+               "so that every file in \"scr\" counts as an image file"_L1},
+    PathEffect{FindingKind::PathRefusesShapes, ".cat"_L1,
+               "so that every shape file is refused as a catalogue"_L1},
+    PathEffect{FindingKind::PathWidensIconSearch, "/bmp"_L1,
+               "so that icons are looked for in all folders of the project"_L1},
+};
+
 class Surveyor final
 {
 public:
-    Surveyor(const QString &projectDir, bool makesFolders)
+    Surveyor(const QString &projectDir, bool makesFolders, SurveyListener *listener)
         : m_projectDir(projectDir)
         , m_imageFolder(projectDir + "/scr"_L1)
         , m_makesFolders(makesFolders)
+        , m_listener(listener)
         , m_converter(projectDir)
     {
     }
@@ -31,21 +56,35 @@ public:
 
 private:
     void lookAtFolders();
+    void lookAtPath();
+    void lookAtName(const QString &name);
+    void lookAtAccess(const QString &path);
+    void lookAtLogFolder();
     void listImageFiles();
+    void lookAtImageFile(const QFileInfo &imageFile);
+    void lookAtTargetFolder(const QFileInfo &imageFile);
+    void lookAtBackupFolder(const QFileInfo &imageFile);
+    void lookForRoom();
     void lookForLosses();
     void lookAtEntry(const fs::directory_entry &entry);
-    void lookAtTargetFolder(const QFileInfo &imageFile);
+    void lookAtOtherFile(const fs::directory_entry &entry, const QString &path);
+    void readImageFiles();
     void readImageFile(const QString &path);
+    int firstInvalidLine(const QStringList &lines);
 
-    void note(const QString &path, const QString &text, const QString &advice);
-    QString relative(const QString &path) const;
+    void note(FindingKind kind, const QString &path, const QString &text, const QString &advice,
+              int line = 0);
 
     QString m_projectDir;
     QString m_imageFolder;
     bool m_makesFolders;
+    SurveyListener *m_listener;
     Converter m_converter;
     QSet<QString> m_knownFiles;
     QSet<QString> m_madeFolders;
+    QSet<QString> m_foldersWithScreens;
+    QSet<QString> m_foldersToRename;
+    qint64 m_imageBytes = 0;
     ProjectSurvey m_survey;
 };
 
@@ -53,34 +92,80 @@ ProjectSurvey Surveyor::survey()
 {
     lookAtFolders();
     listImageFiles();
+    lookForRoom();
     lookForLosses();
-    for (const QString &imageFile : std::as_const(m_survey.imageFiles))
-        readImageFile(imageFile);
+    readImageFiles();
     return m_survey;
 }
 
-void Surveyor::note(const QString &path, const QString &text, const QString &advice)
+void Surveyor::note(FindingKind kind, const QString &path, const QString &text, const QString &advice,
+                    int line)
 {
-    m_survey.obstacles.append({relative(path), text, advice});
-}
-
-QString Surveyor::relative(const QString &path) const
-{
-    return path.startsWith(m_projectDir + u'/') ? path.sliced(m_projectDir.size() + 1) : path;
+    m_survey.findings.append({kind, relativeTo(m_projectDir, path), text, advice, line});
 }
 
 void Surveyor::lookAtFolders()
 {
-    if (!QFileInfo(m_imageFolder).isDir())
-        note(m_imageFolder, u"there is no such folder"_s,
+    if (!QFileInfo(m_imageFolder).isDir()) {
+        note(FindingKind::FolderMissing, m_imageFolder, u"there is no such folder"_s,
              u"choose a project directory, which holds \"scr\""_s);
-    if (m_projectDir.contains("/scr"_L1)) {
-        note(m_projectDir, u"the project's path holds \"/scr\", so that copies would go to other folders"_s,
-             u"move or rename the project"_s);
     }
-    if (const QString tempFolder = m_projectDir + "/scr_temp"_L1; QFileInfo::exists(tempFolder)) {
-        note(tempFolder, u"a run that did not end has left it; old files in it would reach \"scr\""_s,
+    lookAtPath();
+    if (const QString tempFolder = m_projectDir + "/scr_temp"_L1; QFileInfo(tempFolder).isDir()) {
+        note(FindingKind::TempFolderLeft, tempFolder,
+             u"a run that did not end has left it; old files in it would reach \"scr\""_s,
              u"look whether \"scr\" is whole, then remove it"_s);
+    }
+    lookAtName(u"scr_temp"_s);
+    lookAtName(u"scr_bak"_s);
+    lookAtAccess(m_projectDir);
+    lookAtAccess(m_imageFolder);
+    lookAtLogFolder();
+}
+
+/// A run makes a folder of this name. Where one is left over, that is another matter.
+void Surveyor::lookAtName(const QString &name)
+{
+    const QFileInfo folder(m_projectDir + u'/' + name);
+    if (folder.isDir() || !(folder.exists() || folder.isSymLink()))
+        return;
+    note(FindingKind::NoFolder, folder.filePath(), u"it is no folder, so that a run could not make one"_s,
+         u"move it away"_s);
+}
+
+void Surveyor::lookAtAccess(const QString &path)
+{
+    const QFileInfo folder(path);
+    const bool isSpokenOfElsewhere = !folder.isDir() || !folder.isReadable();
+    if (isSpokenOfElsewhere || folder.isWritable())
+        return;
+    note(FindingKind::FolderProtected, path, u"it cannot be written to, so that a run could not change it"_s,
+         u"make it writable"_s);
+}
+
+void Surveyor::lookAtPath()
+{
+    for (const PathEffect &effect : pathEffects) {
+        if (m_projectDir.contains(effect.part)) {
+            note(effect.kind, m_projectDir,
+                 u"the project's path holds \"%1\", %2"_s.arg(effect.part, effect.effect), mendPath);
+        }
+    }
+    if (m_projectDir != m_projectDir.toLower()) {
+        note(FindingKind::PathHidesIcons, m_projectDir,
+             u"the project's path holds upper-case letters, so that no icon is found"_s, mendPath);
+    }
+}
+
+void Surveyor::lookAtLogFolder()
+{
+    const QFileInfo logFolder(m_projectDir + "/log"_L1);
+    if (!logFolder.isDir()) {
+        note(FindingKind::LogFolderMissing, logFolder.filePath(),
+             u"there is no such folder, so that a run writes no change log"_s, u"make it"_s);
+    } else if (!logFolder.isWritable()) {
+        note(FindingKind::LogFolderMissing, logFolder.filePath(),
+             u"it cannot be written to, so that a run writes no change log"_s, u"make it writable"_s);
     }
 }
 
@@ -88,10 +173,29 @@ void Surveyor::listImageFiles()
 {
     QList<QFileInfo> files;
     updUtils::findImageFiles(m_imageFolder, files);
-    for (const QFileInfo &file : std::as_const(files)) {
-        m_survey.imageFiles.append(file.filePath());
-        m_knownFiles.insert(file.filePath());
-        lookAtTargetFolder(file);
+    for (const QFileInfo &file : std::as_const(files))
+        m_foldersWithScreens.insert(file.path());
+    for (const QFileInfo &file : std::as_const(files))
+        lookAtImageFile(file);
+    if (files.isEmpty() && QFileInfo(m_imageFolder).isDir()) {
+        note(FindingKind::NoScreens, m_imageFolder,
+             u"it holds no image file, so that a run would remove it and \"scr_bak\""_s,
+             u"put the screens into it"_s);
+    }
+}
+
+void Surveyor::lookAtImageFile(const QFileInfo &imageFile)
+{
+    const QString path = imageFile.filePath();
+    m_survey.imageFiles.append(path);
+    m_knownFiles.insert(path);
+    m_imageBytes += imageFile.size();
+    lookAtTargetFolder(imageFile);
+    lookAtBackupFolder(imageFile);
+    if (!path.endsWith(".psc"_L1)) {
+        note(FindingKind::TakenForScreen, path,
+             u"a run converts this file too, since its path holds \".psc\""_s,
+             u"move it out of \"scr\" if it is no screen"_s);
     }
 }
 
@@ -99,28 +203,65 @@ void Surveyor::listImageFiles()
 void Surveyor::lookAtTargetFolder(const QFileInfo &imageFile)
 {
     const QString folder = imageFile.path();
+    const QString parent = QFileInfo(folder).path();
     const bool isMade = m_makesFolders || folder == m_imageFolder || m_madeFolders.contains(folder) ||
-                        m_madeFolders.contains(QFileInfo(folder).path());
+                        m_madeFolders.contains(parent);
     if (isMade) {
         m_madeFolders.insert(folder);
         return;
     }
     note(
+        m_foldersWithScreens.contains(parent) ? FindingKind::FolderBeforeScreens
+                                              : FindingKind::LevelWithoutScreen,
         imageFile.filePath(),
         u"its folder could not be made in \"scr_temp\", \"scr_bak\" and \"scr\": no screen comes before it in %1"_s
-            .arg(relative(QFileInfo(folder).path())),
+            .arg(relativeTo(m_projectDir, parent)),
         u"use --make-folders"_s);
+}
+
+/// The name of the backup folder is put in wherever "/scr" stands in a path.
+void Surveyor::lookAtBackupFolder(const QFileInfo &imageFile)
+{
+    const QString folder = imageFile.path().sliced(m_imageFolder.size());
+    if (!folder.contains("/scr"_L1) || m_foldersToRename.contains(folder))
+        return;
+    m_foldersToRename.insert(folder);
+    QString backup = "/scr"_L1 + folder;
+    backup.replace("/scr"_L1, "/scr_bak"_L1);
+    note(FindingKind::FolderRenamedInBackup, imageFile.path(),
+         u"a run backs it up as \"%1\", since its path holds \"/scr\""_s.arg(backup.sliced(1)),
+         u"look for its screens there"_s);
+}
+
+/// At its peak a run holds the image files twice more: converted, and as a backup in place of
+/// the last one.
+void Surveyor::lookForRoom()
+{
+    const QStorageInfo disk(m_projectDir);
+    const qint64 needed = 2 * m_imageBytes;
+    if (!disk.isValid() || disk.bytesAvailable() >= needed)
+        return;
+    note(FindingKind::NoRoom, m_projectDir,
+         u"the copies of a run need up to %1 bytes, but the disk has room for %2"_s.arg(needed).arg(
+             disk.bytesAvailable()),
+         u"make room on the disk"_s);
 }
 
 void Surveyor::lookForLosses()
 {
+    std::vector<fs::directory_entry> entries;
     std::error_code error;
     const auto options = fs::directory_options::none;
     fs::recursive_directory_iterator entry(QFile::encodeName(m_imageFolder).toStdString(), options, error);
     for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error))
-        lookAtEntry(*entry);
+        entries.push_back(*entry);
+    // The system lists a folder in an order of its own.
+    std::sort(entries.begin(), entries.end());
+    for (const fs::directory_entry &found : entries)
+        lookAtEntry(found);
     if (error && QFileInfo::exists(m_imageFolder)) {
-        note(m_imageFolder, u"it could not be read whole: %1"_s.arg(QString::fromStdString(error.message())),
+        note(FindingKind::FolderUnreadable, m_imageFolder,
+             u"it could not be read whole: %1"_s.arg(QString::fromStdString(error.message())),
              u"make every folder in it readable"_s);
     }
 }
@@ -129,50 +270,101 @@ void Surveyor::lookAtEntry(const fs::directory_entry &entry)
 {
     const QByteArray name(entry.path().c_str());
     const QString path = QFile::decodeName(name);
-    std::error_code error;
     if (QFile::encodeName(path) != name) {
-        note(path, u"its name is not valid UTF-8, so that a run would not see it"_s, u"rename it"_s);
+        note(FindingKind::NameNotUtf8, path, u"its name is not valid UTF-8, so that a run would not see it"_s,
+             u"rename it"_s);
         return;
     }
-    if (m_knownFiles.contains(path))
-        return;
+    std::error_code error;
     if (entry.is_symlink(error)) {
-        note(path, u"a run would replace this link by what it leads to, or lose it"_s,
+        note(FindingKind::Link, path, u"a run would replace this link by what it leads to, or lose it"_s,
              u"move it out of \"scr\", or replace it by its files"_s);
-    } else if (!entry.is_directory(error)) {
-        const bool isHidden = entry.path().filename().native().starts_with('.');
-        note(path,
-             isHidden ? u"a run would lose this hidden file"_s
-                      : u"a run would lose this file: it is no image file"_s,
+    } else if (entry.is_directory(error)) {
+        lookAtAccess(path);
+    } else if (!m_knownFiles.contains(path)) {
+        lookAtOtherFile(entry, path);
+    }
+}
+
+void Surveyor::lookAtOtherFile(const fs::directory_entry &entry, const QString &path)
+{
+    // How the copying that a run uses names a file that is not whole yet.
+    constexpr std::string_view copyInProgress = "qt_temp.";
+    const std::string fileName = entry.path().filename();
+    if (fileName.starts_with(copyInProgress)) {
+        note(FindingKind::LeftOverFile, path, u"a copy that was broken off has left this temp file"_s,
+             u"remove it"_s);
+    } else if (fileName.starts_with('.')) {
+        note(FindingKind::HiddenFile, path, u"a run would lose this hidden file"_s,
              u"move it out of \"scr\""_s);
+    } else {
+        note(FindingKind::OtherFile, path, u"a run would lose this file: it is no image file"_s,
+             u"move it out of \"scr\""_s);
+    }
+}
+
+void Surveyor::readImageFiles()
+{
+    const auto count = static_cast<int>(m_survey.imageFiles.size());
+    for (int index = 0; index < count; ++index) {
+        const QString &path = m_survey.imageFiles.at(index);
+        if (m_listener != nullptr)
+            m_listener->onFile(count, index, path);
+        readImageFile(path);
     }
 }
 
 void Surveyor::readImageFile(const QString &path)
 {
-    QStringList lines;
+    Screen screen{.path = path, .fileLines = {}, .lines = {}, .objects = {}};
     QString errorText;
-    if (!m_converter.readImageFile(path, lines, errorText)) {
-        note(path, errorText, u"make it readable"_s);
+    if (!m_converter.readImageFile(path, screen.fileLines, errorText)) {
+        note(FindingKind::ScreenUnreadable, path, errorText, u"make it readable"_s);
         return;
     }
-    if (!m_converter.checkImageLines(lines, errorText)) {
-        note(path, errorText, u"mend the line, or move the file out of \"scr\""_s);
+    if (!m_converter.checkImageLines(screen.fileLines, errorText)) {
+        note(FindingKind::ScreenInvalid, path, errorText, u"mend the line, or move the file out of \"scr\""_s,
+             firstInvalidLine(screen.fileLines));
         return;
     }
-    QList<Converter::STBlock> objects;
-    m_converter.splitObjects(path, lines, objects);
-    m_converter.gatherScatteredParts(lines, objects);
-    m_converter.readShapeReferences(lines, objects);
-    for (const Converter::STBlock &object : std::as_const(objects)) {
-        if (object.replace && !object.shapeFile.isEmpty())
+    screen.lines = screen.fileLines;
+    m_converter.splitObjects(path, screen.lines, screen.objects);
+    m_converter.gatherScatteredParts(screen.lines, screen.objects);
+    m_converter.readShapeReferences(screen.lines, screen.objects);
+    for (const Converter::STBlock &object : std::as_const(screen.objects)) {
+        if (refersToShape(object))
             m_survey.shapeNames.insert(object.shapeFile);
     }
+    if (m_listener != nullptr)
+        m_listener->onScreen(screen);
+}
+
+/// The number of the line; the one in the message counts on for lines with too few points.
+int Surveyor::firstInvalidLine(const QStringList &lines)
+{
+    QString complaint;
+    const auto line = std::find_if(lines.cbegin(), lines.cend(), [&](const QString &candidate) {
+        return !m_converter.checkImageLines({candidate}, complaint);
+    });
+    return static_cast<int>(line - lines.cbegin()) + 1;
 }
 
 } // namespace
 
-ProjectSurvey surveyProject(const QString &projectDir, bool makesFolders)
+QList<Finding> ProjectSurvey::obstacles() const
 {
-    return Surveyor(projectDir, makesFolders).survey();
+    QList<Finding> obstacles;
+    std::copy_if(findings.cbegin(), findings.cend(), std::back_inserter(obstacles),
+                 [](const Finding &finding) { return finding.severity() == Severity::Obstacle; });
+    return obstacles;
+}
+
+ProjectSurvey surveyProject(const QString &projectDir, bool makesFolders, SurveyListener *listener)
+{
+    return Surveyor(projectDir, makesFolders, listener).survey();
+}
+
+bool refersToShape(const Converter::STBlock &object)
+{
+    return object.replace && !object.shapeFile.isEmpty();
 }

@@ -1,26 +1,47 @@
 // What a project holds, and what a run over it would lose or could not convert.
 #pragma once
 
+#include "Converter.h"
+#include "Finding.h"
+
 #include <QList>
 #include <QSet>
 #include <QString>
 #include <QStringList>
 
-/// Something in a project that a user should look at before a run.
-struct Finding
+/// An image file as a run reads it.
+struct Screen
 {
-    QString path;   ///< relative to the project, or whole where it lies outside
-    QString text;   ///< what is the matter
-    QString advice; ///< what to do
+    QString path;
+    QStringList fileLines;             ///< as they stand in the file
+    QStringList lines;                 ///< with the scattered parts of objects gathered
+    QList<Converter::STBlock> objects; ///< ranges of `lines`
+};
+
+/// Follows a survey from file to file.
+class SurveyListener
+{
+public:
+    virtual ~SurveyListener() = default;
+
+    virtual void onFile(int count, int index, const QString &path) = 0;
+    /// Called for every image file that can be converted.
+    virtual void onScreen(const Screen &screen) = 0;
 };
 
 struct ProjectSurvey
 {
     QStringList imageFiles;   ///< in the order of a run
     QSet<QString> shapeNames; ///< all that placed objects refer to, as the run compares them
-    QList<Finding> obstacles; ///< what a run would lose or fail to convert
+    QList<Finding> findings;  ///< about the project, its folders and image files
+
+    /// What a run would lose or fail to convert.
+    QList<Finding> obstacles() const;
 };
 
 /// Reads a project, changing nothing. `projectDir` is absolute and clean; `makesFolders` says
 /// that the run will make folders with their parents.
-ProjectSurvey surveyProject(const QString &projectDir, bool makesFolders);
+ProjectSurvey surveyProject(const QString &projectDir, bool makesFolders, SurveyListener *listener = nullptr);
+
+/// Whether placed objects of this kind are replaced where their shape is chosen.
+bool refersToShape(const Converter::STBlock &object);

@@ -51,7 +51,10 @@ QString TextTable::alignedLine(const QStringList &cells, const QList<qsizetype> 
             continue;
         if (!line.isEmpty() || missing > 0)
             missing += 2;
-        if (const QString &cell = cells.at(column); !cell.isEmpty()) {
+        if (const QString &cell = cells.at(column); m_rightColumns.contains(column)) {
+            line += QString(missing + widths.at(column) - widthOf(cell), u' ') + cell;
+            missing = 0;
+        } else if (!cell.isEmpty()) {
             line += QString(missing, u' ') + cell;
             missing = 0;
             missing += widths.at(column) - widthOf(cell);

@@ -4,6 +4,7 @@
 #include "Output.h"
 
 #include <QList>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -17,6 +18,8 @@ public:
     {
     }
 
+    /// Columns that hold numbers.
+    void alignRight(const QSet<qsizetype> &columns) { m_rightColumns = columns; }
     void addRow(const QStringList &cells, Color color = Color::Plain);
     bool isEmpty() const { return m_rows.isEmpty(); }
     void print(Output &output) const;
@@ -31,5 +34,6 @@ private:
     QString alignedLine(const QStringList &cells, const QList<qsizetype> &widths) const;
 
     QStringList m_header;
+    QSet<qsizetype> m_rightColumns;
     QList<Row> m_rows;
 };

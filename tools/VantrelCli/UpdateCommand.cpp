@@ -1,10 +1,14 @@
 // The command that replaces placed objects by their current shapes.
 #include "UpdateCommand.h"
 
+#include "Presenter.h"
+#include "ProjectPath.h"
 #include "ProjectSurvey.h"
+#include "ScratchProject.h"
+#include "ScreenDiffs.h"
 #include "StopSignals.h"
-#include "TextTable.h"
 #include "UpdateRun.h"
+#include "updUtils.h"
 
 #include <QElapsedTimer>
 #include <QFileInfo>
@@ -15,150 +19,192 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int replacedStatus = 0;
+constexpr int notReplacedStatus = 1;
 constexpr int errorStatus = 2;
 
-QString counted(qsizetype count, const QString &one, const QString &many)
-{
-    return u"%1 %2"_s.arg(count).arg(count == 1 ? one : many);
-}
-
-void printObstacles(const QList<Finding> &obstacles, Output &errorOutput)
-{
-    for (const Finding &obstacle : obstacles)
-        errorOutput.printLine(
-            u"%1: %2; %3"_s.arg(escaped(obstacle.path), escaped(obstacle.text), obstacle.advice));
-}
-
-void printRefusal(const QList<Finding> &obstacles, Output &errorOutput)
-{
-    errorOutput.printLine(errorOutput.colored(
-        u"Refused, nothing was touched: a run would lose or not convert the following."_s, Color::Red));
-    printObstacles(obstacles, errorOutput);
-    errorOutput.printLine(
-        u"%1; --force runs all the same."_s.arg(counted(obstacles.size(), u"obstacle"_s, u"obstacles"_s)));
-}
-
-class UpdateSummary final
+class UpdateCommand final
 {
 public:
-    UpdateSummary(const UpdateOptions &options, const RunResult &result)
+    UpdateCommand(const UpdateOptions &options, Presenter &presenter)
         : m_options(options)
-        , m_result(result)
+        , m_presenter(presenter)
     {
+        m_timer.start();
     }
 
-    qsizetype count(int status) const
-    {
-        return std::count_if(m_result.reports.cbegin(), m_result.reports.cend(),
-                             [status](const Converter::STBlock &report) { return report.status == status; });
-    }
-
-    void printReports(Output &output) const;
-    void printTotals(Output &output, double seconds) const;
+    ExitCode execute();
 
 private:
-    QString relative(const QString &path) const
-    {
-        return path.startsWith(m_options.projectDir + u'/') ? path.sliced(m_options.projectDir.size() + 1)
-                                                            : path;
-    }
+    ExitCode refuse(const QList<Finding> &obstacles);
+    ExitCode changeProject();
+    ExitCode tryOnStandIn();
+    RunResult convert(const QString &projectDir, const QString &scratchRoot);
+    void showChanges(const ScratchProject &standIn, ScreenDiffs &diffs);
+    QStringList lostScreens(const RunResult &result, const QString &root) const;
+    CommandEnd describeEnd(const RunResult &result, const QString &root) const;
+    ExitCode exitCodeOf(const RunResult &result, const QStringList &lost) const;
+    ExitCode endWith(ExitCode code);
+    ExitCode finish(const CommandEnd &end);
 
     const UpdateOptions &m_options;
-    const RunResult &m_result;
+    Presenter &m_presenter;
+    QElapsedTimer m_timer;
+    StopSignals m_stopSignals;
+    ProjectSurvey m_survey;
 };
 
-void UpdateSummary::printReports(Output &output) const
+ExitCode UpdateCommand::execute()
 {
-    TextTable table({u"Status"_s, u"Image File"_s, u"Shape File"_s, u"Image-Object"_s, u"Shape-Object"_s,
-                     u"Prefix"_s, u"Error"_s});
-    for (const Converter::STBlock &report : m_result.reports) {
-        table.addRow({statusText(report.status), relative(report.imageFile), report.shapeFile,
-                      report.imageObject, report.shapeObject, report.initText, report.error},
-                     report.status == errorStatus ? Color::Red : Color::Plain);
-    }
-    if (!table.isEmpty()) {
-        table.print(output);
-        output.print(u"\n");
-    }
+    m_survey = surveyProject(m_options.projectDir, m_options.makeFolders);
+    const QList<Finding> obstacles = m_survey.obstacles();
+    if (!obstacles.isEmpty() && !m_options.force)
+        return refuse(obstacles);
+    m_presenter.showObstacles(obstacles);
+    if (m_stopSignals.received() != 0)
+        return endWith(stoppedBy(m_stopSignals.received()));
+    return m_options.dryRun ? tryOnStandIn() : changeProject();
 }
 
-void UpdateSummary::printTotals(Output &output, double seconds) const
+ExitCode UpdateCommand::refuse(const QList<Finding> &obstacles)
 {
-    const auto printRow = [&output](QLatin1StringView name, const QString &value) {
-        output.printLine(u"%1 %2"_s.arg(name, -13).arg(value));
-    };
-    printRow("Files"_L1, QString::number(m_result.fileCount));
-    printRow("Replaced"_L1, QString::number(count(0)));
-    printRow("Not replaced"_L1, QString::number(count(1)));
-    printRow("Errors"_L1, QString::number(count(errorStatus)));
-    printRow("Seconds"_L1, QString::number(seconds, 'f', 2));
-    printRow("Change log"_L1, QFileInfo::exists(m_result.changeLogPath)
-                                  ? escaped(m_result.changeLogPath)
-                                  : u"none: it could not be written, or nothing was reported"_s);
+    m_presenter.showRefusal(obstacles);
+    return endWith(ExitCode::Refused);
+}
+
+ExitCode UpdateCommand::changeProject()
+{
+    const RunResult result = convert(m_options.projectDir, {});
+    CommandEnd end = describeEnd(result, {});
+    end.changeLogPath = QFileInfo::exists(result.changeLogPath) ? result.changeLogPath : QString();
+    if (!result.isCompleted)
+        end.message = u"Stopped. \"scr\" is untouched; \"scr_temp\" keeps the files converted so far."_s;
+    return finish(end);
+}
+
+ExitCode UpdateCommand::tryOnStandIn()
+{
+    const ScratchProject standIn(m_options.projectDir);
+    if (!standIn.isReady()) {
+        m_presenter.showFinding({FindingKind::ScratchFailed, standIn.root(), standIn.error(),
+                                 u"name another folder for temporary files in TMPDIR, or make room"_s});
+        return endWith(ExitCode::Refused);
+    }
+    const RunResult result = convert(standIn.dir(), standIn.root());
+    CommandEnd end = describeEnd(result, standIn.root());
+    if (!result.isCompleted) {
+        end.message = u"Stopped. Nothing was changed."_s;
+        return finish(end);
+    }
+    ScreenDiffs diffs(m_presenter);
+    showChanges(standIn, diffs);
+    end.counts += diffs.counts();
+    if (m_options.failOnChanges && diffs.changedFiles() > 0) {
+        end.exitCode = ExitCode::WouldChange;
+        end.message = u"A run would change %1; to have it do so: %2"_s.arg(
+            diffs.changedFiles() == 1 ? u"1 screen"_s : u"%1 screens"_s.arg(diffs.changedFiles()),
+            m_options.realCommand);
+    }
+    return finish(end);
+}
+
+RunResult UpdateCommand::convert(const QString &projectDir, const QString &scratchRoot)
+{
+    QSet<QString> shapeNames(m_options.shapeNames.cbegin(), m_options.shapeNames.cend());
+    if (m_options.allShapes)
+        shapeNames.unite(m_survey.shapeNames);
+    UpdateRun run({projectDir, shapeNames, m_options.makeFolders, scratchRoot}, m_presenter);
+    QObject::connect(&m_stopSignals, &StopSignals::sigStopWanted, &run, &UpdateRun::stop);
+    return run.execute();
+}
+
+void UpdateCommand::showChanges(const ScratchProject &standIn, ScreenDiffs &diffs)
+{
+    QStringList screens = m_survey.imageFiles;
+    const QSet<QString> known(screens.cbegin(), screens.cend());
+    QList<QFileInfo> convertedFiles;
+    updUtils::findImageFiles(standIn.dir() + "/scr"_L1, convertedFiles);
+    for (const QFileInfo &file : std::as_const(convertedFiles)) {
+        if (const QString path = file.filePath().sliced(standIn.root().size()); !known.contains(path))
+            screens.append(path);
+    }
+    for (const QString &screen : std::as_const(screens)) {
+        const QString name = relativeTo(m_options.projectDir, screen);
+        diffs.compare(name, {screen, name}, {standIn.root() + screen, name});
+    }
 }
 
 /// Image files from before the run that are neither in "scr" nor reported as not converted.
-QStringList missingFiles(const QStringList &imageFiles, const QList<Converter::STBlock> &reports)
+QStringList UpdateCommand::lostScreens(const RunResult &result, const QString &root) const
 {
+    if (!result.isCompleted)
+        return {};
     QSet<QString> failedFiles;
-    for (const Converter::STBlock &report : reports) {
+    for (const Converter::STBlock &report : result.reports) {
         const bool isAboutWholeFile = report.firstLine < 0;
         if (report.status == errorStatus && isAboutWholeFile)
             failedFiles.insert(report.imageFile);
     }
-    QStringList missing;
+    QStringList lost;
     std::copy_if(
-        imageFiles.cbegin(), imageFiles.cend(), std::back_inserter(missing),
-        [&](const QString &file) { return !failedFiles.contains(file) && !QFileInfo::exists(file); });
-    return missing;
+        m_survey.imageFiles.cbegin(), m_survey.imageFiles.cend(), std::back_inserter(lost),
+        [&](const QString &file) { return !failedFiles.contains(file) && !QFileInfo::exists(root + file); });
+    return lost;
 }
 
-ExitCode exitCodeOf(const RunResult &result, const QStringList &missing, bool hasErrors, int signalNumber)
+CommandEnd UpdateCommand::describeEnd(const RunResult &result, const QString &root) const
 {
-    if (!result.isCompleted && signalNumber != 0)
-        return stoppedBy(signalNumber);
-    if (!result.isCompleted || !result.isCopiedBack || !missing.isEmpty())
+    const auto countReports = [&result](int status) {
+        return std::count_if(result.reports.cbegin(), result.reports.cend(),
+                             [status](const Converter::STBlock &report) { return report.status == status; });
+    };
+    CommandEnd end;
+    end.counts = {{Count::Files, result.fileCount},
+                  {Count::Replaced, countReports(replacedStatus)},
+                  {Count::NotReplaced, countReports(notReplacedStatus)},
+                  {Count::Errors, countReports(errorStatus)}};
+    end.lostScreens = lostScreens(result, root);
+    end.exitCode = exitCodeOf(result, end.lostScreens);
+    return end;
+}
+
+ExitCode UpdateCommand::exitCodeOf(const RunResult &result, const QStringList &lost) const
+{
+    if (!result.isCompleted && m_stopSignals.received() != 0)
+        return stoppedBy(m_stopSignals.received());
+    if (!result.isCompleted || !result.isCopiedBack || !lost.isEmpty())
         return ExitCode::FilesMissing;
+    const bool hasErrors =
+        std::any_of(result.reports.cbegin(), result.reports.cend(),
+                    [](const Converter::STBlock &report) { return report.status == errorStatus; });
     return hasErrors ? ExitCode::DoneWithErrors : ExitCode::Done;
+}
+
+ExitCode UpdateCommand::endWith(ExitCode code)
+{
+    CommandEnd end;
+    end.command = "update"_L1;
+    end.projectDir = m_options.projectDir;
+    end.exitCode = code;
+    end.isDryRun = m_options.dryRun;
+    m_presenter.showEnd(end);
+    return code;
+}
+
+ExitCode UpdateCommand::finish(const CommandEnd &end)
+{
+    CommandEnd whole = end;
+    whole.command = "update"_L1;
+    whole.projectDir = m_options.projectDir;
+    whole.isDryRun = m_options.dryRun;
+    whole.seconds = static_cast<double>(m_timer.elapsed()) / 1000.0;
+    m_presenter.showEnd(whole);
+    return whole.exitCode;
 }
 
 } // namespace
 
-ExitCode runUpdate(const UpdateOptions &options, Output &output, Output &errorOutput)
+ExitCode runUpdate(const UpdateOptions &options, Presenter &presenter)
 {
-    QElapsedTimer timer;
-    timer.start();
-    StopSignals stopSignals;
-    const ProjectSurvey survey = surveyProject(options.projectDir, options.makeFolders);
-    if (!survey.obstacles.isEmpty() && !options.force) {
-        printRefusal(survey.obstacles, errorOutput);
-        return ExitCode::Refused;
-    }
-    printObstacles(survey.obstacles, errorOutput);
-    if (stopSignals.received() != 0)
-        return stoppedBy(stopSignals.received());
-
-    QSet<QString> shapeNames(options.shapeNames.cbegin(), options.shapeNames.cend());
-    if (options.allShapes)
-        shapeNames.unite(survey.shapeNames);
-    UpdateRun run({options.projectDir, shapeNames, options.makeFolders, options.quiet}, errorOutput);
-    QObject::connect(&stopSignals, &StopSignals::sigStopWanted, &run, &UpdateRun::stop);
-    const RunResult result = run.execute();
-
-    const UpdateSummary summary(options, result);
-    const QStringList missing = missingFiles(survey.imageFiles, result.reports);
-    if (!options.quiet) {
-        summary.printReports(output);
-        summary.printTotals(output, static_cast<double>(timer.elapsed()) / 1000.0);
-    }
-    if (!result.isCompleted)
-        errorOutput.printLine(
-            u"Stopped. \"scr\" is untouched; \"scr_temp\" keeps the files converted so far."_s);
-    for (const QString &file : missing) {
-        errorOutput.printLine(
-            u"Missing: %1 is neither in \"scr\" nor reported; look for it in \"scr_bak\"."_s.arg(
-                escaped(file)));
-    }
-    return exitCodeOf(result, result.isCompleted ? missing : QStringList(), summary.count(errorStatus) > 0,
-                      stopSignals.received());
+    return UpdateCommand(options, presenter).execute();
 }

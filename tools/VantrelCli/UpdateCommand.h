@@ -6,7 +6,7 @@
 #include <QString>
 #include <QStringList>
 
-class Output;
+class Presenter;
 
 struct UpdateOptions
 {
@@ -15,8 +15,11 @@ struct UpdateOptions
     bool allShapes = false;
     bool makeFolders = false;
     bool force = false;
-    bool quiet = false;
+    bool dryRun = false;
+    bool failOnChanges = false; ///< of a dry run
+    QString realCommand;        ///< what a user types to have a dry run's changes made
 };
 
-/// Performs a run, unless it would lose something, and prints what it did.
-ExitCode runUpdate(const UpdateOptions &options, Output &output, Output &errorOutput);
+/// Performs a run, unless it would lose something, and shows what it did. A dry run does the
+/// same to a stand-in, and shows what would change.
+ExitCode runUpdate(const UpdateOptions &options, Presenter &presenter);

@@ -5,10 +5,9 @@
 
 using namespace Qt::StringLiterals;
 
-UpdateRun::UpdateRun(const RunSettings &settings, Output &errorOutput)
+UpdateRun::UpdateRun(const RunSettings &settings, Presenter &presenter)
     : m_settings(settings)
-    , m_errorOutput(errorOutput)
-    , m_progress(errorOutput, !settings.quiet)
+    , m_presenter(presenter)
 {
     m_converter.setProjectDir(settings.projectDir);
     m_converter.setFilterNames(settings.shapeNames);
@@ -19,8 +18,7 @@ UpdateRun::UpdateRun(const RunSettings &settings, Output &errorOutput)
     connect(&m_converter, &Converter::sigConvertInfo, this, &UpdateRun::onConvertInfo, Qt::QueuedConnection);
     connect(
         &m_converter, &Converter::sigUpdFileName, this,
-        [this](const QString &name) { m_progress.show(m_result.fileCount, m_index, name); },
-        Qt::QueuedConnection);
+        [this](const QString &name) { m_presenter.showFile(shown(name)); }, Qt::QueuedConnection);
     Qel::Logger::registerLogListener(this);
 }
 
@@ -38,7 +36,6 @@ RunResult UpdateRun::execute()
     m_converter.announceStart();
     QMetaObject::invokeMethod(&m_converter, &Converter::onStartConvert, Qt::QueuedConnection);
     untilEnd.exec();
-    m_progress.clear();
     m_result.changeLogPath = m_converter.logFileName();
     return m_result;
 }
@@ -52,21 +49,27 @@ void UpdateRun::onProgressChanged(int count, int index)
 {
     m_result.fileCount = count;
     m_result.isCompleted = index == count;
-    m_index = index;
+    m_presenter.showProgress(count, index);
 }
 
-void UpdateRun::onConvertInfo(const Converter::STBlock &block)
+void UpdateRun::onConvertInfo(Converter::STBlock block)
 {
-    writeChangeLog(block, m_converter.logFileName());
+    if (m_settings.scratchRoot.isEmpty())
+        writeChangeLog(block, m_converter.logFileName());
+    block.imageFile = shown(block.imageFile);
+    block.error = shown(block.error);
+    m_presenter.showReport(block);
     m_result.reports.append(block);
 }
 
-void UpdateRun::handleMessage(QString level, QString, QString message)
+void UpdateRun::handleMessage(QString level, QString time, QString message)
 {
-    const bool isAlert = level == "alert"_L1;
-    if (isAlert)
+    if (level == "alert"_L1)
         m_result.isCopiedBack = false;
-    m_progress.clear();
-    const QString shownLevel = m_errorOutput.colored(level, isAlert ? Color::Red : Color::Yellow);
-    m_errorOutput.printLine(u"%1: %2"_s.arg(shownLevel, escaped(message)));
+    m_presenter.showLogEntry({level, time, shown(message)});
+}
+
+QString UpdateRun::shown(QString text) const
+{
+    return m_settings.scratchRoot.isEmpty() ? text : text.remove(m_settings.scratchRoot);
 }

@@ -3,8 +3,7 @@
 
 #include "Converter.h"
 #include "Logger.h"
-#include "Output.h"
-#include "ProgressLine.h"
+#include "Presenter.h"
 
 #include <QList>
 #include <QObject>
@@ -13,10 +12,12 @@
 
 struct RunSettings
 {
-    QString projectDir;
+    QString projectDir; ///< the directory that is converted
     QSet<QString> shapeNames;
     bool makeFolders = false;
-    bool quiet = false;
+    /// The folder below which a dry run has made the project directory again; empty in a real
+    /// run. It is taken out of every text that is shown, and no change log is written.
+    QString scratchRoot;
 };
 
 struct RunResult
@@ -28,14 +29,14 @@ struct RunResult
     QString changeLogPath;
 };
 
-/// Starts a run on the converter's own thread, writes its change log and shows its progress
-/// and log entries, until it has ended. Lives on the main thread.
+/// Starts a run on the converter's own thread, writes its change log and shows its progress,
+/// reports and log entries, until it has ended. Lives on the main thread.
 class UpdateRun final : public QObject, private Qel::Logger::LogListener
 {
     Q_OBJECT
 
 public:
-    UpdateRun(const RunSettings &settings, Output &errorOutput);
+    UpdateRun(const RunSettings &settings, Presenter &presenter);
     ~UpdateRun() override;
 
     /// Performs the run; needs no event loop of the caller.
@@ -45,13 +46,12 @@ public:
 
 private:
     void onProgressChanged(int count, int index);
-    void onConvertInfo(const Converter::STBlock &block);
+    void onConvertInfo(Converter::STBlock block);
     void handleMessage(QString level, QString time, QString message) override;
+    QString shown(QString text) const;
 
     RunSettings m_settings;
-    Output &m_errorOutput;
-    ProgressLine m_progress;
+    Presenter &m_presenter;
     Converter m_converter;
     RunResult m_result;
-    int m_index = 0;
 };

@@ -6,8 +6,9 @@
 
 #include <memory>
 
-/// Turns SIGINT, SIGTERM and SIGHUP into a Qt signal on the thread that made it. One may exist
-/// at a time.
+/// Turns SIGINT, SIGTERM and SIGHUP into a Qt signal on the thread that made it, except those
+/// that the process was started to ignore. From its end on they are ignored: by then the process
+/// is on its way out. One may exist at a time.
 class StopSignals final : public QObject
 {
     Q_OBJECT

@@ -15,12 +15,11 @@ constexpr std::array stopSignals{SIGINT, SIGTERM, SIGHUP};
 
 std::atomic<int> receivedSignal{0};
 std::array<int, 2> wakeUpPipe{-1, -1};
-std::array<struct sigaction, stopSignals.size()> formerActions{};
 
 static_assert(std::atomic<int>::is_always_lock_free, "set in a signal handler");
 
 /// Runs in the interrupted thread: nothing but what is safe there.
-void takeSignal(int number)
+extern "C" void takeSignal(int number)
 {
     const int formerError = errno;
     int none = 0;
@@ -29,6 +28,21 @@ void takeSignal(int number)
     // A full pipe has woken the receiver already.
     [[maybe_unused]] const auto written = write(wakeUpPipe[1], &wakeUp, 1);
     errno = formerError;
+}
+
+/// Exchanges the handler of each signal that is not ignored: `nohup` means it.
+void handleSignals(void (*handler)(int))
+{
+    for (const int number : stopSignals) {
+        struct sigaction former = {};
+        sigaction(number, nullptr, &former);
+        if (former.sa_handler == SIG_IGN)
+            continue;
+        struct sigaction action = {};
+        action.sa_handler = handler;
+        action.sa_flags = SA_RESTART;
+        sigaction(number, &action, nullptr);
+    }
 }
 
 } // namespace
@@ -43,23 +57,19 @@ StopSignals::StopSignals()
         m_notifier->setEnabled(false);
         Q_EMIT sigStopWanted();
     });
-
-    struct sigaction action = {};
-    action.sa_handler = takeSignal;
-    action.sa_flags = SA_RESTART;
-    for (std::size_t index = 0; index < stopSignals.size(); ++index)
-        sigaction(stopSignals[index], &action, &formerActions[index]);
+    handleSignals(takeSignal);
 }
 
 StopSignals::~StopSignals()
 {
     if (!m_notifier)
         return;
-    for (std::size_t index = 0; index < stopSignals.size(); ++index)
-        sigaction(stopSignals[index], &formerActions[index], nullptr);
+    handleSignals(SIG_IGN);
     m_notifier.reset();
-    close(wakeUpPipe[0]);
-    close(wakeUpPipe[1]);
+    for (int &end : wakeUpPipe) {
+        close(end);
+        end = -1;
+    }
 }
 
 int StopSignals::received() const

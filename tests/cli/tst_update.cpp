@@ -1,0 +1,1098 @@
+// The command "update": what it prints, what it leaves, and when it does not start.
+#include "CliRun.h"
+#include "ExitCode.h"
+#include "ProjectTree.h"
+#include "SmallPlant.h"
+#include "Streams.h"
+
+#include <QFile>
+#include <QScopeGuard>
+#include <QTest>
+
+#include <algorithm>
+
+#include <csignal>
+#include <filesystem>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int longestWait = 120'000;
+
+/// A step that changes a small plant before a run.
+using Preparation = void (*)(const TestProject &project);
+
+QStringList updateOf(const TestProject &project, const QStringList &options = {u"--all-shapes"_s})
+{
+    return QStringList{u"update"_s, u"--project"_s, project.dir()} + options;
+}
+
+CliResult update(const TestProject &project, const QStringList &options = {u"--all-shapes"_s})
+{
+    return CliRun().execute(updateOf(project, options));
+}
+
+QByteArray totals(int files, int replaced, int notReplaced, int errors,
+                  const QByteArray &changeLog = "<project>/log/Vantrel_<time>.csv")
+{
+    const QList<QByteArray> numbers{QByteArray::number(files), QByteArray::number(replaced),
+                                    QByteArray::number(notReplaced), QByteArray::number(errors)};
+    qsizetype width = 0;
+    for (const QByteArray &number : numbers)
+        width = std::max(width, number.size());
+    return "Files         " + numbers.at(0).rightJustified(width) +   //
+           "\nReplaced      " + numbers.at(1).rightJustified(width) + //
+           "\nNot replaced  " + numbers.at(2).rightJustified(width) + //
+           "\nErrors        " + numbers.at(3).rightJustified(width) + //
+           "\nSeconds       <seconds>"
+           "\nChange log    " +
+           changeLog + '\n';
+}
+
+const QByteArray noChangeLog = "none: it could not be written, or nothing was reported";
+
+/// The table of a run over the plant that SmallPlant::makeIn() makes, and what follows it.
+QByteArray smallPlantReport(const QByteArray &changeLog = "<project>/log/Vantrel_<time>.csv")
+{
+    return "Status   Image File  Shape File  Image-Object  Shape-Object  Prefix\n"
+           "REPLACE  scr/a.psc   pump.plb    Obj/Pump      Lib/Pump      Plant/Pump\n"
+           "\n" +
+           totals(1, 1, 0, 0, changeLog);
+}
+
+QByteArray refusal(const QByteArray &obstacle)
+{
+    return "Refused, nothing was touched: a run would lose or not convert the following.\n" + obstacle +
+           "\n1 obstacle; --force runs all the same.\n";
+}
+
+QByteArray bytesOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QByteArray changeLogOf(const TestProject &project)
+{
+    const QStringList logs = project.files(u"log"_s);
+    return logs.size() == 1 ? project.read("log/"_L1 + logs.first()) : QByteArray("(not one change log)");
+}
+
+void setPermissions(const TestProject &project, const QString &relative, mode_t mode)
+{
+    QVERIFY(::chmod(qPrintable(project.path(relative)), mode) == 0);
+}
+
+void makePipe(const TestProject &project, const QString &relative)
+{
+    QVERIFY(::mkfifo(qPrintable(project.path(relative)), 0600) == 0);
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Preparation)
+
+#define COMPARE_EXIT_CODE(result, code) QCOMPARE((result).exitCode, static_cast<int>(ExitCode::code))
+
+class TestUpdate final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void replacesObjects();
+    void reportsErrorsAndGoesOn();
+    void writesTheChangeLogOfTheRun();
+    void needsNoLogFolder();
+    void keepsTheScreensOfOneRunAsBackup();
+
+    void refusesWhatARunWouldLose_data();
+    void refusesWhatARunWouldLose();
+    void refusesAFileInPlaceOfTheScreensFolder();
+    void refusesWhatItMayNotRead_data();
+    void refusesWhatItMayNotRead();
+    void refusesWhereFoldersCannotBeMade_data();
+    void refusesWhereFoldersCannotBeMade();
+    void countsSeveralObstacles();
+    void runsAllTheSameWithForce();
+    void makesFoldersWithTheirParents();
+
+    void tellsThatCopyingBackFailed();
+    void namesFilesThatAreMissing();
+    void countsFailedFilesAsReportedNotAsMissing();
+
+    void choosesShapes_data();
+    void choosesShapes();
+    void takesAnySpellingOfTheProject_data();
+    void takesAnySpellingOfTheProject();
+
+    void isQuiet();
+    void escapesControlCharacters();
+    void colours_data();
+    void colours();
+    void coloursATerminal_data();
+    void coloursATerminal();
+    void coloursARefusal();
+    void showsProgressAtATerminal();
+    void clearsTheProgressForALogLine();
+    void showsNoProgressWhenQuiet();
+
+    void runsOnWithoutAReader_data();
+    void runsOnWithoutAReader();
+    void runsOnWithClosedStreams_data();
+    void runsOnWithClosedStreams();
+
+    void stopsAtASignal_data();
+    void stopsAtASignal();
+    void tellsTheFirstOfTwoSignals();
+    void stopsBeforeTheFirstFile();
+    void endsTheRunDespiteASignalAfterTheLastFile();
+    void printsTheReportDespiteASignalAfterTheRun();
+};
+
+// --- Done ---
+
+void TestUpdate::replacesObjects()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/b.psc"_s, SmallPlant::plainScreen());
+
+    const CliResult result = update(project);
+    QCOMPARE(withPlaceholders(result.output, project.dir()),
+             QByteArray("Status      Image File  Shape File  Image-Object  Shape-Object  Prefix\n"
+                        "REPLACE     scr/a.psc   pump.plb    Obj/Pump      Lib/Pump      Plant/Pump\n"
+                        "NO REPLACE  scr/b.psc\n"
+                        "\n") +
+                 totals(2, 1, 1, 0));
+    QCOMPARE(result.errorOutput, QByteArray());
+    COMPARE_EXIT_CODE(result, Done);
+    QCOMPARE(project.read(u"scr/a.psc"_s), SmallPlant::screenAfterUpdate());
+    QCOMPARE(project.read(u"scr/b.psc"_s), SmallPlant::plainScreen());
+    QCOMPARE(project.read(u"scr_bak/a.psc"_s), SmallPlant::screenWith("pump.plb"));
+    QCOMPARE(project.files(u"scr"_s), QStringList({u"a.psc"_s, u"b.psc"_s}));
+    QCOMPARE(project.files(u"scr_bak"_s), QStringList({u"a.psc"_s, u"b.psc"_s}));
+    QVERIFY(!project.exists(u"scr_temp"_s));
+}
+
+void TestUpdate::reportsErrorsAndGoesOn()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/0.psc"_s, SmallPlant::screenWith("gone.plb", "Fan"));
+
+    CliRun run;
+    const CliResult result = run.execute(updateOf(project));
+    QCOMPARE(withPlaceholders(result.output, project.dir()),
+             QByteArray("Status   Image File  Shape File  Image-Object  Shape-Object  Prefix      Error\n"
+                        "ERROR    scr/0.psc   gone.plb    Obj/Fan                     Plant/Fan   Could not "
+                        "open Shape File\n"
+                        "REPLACE  scr/a.psc   pump.plb    Obj/Pump      Lib/Pump      Plant/Pump\n"
+                        "\n") +
+                 totals(2, 1, 0, 1));
+    QCOMPARE(result.errorOutput, QByteArray("error: Could not open Shape File gone.plb\n"));
+    COMPARE_EXIT_CODE(result, DoneWithErrors);
+    QCOMPARE(project.read(u"scr/0.psc"_s), SmallPlant::screenWith("gone.plb", "Fan"));
+    QCOMPARE(project.read(u"scr/a.psc"_s), SmallPlant::screenAfterUpdate());
+    QVERIFY(bytesOf(run.logFile()).contains("Could not open Shape File gone.plb\n"));
+}
+
+void TestUpdate::writesTheChangeLogOfTheRun()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/0.psc"_s, SmallPlant::screenWith("gone.plb", "Fan"));
+    project.write(u"scr/b.psc"_s, SmallPlant::plainScreen());
+
+    update(project, {u"--all-shapes"_s, u"--quiet"_s});
+    QCOMPARE(withPlaceholders(changeLogOf(project), project.dir()),
+             QByteArray("Status; Image File; Shape File; Image-Object; Replace by Shape-Object; "
+                        "Uminitalisation; Error\n"
+                        "ERROR;<project>/scr/0.psc;gone.plb;Fan;;Plant/Fan;Could not open Shape File\n"
+                        "REPLACE;<project>/scr/a.psc;pump.plb;Pump;;Plant/Pump;\n"
+                        "NO REPLACE;<project>/scr/b.psc;;;;;\n"));
+}
+
+void TestUpdate::needsNoLogFolder()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.remove(u"log"_s);
+
+    const CliResult result = update(project);
+    QCOMPARE(withPlaceholders(result.output, project.dir()), smallPlantReport(noChangeLog));
+    QCOMPARE(result.errorOutput, QByteArray());
+    COMPARE_EXIT_CODE(result, Done);
+    QVERIFY(!project.exists(u"log"_s));
+}
+
+void TestUpdate::keepsTheScreensOfOneRunAsBackup()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr_bak/old.psc"_s, SmallPlant::plainScreen());
+
+    COMPARE_EXIT_CODE(update(project), Done);
+    QCOMPARE(project.files(u"scr_bak"_s), QStringList{u"a.psc"_s});
+    COMPARE_EXIT_CODE(update(project), Done);
+    QCOMPARE(project.read(u"scr_bak/a.psc"_s), SmallPlant::screenAfterUpdate());
+    QCOMPARE(project.read(u"scr/a.psc"_s), SmallPlant::screenAfterUpdate());
+}
+
+// --- Refused ---
+
+void TestUpdate::refusesWhatARunWouldLose_data()
+{
+    QTest::addColumn<Preparation>("prepare");
+    QTest::addColumn<QByteArray>("obstacle");
+    const auto row = [](const char *name, Preparation prepare, const QByteArray &obstacle) {
+        QTest::newRow(name) << prepare << obstacle;
+    };
+    const QByteArray noFolder =
+        "scr: there is no such folder; choose a project directory, which holds \"scr\"";
+    row(
+        "no screens folder", [](const TestProject &project) { project.remove(u"scr"_s); }, noFolder);
+
+    const QByteArray leftOver = "scr_temp: a run that did not end has left it; old files in it would reach "
+                                "\"scr\"; look whether \"scr\" is whole, then remove it";
+    row(
+        "left-over of a stopped run", [](const TestProject &project) { project.makeFolder(u"scr_temp"_s); },
+        leftOver);
+    row(
+        "file in place of the temp folder",
+        [](const TestProject &project) { project.write(u"scr_temp"_s, "no folder"); },
+        "scr_temp: it is no folder, so that a run could not make one; move it away");
+
+    const QByteArray noImageFile =
+        ": a run would lose this file: it is no image file; move it out of \"scr\"";
+    row(
+        "file that is no screen", [](const TestProject &project) { project.write(u"scr/notes.txt"_s, "x"); },
+        "scr/notes.txt" + noImageFile);
+    row(
+        "file that is no screen, in a folder",
+        [](const TestProject &project) { project.write(u"scr/hall/notes.txt"_s, "x"); },
+        "scr/hall/notes.txt" + noImageFile);
+    row(
+        "suffix in upper case",
+        [](const TestProject &project) { project.write(u"scr/B.PSC"_s, SmallPlant::plainScreen()); },
+        "scr/B.PSC" + noImageFile);
+    row(
+        "pipe", [](const TestProject &project) { makePipe(project, u"scr/b.psc"_s); },
+        "scr/b.psc" + noImageFile);
+    row(
+        "hidden file",
+        [](const TestProject &project) { project.write(u"scr/.b.psc"_s, SmallPlant::plainScreen()); },
+        "scr/.b.psc: a run would lose this hidden file; move it out of \"scr\"");
+    row(
+        "screen in a hidden folder",
+        [](const TestProject &project) { project.write(u"scr/.old/b.psc"_s, SmallPlant::plainScreen()); },
+        "scr/.old/b.psc" + noImageFile);
+
+    const QByteArray link = ": a run would replace this link by what it leads to, or lose it; move it out of "
+                            "\"scr\", or replace it by its files";
+    row(
+        "link to a folder", [](const TestProject &project) { project.link(u"../mac"_s, u"scr/shapes"_s); },
+        "scr/shapes" + link);
+    row(
+        "link to a screen",
+        [](const TestProject &project) {
+            project.write(u"kept/b.psc"_s, SmallPlant::plainScreen());
+            project.link(u"../kept/b.psc"_s, u"scr/b.psc"_s);
+        },
+        "scr/b.psc" + link);
+    row(
+        "link to nothing", [](const TestProject &project) { project.link(u"gone.psc"_s, u"scr/b.psc"_s); },
+        "scr/b.psc" + link);
+
+    row(
+        "screen with too short a line",
+        [](const TestProject &project) { project.write(u"scr/b.psc"_s, SmallPlant::invalidScreen()); },
+        "scr/b.psc: Image File [line 2]: PSDV... not enough parameters (must be >= 12); mend the line, or "
+        "move the file out of \"scr\"");
+    row(
+        "folder level without a screen",
+        [](const TestProject &project) {
+            project.write(u"scr/hall/cellar/b.psc"_s, SmallPlant::plainScreen());
+        },
+        "scr/hall/cellar/b.psc: its folder could not be made in \"scr_temp\", \"scr_bak\" and \"scr\": no "
+        "screen comes before it in scr/hall; use --make-folders");
+    row(
+        "folder whose own screens sort behind its folders",
+        [](const TestProject &project) {
+            project.write(u"scr/hall/cellar/b.psc"_s, SmallPlant::plainScreen());
+            project.write(u"scr/hall/z.psc"_s, SmallPlant::plainScreen());
+        },
+        "scr/hall/cellar/b.psc: its folder could not be made in \"scr_temp\", \"scr_bak\" and \"scr\": no "
+        "screen comes before it in scr/hall; use --make-folders");
+    row(
+        "name that is not valid UTF-8",
+        [](const TestProject &project) {
+            const QByteArray path = QFile::encodeName(project.path(u"scr/b"_s)) + "\xff.psc";
+            QVERIFY(::close(::creat(path.constData(), 0600)) == 0);
+        },
+        "scr/b\xEF\xBF\xBD.psc: its name is not valid UTF-8, so that a run would not see it; rename it");
+    row(
+        "name with control characters",
+        [](const TestProject &project) { project.write(u"scr/a\x1b[2J\nb.txt"_s, "x"); },
+        "scr/a\\x1b[2J\\nb.txt" + noImageFile);
+}
+
+void TestUpdate::refusesWhatARunWouldLose()
+{
+    QFETCH(const Preparation, prepare);
+    QFETCH(const QByteArray, obstacle);
+    const TestProject project;
+    // The project itself could not remove a file whose name is not valid.
+    const auto cleanUp = qScopeGuard(
+        [&project] { std::filesystem::remove_all(QFile::encodeName(project.dir()).toStdString()); });
+    SmallPlant::makeIn(project);
+    prepare(project);
+    const QStringList before = describeTree(project.dir());
+
+    const CliResult result = update(project);
+    QCOMPARE(result.errorOutput, refusal(obstacle));
+    QCOMPARE(result.output, QByteArray());
+    COMPARE_EXIT_CODE(result, Refused);
+    QCOMPARE(describeTree(project.dir()), before);
+}
+
+void TestUpdate::refusesAFileInPlaceOfTheScreensFolder()
+{
+    const TestProject project;
+    project.write(u"scr"_s, "no folder");
+
+    const CliResult result = update(project);
+    QVERIFY2(result.errorOutput.contains(
+                 "\nscr: there is no such folder; choose a project directory, which holds \"scr\"\n"),
+             result.errorOutput.constData());
+    COMPARE_EXIT_CODE(result, Refused);
+    QCOMPARE(project.read(u"scr"_s), QByteArray("no folder"));
+}
+
+void TestUpdate::refusesWhatItMayNotRead_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QByteArray>("obstacle");
+    QTest::newRow("screen") << u"scr/b.psc"_s
+                            << QByteArray("scr/b.psc: Could not open Image File; make it readable");
+    QTest::newRow("folder") << u"scr/hall"_s
+                            << QByteArray("scr: it could not be read whole: Permission denied; make every "
+                                          "folder in it readable");
+}
+
+void TestUpdate::refusesWhatItMayNotRead()
+{
+    QFETCH(const QString, path);
+    QFETCH(const QByteArray, obstacle);
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/b.psc"_s, SmallPlant::plainScreen());
+    project.makeFolder(u"scr/hall"_s);
+    const QStringList before = describeTree(project.dir());
+
+    setPermissions(project, path, 0);
+    CliRun run;
+    run.setPermissionsHold();
+    const CliResult result = run.execute(updateOf(project));
+    setPermissions(project, path, 0700);
+    QCOMPARE(result.errorOutput, refusal(obstacle));
+    QCOMPARE(result.output, QByteArray());
+    COMPARE_EXIT_CODE(result, Refused);
+    QCOMPARE(describeTree(project.dir()), before);
+}
+
+void TestUpdate::refusesWhereFoldersCannotBeMade_data()
+{
+    QTest::addColumn<Preparation>("prepare");
+    const auto row = [](const char *name, Preparation prepare) { QTest::newRow(name) << prepare; };
+    row("file in place of the backup folder",
+        [](const TestProject &project) { project.write(u"scr_bak"_s, "no folder"); });
+    row("link to nothing in place of the temp folder",
+        [](const TestProject &project) { project.link(u"gone/for/ever"_s, u"scr_temp"_s); });
+    row("project that may not be written",
+        [](const TestProject &project) { setPermissions(project, u"."_s, 0500); });
+    row("screens folder that may not be written",
+        [](const TestProject &project) { setPermissions(project, u"scr"_s, 0500); });
+    row("folder of screens that may not be written", [](const TestProject &project) {
+        project.write(u"scr/hall/b.psc"_s, SmallPlant::plainScreen());
+        setPermissions(project, u"scr/hall"_s, 0500);
+    });
+}
+
+void TestUpdate::refusesWhereFoldersCannotBeMade()
+{
+    QFETCH(const Preparation, prepare);
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    prepare(project);
+    const QStringList before = describeTree(project.dir());
+
+    CliRun run;
+    run.setPermissionsHold();
+    const CliResult result = run.execute(updateOf(project));
+    for (const QString &folder : {u"."_s, u"scr"_s, u"scr/hall"_s}) {
+        if (project.exists(folder))
+            setPermissions(project, folder, 0700);
+    }
+    COMPARE_EXIT_CODE(result, Refused);
+    QCOMPARE(result.output, QByteArray());
+    QCOMPARE(describeTree(project.dir()), before);
+}
+
+/// Copies would go to folders beside the project's own.
+void TestUpdate::countsSeveralObstacles()
+{
+    const TestProject project(u"scripts/plant"_s);
+    SmallPlant::makeIn(project);
+    project.write(u"scr/notes.txt"_s, "x");
+    const QStringList before = describeTree(project.dir());
+
+    const CliResult result = update(project);
+    QCOMPARE(withPlaceholders(result.errorOutput, project.dir()),
+             QByteArray("Refused, nothing was touched: a run would lose or not convert the following.\n"
+                        "<project>: the project's path holds \"/scr\", so that copies would go to other "
+                        "folders; move or rename the project\n"
+                        "scr/notes.txt: a run would lose this file: it is no image file; move it out of "
+                        "\"scr\"\n"
+                        "2 obstacles; --force runs all the same.\n"));
+    QCOMPARE(result.output, QByteArray());
+    COMPARE_EXIT_CODE(result, Refused);
+    QCOMPARE(describeTree(project.dir()), before);
+}
+
+/// What was refused is still told; what was said to be lost is lost, and lies in no backup.
+void TestUpdate::runsAllTheSameWithForce()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/notes.txt"_s, "x");
+
+    const CliResult result = update(project, {u"--all-shapes"_s, u"--force"_s});
+    QCOMPARE(withPlaceholders(result.output, project.dir()), smallPlantReport());
+    QCOMPARE(result.errorOutput,
+             QByteArray(
+                 "scr/notes.txt: a run would lose this file: it is no image file; move it out of \"scr\"\n"));
+    COMPARE_EXIT_CODE(result, Done);
+    QCOMPARE(project.files(u"scr"_s), QStringList{u"a.psc"_s});
+    QCOMPARE(project.files(u"scr_bak"_s), QStringList{u"a.psc"_s});
+}
+
+void TestUpdate::makesFoldersWithTheirParents()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.remove(u"scr/a.psc"_s);
+    project.write(u"scr/hall/cellar/a.psc"_s, SmallPlant::screenWith("pump.plb"));
+    project.write(u"scr/hall/cellar/b.psc"_s, SmallPlant::plainScreen());
+
+    COMPARE_EXIT_CODE(update(project), Refused);
+    const CliResult result = update(project, {u"--all-shapes"_s, u"--make-folders"_s});
+    QCOMPARE(
+        withPlaceholders(result.output, project.dir()),
+        QByteArray("Status      Image File             Shape File  Image-Object  Shape-Object  Prefix\n"
+                   "REPLACE     scr/hall/cellar/a.psc  pump.plb    Obj/Pump      Lib/Pump      Plant/Pump\n"
+                   "NO REPLACE  scr/hall/cellar/b.psc\n"
+                   "\n") +
+            totals(2, 1, 1, 0));
+    QCOMPARE(result.errorOutput, QByteArray());
+    COMPARE_EXIT_CODE(result, Done);
+    const QStringList files{u"hall/cellar/a.psc"_s, u"hall/cellar/b.psc"_s};
+    QCOMPARE(project.files(u"scr"_s), files);
+    QCOMPARE(project.files(u"scr_bak"_s), files);
+    QCOMPARE(project.read(u"scr/hall/cellar/a.psc"_s), SmallPlant::screenAfterUpdate());
+    QVERIFY(!project.exists(u"scr_temp"_s));
+}
+
+// --- Copying back failed, or a file is missing ---
+
+/// With no place for a backup the screens are left alone, and the converted ones are kept.
+void TestUpdate::tellsThatCopyingBackFailed()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr_bak"_s, "no folder");
+
+    const CliResult result = update(project, {u"--all-shapes"_s, u"--force"_s});
+    QCOMPARE(withPlaceholders(result.output, project.dir()), smallPlantReport());
+    QVERIFY2(result.errorOutput.endsWith("alert: !!! Could not copy all files from \\scr_temp folder to "
+                                         "\\scr. Copy them manually !!!\n"),
+             result.errorOutput.constData());
+    COMPARE_EXIT_CODE(result, FilesMissing);
+    QCOMPARE(project.read(u"scr/a.psc"_s), SmallPlant::screenWith("pump.plb"));
+    QCOMPARE(project.read(u"scr_temp/a.psc"_s), SmallPlant::screenAfterUpdate());
+    QCOMPARE(project.read(u"scr_bak"_s), QByteArray("no folder"));
+}
+
+/// An unchanged screen whose folder cannot be made is reported like any other unchanged one.
+void TestUpdate::namesFilesThatAreMissing()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/hall/cellar/b.psc"_s, SmallPlant::plainScreen());
+
+    const CliResult result = update(project, {u"--all-shapes"_s, u"--force"_s});
+    QCOMPARE(
+        withPlaceholders(result.output, project.dir()),
+        QByteArray("Status      Image File             Shape File  Image-Object  Shape-Object  Prefix\n"
+                   "REPLACE     scr/a.psc              pump.plb    Obj/Pump      Lib/Pump      Plant/Pump\n"
+                   "NO REPLACE  scr/hall/cellar/b.psc\n"
+                   "\n") +
+            totals(2, 1, 1, 0));
+    QCOMPARE(
+        withPlaceholders(result.errorOutput, project.dir()),
+        QByteArray(
+            "scr/hall/cellar/b.psc: its folder could not be made in \"scr_temp\", \"scr_bak\" and "
+            "\"scr\": no screen comes before it in scr/hall; use --make-folders\n"
+            "Missing: <project>/scr/hall/cellar/b.psc is neither in \"scr\" nor reported; look for it in "
+            "\"scr_bak\".\n"));
+    COMPARE_EXIT_CODE(result, FilesMissing);
+    QCOMPARE(project.files(u"scr"_s), QStringList{u"a.psc"_s});
+    QCOMPARE(project.read(u"scr_bak/hall/cellar/b.psc"_s), SmallPlant::plainScreen());
+}
+
+void TestUpdate::countsFailedFilesAsReportedNotAsMissing()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/b.psc"_s, SmallPlant::invalidScreen());
+
+    const CliResult result = update(project, {u"--all-shapes"_s, u"--force"_s});
+    QCOMPARE(withPlaceholders(result.output, project.dir()),
+             QByteArray("Status   Image File  Shape File  Image-Object  Shape-Object  Prefix      Error\n"
+                        "REPLACE  scr/a.psc   pump.plb    Obj/Pump      Lib/Pump      Plant/Pump\n"
+                        "ERROR    scr/b.psc                                                       Image File "
+                        "[line 2]: PSDV... not enough parameters (must be >= 12)\n"
+                        "\n") +
+                 totals(2, 1, 0, 1));
+    QCOMPARE(withPlaceholders(result.errorOutput, project.dir()),
+             QByteArray("scr/b.psc: Image File [line 2]: PSDV... not enough parameters (must be >= 12); mend "
+                        "the line, or move the file out of \"scr\"\n"
+                        "error: Image File <project>/scr/b.psc [line 2]: PSDV... not enough parameters (must "
+                        "be >= 12)\n"));
+    COMPARE_EXIT_CODE(result, DoneWithErrors);
+    QCOMPARE(project.files(u"scr"_s), QStringList{u"a.psc"_s});
+    QCOMPARE(project.read(u"scr_bak/b.psc"_s), SmallPlant::invalidScreen());
+}
+
+// --- What takes part ---
+
+void TestUpdate::choosesShapes_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QByteArray>("list");
+    QTest::addColumn<QStringList>("replaced");
+    const auto row = [](const char *name, const QStringList &options, const QByteArray &list,
+                        const QStringList &replaced) { QTest::newRow(name) << options << list << replaced; };
+    const QStringList fromList{u"--shapes-from"_s, u"list"_s};
+
+    row("one shape", {u"--shape"_s, u"fan.plb"_s}, {}, {u"fan"_s});
+    row("in other letter case", {u"--shape"_s, u"FAN.Plb"_s}, {}, {u"fan"_s});
+    row("several shapes", {u"--shape"_s, u"fan.plb"_s, u"--shape=pump.plb"_s}, {}, {u"fan"_s, u"pump"_s});
+    row("shape that nothing refers to", {u"--shape"_s, u"tank.plb"_s}, {}, {});
+    row("one line", fromList, "pump.plb", {u"pump"_s});
+    row("blanks, empty lines and CR LF", fromList, "\n  fan.plb\t\r\n\r\nVALVE.PLB \n",
+        {u"fan"_s, u"valve"_s});
+    row("list and name", {u"--shapes-from"_s, u"list"_s, u"--shape"_s, u"pump.plb"_s}, "fan.plb\n",
+        {u"fan"_s, u"pump"_s});
+    row("all shapes", {u"--all-shapes"_s}, {}, {u"fan"_s, u"pump"_s, u"valve"_s});
+    row("all shapes and one of them", {u"--all-shapes"_s, u"--shape"_s, u"fan.plb"_s}, {},
+        {u"fan"_s, u"pump"_s, u"valve"_s});
+    // The screen's reference to "valve.lib" counts as one to "valve.plb".
+    row("reference by its own spelling", {u"--shape"_s, u"valve.lib"_s}, {}, {});
+    row("reference as it is compared", {u"--shape"_s, u"valve.plb"_s}, {}, {u"valve"_s});
+}
+
+void TestUpdate::choosesShapes()
+{
+    QFETCH(const QStringList, options);
+    QFETCH(const QByteArray, list);
+    QFETCH(const QStringList, replaced);
+    const TestProject project;
+    for (const QString &name : {u"fan"_s, u"pump"_s, u"valve"_s})
+        project.write(u"mac/%1.plb"_s.arg(name), SmallPlant::shape());
+    project.write(u"scr/fan.psc"_s, SmallPlant::screenWith("fan.plb"));
+    project.write(u"scr/pump.psc"_s, SmallPlant::screenWith("pump.plb"));
+    project.write(u"scr/valve.psc"_s, SmallPlant::screenWith("valve.lib"));
+    project.write(u"list"_s, list);
+
+    CliRun run;
+    run.setWorkingFolder(project.dir());
+    COMPARE_EXIT_CODE(run.execute(updateOf(project, options)), Done);
+    QStringList changed;
+    for (const QString &name : {u"fan"_s, u"pump"_s, u"valve"_s}) {
+        if (project.read(u"scr/%1.psc"_s.arg(name)) == SmallPlant::screenAfterUpdate())
+            changed += name;
+    }
+    QCOMPARE(changed, replaced);
+}
+
+void TestUpdate::takesAnySpellingOfTheProject_data()
+{
+    QTest::addColumn<QString>("workingFolder");
+    QTest::addColumn<QString>("spelling");
+    QTest::newRow("relative") << u"."_s << u"plant"_s;
+    QTest::newRow("working folder") << u"plant"_s << u"."_s;
+    QTest::newRow("with dots") << u"plant/mac"_s << u"./../../plant/log/.."_s;
+    QTest::newRow("slash at the end") << u"."_s << u"plant/"_s;
+    QTest::newRow("doubled slashes") << u"."_s << u".//plant///"_s;
+    QTest::newRow("absolute") << u"."_s << u"%1/plant"_s;
+    QTest::newRow("absolute with dots") << u"."_s << u"%1/plant/./mac/../"_s;
+}
+
+/// All of them give the path that reports, messages and the change log show.
+void TestUpdate::takesAnySpellingOfTheProject()
+{
+    QFETCH(const QString, workingFolder);
+    QFETCH(const QString, spelling);
+    const TestProject project;
+    SmallPlant::makeIn(project);
+
+    CliRun run;
+    run.setWorkingFolder(project.beside(workingFolder));
+    QString path = spelling;
+    path.replace(u"%1"_s, project.beside(u"."_s));
+    const CliResult result = run.execute({u"update"_s, u"--project"_s, path, u"--all-shapes"_s});
+    QCOMPARE(withPlaceholders(result.output, project.dir()), smallPlantReport());
+    QCOMPARE(result.errorOutput, QByteArray());
+    COMPARE_EXIT_CODE(result, Done);
+    QCOMPARE(project.read(u"scr/a.psc"_s), SmallPlant::screenAfterUpdate());
+    QVERIFY(changeLogOf(project).contains("REPLACE;" + project.path(u"scr/a.psc"_s).toUtf8() + ';'));
+}
+
+// --- What is printed ---
+
+/// Neither table nor summary; the log stays.
+void TestUpdate::isQuiet()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/b.psc"_s, SmallPlant::screenWith("gone.plb"));
+
+    const CliResult result = update(project, {u"--all-shapes"_s, u"--quiet"_s});
+    QCOMPARE(result.output, QByteArray());
+    QCOMPARE(result.errorOutput, QByteArray("error: Could not open Shape File gone.plb\n"));
+    COMPARE_EXIT_CODE(result, DoneWithErrors);
+    QCOMPARE(project.read(u"scr/a.psc"_s), SmallPlant::screenAfterUpdate());
+    QVERIFY(changeLogOf(project).contains("gone.plb"));
+}
+
+void TestUpdate::escapesControlCharacters()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.remove(u"scr/a.psc"_s);
+    project.write(u"scr/a\n\x1b[2J.psc"_s, "ID;1;Rect;x\n"
+                                           "LIB;go\x07ne.plb;1;Pl\tant;Ob\x85j\n"
+                                           "PSDV;10;10;29;29;2;1;15;8;1;0;1;0\n");
+
+    const CliResult result = update(project);
+    QCOMPARE(withPlaceholders(result.output, project.dir()),
+             QByteArray("Status  Image File          Shape File    Image-Object  Prefix   Error\n"
+                        "ERROR   scr/a\\n\\x1b[2J.psc  go\\x07ne.plb  Ob\\x85j       Pl\\tant  Could not "
+                        "open Shape File\n"
+                        "\n") +
+                 totals(1, 0, 0, 1));
+    QCOMPARE(result.errorOutput, QByteArray("error: Could not open Shape File go\\x07ne.plb\n"));
+}
+
+void TestUpdate::colours_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("noColor");
+    QTest::addColumn<bool>("isColoured");
+    QTest::newRow("default, no terminal") << QStringList() << QString() << false;
+    QTest::newRow("auto, no terminal") << QStringList{u"--color=auto"_s} << QString() << false;
+    QTest::newRow("never") << QStringList{u"--color"_s, u"never"_s} << QString() << false;
+    QTest::newRow("always") << QStringList{u"--color"_s, u"always"_s} << QString() << true;
+    QTest::newRow("always, which outdoes NO_COLOR")
+        << QStringList{u"--color"_s, u"always"_s} << u"1"_s << true;
+}
+
+void TestUpdate::colours()
+{
+    QFETCH(const QStringList, options);
+    QFETCH(const QString, noColor);
+    QFETCH(const bool, isColoured);
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/b.psc"_s, SmallPlant::screenWith("gone.plb"));
+
+    CliRun run;
+    run.setVariable(u"NO_COLOR"_s, noColor);
+    const CliResult result = run.execute(updateOf(project, QStringList{u"--all-shapes"_s} + options));
+    const QByteArray bold = isColoured ? "\x1b[1m" : "";
+    const QByteArray red = isColoured ? "\x1b[31m" : "";
+    const QByteArray yellow = isColoured ? "\x1b[33m" : "";
+    const QByteArray plain = isColoured ? "\x1b[0m" : "";
+    QCOMPARE(withPlaceholders(result.output, project.dir()),
+             bold + "Status   Image File  Shape File  Image-Object  Shape-Object  Prefix      Error" + plain +
+                 "\n"
+                 "REPLACE  scr/a.psc   pump.plb    Obj/Pump      Lib/Pump      Plant/Pump\n" +
+                 red +
+                 "ERROR    scr/b.psc   gone.plb    Obj/Pump                    Plant/Pump  Could not open "
+                 "Shape File" +
+                 plain + "\n\n" + totals(2, 1, 0, 1));
+    QCOMPARE(result.errorOutput, yellow + "error" + plain + ": Could not open Shape File gone.plb\n");
+}
+
+void TestUpdate::coloursATerminal_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("variable");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<bool>("isColoured");
+    QTest::newRow("default") << QStringList() << u"TERM"_s << u"xterm"_s << true;
+    QTest::newRow("auto") << QStringList{u"--color=auto"_s} << u"TERM"_s << u"xterm"_s << true;
+    QTest::newRow("never") << QStringList{u"--color=never"_s} << u"TERM"_s << u"xterm"_s << false;
+    QTest::newRow("NO_COLOR") << QStringList() << u"NO_COLOR"_s << u"1"_s << false;
+    QTest::newRow("empty NO_COLOR") << QStringList() << u"NO_COLOR"_s << QString() << true;
+    QTest::newRow("dumb terminal") << QStringList() << u"TERM"_s << u"dumb"_s << false;
+}
+
+/// Each stream is looked at by itself: here only the table goes to a terminal.
+void TestUpdate::coloursATerminal()
+{
+    QFETCH(const QStringList, options);
+    QFETCH(const QString, variable);
+    QFETCH(const QString, value);
+    QFETCH(const bool, isColoured);
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/a.psc"_s, SmallPlant::screenWith("gone.plb"));
+
+    CliRun run;
+    run.setVariable(variable, value);
+    Terminal terminal(80);
+    run.setOutput(terminal.writeEnd());
+    run.start(updateOf(project, QStringList{u"--all-shapes"_s} + options));
+    terminal.closeWriteEnd();
+    const QByteArray shown = terminal.readToEnd();
+    const CliResult result = run.finish();
+    QCOMPARE(shown.startsWith("\x1b[1mStatus"), isColoured);
+    QCOMPARE(shown.contains("\x1b[31mERROR"), isColoured);
+    QCOMPARE(shown.contains('\x1b'), isColoured);
+    QCOMPARE(result.errorOutput, QByteArray("error: Could not open Shape File gone.plb\n"));
+}
+
+void TestUpdate::coloursARefusal()
+{
+    const TestProject project;
+    const CliResult result = update(project, {u"--all-shapes"_s, u"--color=always"_s});
+    QVERIFY2(result.errorOutput.startsWith("\x1b[31mRefused, nothing was touched: a run would lose or not "
+                                           "convert the following.\x1b[0m\nscr: "),
+             result.errorOutput.constData());
+}
+
+/// The bar with the file's path, cut to the terminal's width, then an empty line again.
+void TestUpdate::showsProgressAtATerminal()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+
+    CliRun run;
+    Terminal terminal(50);
+    run.setErrorOutput(terminal.writeEnd());
+    run.start(updateOf(project));
+    terminal.closeWriteEnd();
+    const QByteArray shown = terminal.readToEnd();
+    const CliResult result = run.finish();
+    const QByteArray line = "[........................] 0/1 " + project.path(u"scr/a.psc"_s).toUtf8();
+    QCOMPARE(shown, "\r\x1b[K" + line.left(49) + "\r\x1b[K");
+    QCOMPARE(withPlaceholders(result.output, project.dir()), smallPlantReport());
+    COMPARE_EXIT_CODE(result, Done);
+}
+
+void TestUpdate::clearsTheProgressForALogLine()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/0.psc"_s, SmallPlant::screenWith("gone.plb"));
+
+    CliRun run;
+    Terminal terminal(400);
+    run.setErrorOutput(terminal.writeEnd());
+    run.start(updateOf(project, {u"--all-shapes"_s, u"--color=never"_s}));
+    terminal.closeWriteEnd();
+    const QByteArray shown = terminal.readToEnd();
+    COMPARE_EXIT_CODE(run.finish(), DoneWithErrors);
+    QCOMPARE(withPlaceholders(shown, project.dir()),
+             QByteArray("\r\x1b[K[........................] 0/2 <project>/scr/0.psc"
+                        "\r\x1b[Kerror: Could not open Shape File gone.plb\n"
+                        "\r\x1b[K[############............] 1/2 <project>/scr/a.psc"
+                        "\r\x1b[K"));
+}
+
+void TestUpdate::showsNoProgressWhenQuiet()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+
+    CliRun run;
+    Terminal terminal(80);
+    run.setErrorOutput(terminal.writeEnd());
+    run.start(updateOf(project, {u"--all-shapes"_s, u"--quiet"_s}));
+    terminal.closeWriteEnd();
+    QCOMPARE(terminal.readToEnd(), QByteArray());
+    COMPARE_EXIT_CODE(run.finish(), Done);
+}
+
+// --- Streams that nobody reads ---
+
+void TestUpdate::runsOnWithoutAReader_data()
+{
+    QTest::addColumn<bool>("isOutputBroken");
+    QTest::addColumn<bool>("isErrorOutputBroken");
+    QTest::newRow("of the report") << true << false;
+    QTest::newRow("of the log") << false << true;
+    QTest::newRow("of either") << true << true;
+}
+
+/// Far more is printed than a pipe or a buffer holds.
+void TestUpdate::runsOnWithoutAReader()
+{
+    QFETCH(const bool, isOutputBroken);
+    QFETCH(const bool, isErrorOutputBroken);
+    constexpr int screens = 200;
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    for (int number = 0; number < screens; ++number)
+        project.write(u"scr/b%1.psc"_s.arg(number), SmallPlant::screenWith("gone.plb"));
+
+    CliRun run;
+    Pipe pipe;
+    pipe.closeReadEnd();
+    if (isOutputBroken)
+        run.setOutput(pipe.writeEnd());
+    if (isErrorOutputBroken)
+        run.setErrorOutput(pipe.writeEnd());
+    const CliResult result = run.execute(updateOf(project));
+    COMPARE_EXIT_CODE(result, DoneWithErrors);
+    QCOMPARE(result.output.isEmpty(), isOutputBroken);
+    QCOMPARE(result.errorOutput.isEmpty(), isErrorOutputBroken);
+    QCOMPARE(project.files(u"scr"_s).size(), screens + 1);
+    QCOMPARE(project.read(u"scr/a.psc"_s), SmallPlant::screenAfterUpdate());
+    QVERIFY(!project.exists(u"scr_temp"_s));
+    QCOMPARE(changeLogOf(project).count('\n'), screens + 2);
+}
+
+void TestUpdate::runsOnWithClosedStreams_data()
+{
+    QTest::addColumn<bool>("isInputClosed");
+    QTest::addColumn<bool>("isOutputClosed");
+    QTest::addColumn<bool>("isErrorOutputClosed");
+    QTest::newRow("report") << false << true << false;
+    QTest::newRow("log") << false << false << true;
+    QTest::newRow("report and log") << false << true << true;
+    QTest::newRow("all three") << true << true << true;
+}
+
+/// No file that the program opens may take the place of a stream that it was not given.
+void TestUpdate::runsOnWithClosedStreams()
+{
+    QFETCH(const bool, isInputClosed);
+    QFETCH(const bool, isOutputClosed);
+    QFETCH(const bool, isErrorOutputClosed);
+    constexpr int screens = 200;
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    for (int number = 0; number < screens; ++number)
+        project.write(u"scr/%1.psc"_s.arg(number), SmallPlant::screenWith("gone.plb"));
+
+    CliRun run;
+    if (isInputClosed)
+        run.setInputClosed();
+    if (isOutputClosed)
+        run.setOutput(CliRun::closedStream);
+    if (isErrorOutputClosed)
+        run.setErrorOutput(CliRun::closedStream);
+    const CliResult result = run.execute(updateOf(project));
+    COMPARE_EXIT_CODE(result, DoneWithErrors);
+    QCOMPARE(project.read(u"scr/a.psc"_s), SmallPlant::screenAfterUpdate());
+    QCOMPARE(project.read(u"scr/0.psc"_s), SmallPlant::screenWith("gone.plb"));
+    QCOMPARE(project.files(u"scr"_s).size(), screens + 1);
+    QVERIFY(!project.exists(u"scr_temp"_s));
+    QCOMPARE(changeLogOf(project).count('\n'), screens + 2);
+}
+
+// --- Signals ---
+
+namespace {
+
+/// A plant whose run waits, within its second screen, until the test delivers a shape.
+class WaitingPlant final
+{
+public:
+    WaitingPlant()
+    {
+        SmallPlant::makeIn(m_project);
+        m_project.write(u"scr/b.psc"_s, SmallPlant::screenWith("slow.plb", "Fan"));
+        m_project.write(u"scr/c.psc"_s, SmallPlant::screenWith("pump.plb", "Tank"));
+        makePipe(m_project, u"mac/slow.plb"_s);
+    }
+    Q_DISABLE_COPY_MOVE(WaitingPlant)
+    ~WaitingPlant() { closeShape(); }
+
+    const TestProject &project() const { return m_project; }
+
+    /// Returns once the run has come to the shape; false where it does not.
+    bool waitForRun()
+    {
+        const QByteArray path = QFile::encodeName(m_project.path(u"mac/slow.plb"_s));
+        // Cannot be opened before somebody reads.
+        return QTest::qWaitFor(
+            [&] { return (m_shape = ::open(path.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC)) >= 0; },
+            longestWait);
+    }
+
+    void deliverShape()
+    {
+        const QByteArray shape = SmallPlant::shape();
+        QCOMPARE(::write(m_shape, shape.constData(), static_cast<std::size_t>(shape.size())), shape.size());
+        closeShape();
+    }
+
+private:
+    void closeShape()
+    {
+        if (m_shape >= 0)
+            ::close(m_shape);
+        m_shape = -1;
+    }
+
+    TestProject m_project;
+    int m_shape = -1;
+};
+
+const QByteArray reportOfTwoScreens =
+    "Status   Image File  Shape File  Image-Object  Shape-Object  Prefix\n"
+    "REPLACE  scr/a.psc   pump.plb    Obj/Pump      Lib/Pump      Plant/Pump\n"
+    "REPLACE  scr/b.psc   slow.plb    Obj/Fan       Lib/Pump      Plant/Fan\n"
+    "\n";
+
+} // namespace
+
+void TestUpdate::stopsAtASignal_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::addColumn<int>("exitCode");
+    QTest::newRow("SIGINT") << SIGINT << 130;
+    QTest::newRow("SIGTERM") << SIGTERM << 143;
+    QTest::newRow("SIGHUP") << SIGHUP << 129;
+}
+
+/// The screen under way is finished, the next one is not begun.
+void TestUpdate::stopsAtASignal()
+{
+    QFETCH(const int, signal);
+    QFETCH(const int, exitCode);
+    WaitingPlant plant;
+    const TestProject &project = plant.project();
+    const QStringList screens = describeTree(project.path(u"scr"_s));
+
+    CliRun run;
+    run.start(updateOf(project));
+    QVERIFY(plant.waitForRun());
+    QVERIFY(run.sendSignal(signal));
+    plant.deliverShape();
+    const CliResult result = run.finish();
+    QCOMPARE(withPlaceholders(result.output, project.dir()), reportOfTwoScreens + totals(3, 2, 0, 0));
+    QCOMPARE(result.errorOutput,
+             QByteArray("Stopped. \"scr\" is untouched; \"scr_temp\" keeps the files converted so far.\n"));
+    QCOMPARE(result.exitCode, exitCode);
+    QCOMPARE(describeTree(project.path(u"scr"_s)), screens);
+    QCOMPARE(project.files(u"scr_temp"_s), QStringList({u"a.psc"_s, u"b.psc"_s}));
+    QVERIFY(!project.exists(u"scr_bak"_s));
+}
+
+void TestUpdate::tellsTheFirstOfTwoSignals()
+{
+    WaitingPlant plant;
+    CliRun run;
+    run.start(updateOf(plant.project()));
+    QVERIFY(plant.waitForRun());
+    QVERIFY(run.sendSignal(SIGHUP));
+    QVERIFY(run.sendSignal(SIGINT));
+    plant.deliverShape();
+    COMPARE_EXIT_CODE(run.finish(), StoppedByHangup);
+}
+
+/// The program has told so many obstacles that it waits for a reader when the signal comes.
+void TestUpdate::stopsBeforeTheFirstFile()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    for (int number = 0; number < Pipe::capacity / 10; ++number)
+        project.write(u"scr/%1.txt"_s.arg(number), "x");
+    const QStringList before = describeTree(project.dir());
+
+    CliRun run;
+    Pipe pipe;
+    run.setErrorOutput(pipe.writeEnd());
+    run.start(updateOf(project, {u"--all-shapes"_s, u"--force"_s}));
+    pipe.closeWriteEnd();
+    QVERIFY(QTest::qWaitFor([&pipe] { return pipe.hasArrivals(); }, longestWait));
+    run.sendSignalAtOnce(SIGTERM);
+    pipe.readToEnd();
+    const CliResult result = run.finish();
+    COMPARE_EXIT_CODE(result, StoppedByTermination);
+    QCOMPARE(result.output, QByteArray());
+    QCOMPARE(describeTree(project.dir()), before);
+}
+
+/// The screens are converted and copied back while the program waits for a reader of its log.
+void TestUpdate::endsTheRunDespiteASignalAfterTheLastFile()
+{
+    constexpr int screens = 50;
+    const QByteArray shapeFile = "gone" + QByteArray(Pipe::capacity / screens * 2, 'e') + ".plb";
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    for (int number = 0; number < screens; ++number)
+        project.write(u"scr/%1.psc"_s.arg(number), SmallPlant::screenWith(shapeFile));
+
+    CliRun run;
+    Pipe pipe;
+    run.setErrorOutput(pipe.writeEnd());
+    run.start(updateOf(project));
+    pipe.closeWriteEnd();
+    const auto isCopiedBack = [&project] {
+        return project.exists(u"scr_bak"_s) && !project.exists(u"scr_temp"_s);
+    };
+    QVERIFY(QTest::qWaitFor(isCopiedBack, longestWait));
+    run.sendSignalAtOnce(SIGTERM);
+    const QByteArray log = pipe.readToEnd();
+    const CliResult result = run.finish();
+    QCOMPARE(log, QByteArray("error: Could not open Shape File " + shapeFile + '\n').repeated(screens));
+    QVERIFY2(withPlaceholders(result.output, project.dir()).endsWith(totals(screens + 1, 1, 0, screens)),
+             result.output.constData());
+    COMPARE_EXIT_CODE(result, DoneWithErrors);
+    QCOMPARE(project.read(u"scr/a.psc"_s), SmallPlant::screenAfterUpdate());
+    QCOMPARE(project.files(u"scr"_s).size(), screens + 1);
+}
+
+/// The run is over and the program waits for a reader of its report.
+void TestUpdate::printsTheReportDespiteASignalAfterTheRun()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+
+    CliRun run;
+    Pipe pipe;
+    pipe.fill();
+    run.setOutput(pipe.writeEnd());
+    run.start(updateOf(project));
+    pipe.closeWriteEnd();
+    QVERIFY(run.waitUntilOutputBlocks());
+    QVERIFY(!project.exists(u"scr_temp"_s));
+    run.sendSignalAtOnce(SIGTERM);
+    const QByteArray report = pipe.readToEnd().mid(Pipe::capacity);
+    const CliResult result = run.finish();
+    COMPARE_EXIT_CODE(result, Done);
+    QCOMPARE(withPlaceholders(report, project.dir()), smallPlantReport());
+}
+
+QTEST_GUILESS_MAIN(TestUpdate)
+#include "tst_update.moc"

@@ -1,0 +1,171 @@
+// The command line itself: what it explains and what it does not accept.
+#include "CliRun.h"
+#include "ExitCode.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class TestUsage final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void refusesWrongUsage_data();
+    void refusesWrongUsage();
+    void explainsItself_data();
+    void explainsItself();
+    void tellsEveryExitCode_data();
+    void tellsEveryExitCode();
+    void tellsItsVersion();
+    void keepsItsExitCodeWhereNobodyReads();
+};
+
+void TestUsage::refusesWrongUsage_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("complaint");
+    const auto row = [](const char *name, const QStringList &arguments, const QByteArray &complaint) {
+        QTest::newRow(name) << arguments << complaint;
+    };
+    const QByteArray seeHelp = "; see \"vantrel-cli --help\"\n";
+    const QByteArray seeUpdateHelp = "; see \"vantrel-cli update --help\"\n";
+
+    row("no command", {}, "no command was given" + seeHelp);
+    row("empty command", {u""_s}, "no command was given" + seeHelp);
+    row("misspelt command", {u"updte"_s}, "unknown command \"updte\", did you mean \"update\"?" + seeHelp);
+    row("command that nothing is near to", {u"waterworks"_s}, "unknown command \"waterworks\"" + seeHelp);
+    row("command in upper case", {u"UPDATE"_s}, "unknown command \"UPDATE\"" + seeHelp);
+    row("command beyond ASCII", {u"pünktlich"_s}, "unknown command \"pünktlich\"" + seeHelp);
+    row("command with control characters", {u"up\x1b[2J\ndate\x7f"_s},
+        "unknown command \"up\\x1b[2J\\ndate\\x7f\"" + seeHelp);
+    row("misspelt option before a command", {u"--versoin"_s},
+        "unknown option \"--versoin\", did you mean \"--version\"?" + seeHelp);
+    row("option of a command before it", {u"--project"_s, u"."_s, u"update"_s},
+        "unknown option \"--project\"" + seeHelp);
+
+    row("misspelt option", {u"update"_s, u"--shpe"_s, u"pump.plb"_s},
+        "unknown option \"--shpe\", did you mean \"--shape\"?" + seeUpdateHelp);
+    row("misspelt option with a value", {u"update"_s, u"--colour=never"_s},
+        "unknown option \"--colour\", did you mean \"--color\"?" + seeUpdateHelp);
+    row("option that nothing is near to", {u"update"_s, u"--waterworks"_s},
+        "unknown option \"--waterworks\"" + seeUpdateHelp);
+    row("short option", {u"update"_s, u"-p"_s}, "unknown option \"-p\"" + seeUpdateHelp);
+    row("stray word", {u"update"_s, u"--project"_s, u"."_s, u"--all-shapes"_s, u"pump.plb"_s},
+        "\"pump.plb\" was not expected" + seeUpdateHelp);
+    row("missing value", {u"update"_s, u"--all-shapes"_s, u"--project"_s},
+        "missing value after \"--project\"" + seeUpdateHelp);
+    row("value of a switch", {u"update"_s, u"--all-shapes=yes"_s},
+        "unexpected value after \"--all-shapes\"" + seeUpdateHelp);
+    row("wrong colour mode", {u"update"_s, u"--color"_s, u"red"_s},
+        "--color takes auto, always or never, not \"red\"" + seeUpdateHelp);
+    row("empty colour mode", {u"update"_s, u"--color="_s},
+        "--color takes auto, always or never, not \"\"" + seeUpdateHelp);
+
+    const QByteArray noProject = "no project directory was named; use --project DIR" + seeUpdateHelp;
+    row("no project", {u"update"_s, u"--all-shapes"_s}, noProject);
+    row("empty project", {u"update"_s, u"--all-shapes"_s, u"--project"_s, u""_s}, noProject);
+
+    const QByteArray noShape = "no shape was chosen, so that nothing would be replaced; use --shape NAME, "
+                               "--shapes-from FILE or --all-shapes" +
+                               seeUpdateHelp;
+    row("no shape option", {u"update"_s, u"--project"_s, u"."_s}, noShape);
+    row("empty shape", {u"update"_s, u"--project"_s, u"."_s, u"--shape="_s}, noShape);
+    row("list without a shape", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u"/dev/null"_s},
+        noShape);
+    row("list that does not exist", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u"no-list"_s},
+        "the list of shapes \"no-list\" could not be opened" + seeUpdateHelp);
+    row("folder as a list", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u"."_s},
+        "the list of shapes \".\" could not be opened" + seeUpdateHelp);
+}
+
+void TestUsage::refusesWrongUsage()
+{
+    QFETCH(const QStringList, arguments);
+    QFETCH(const QByteArray, complaint);
+
+    const CliResult result = CliRun().execute(arguments);
+    QCOMPARE(result.errorOutput, "vantrel-cli: " + complaint);
+    QCOMPARE(result.output, QByteArray());
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::WrongUsage));
+}
+
+void TestUsage::explainsItself_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("firstLine");
+    QTest::addColumn<QByteArrayList>("entries");
+    QTest::newRow("the program") << QStringList{u"--help"_s}
+                                 << QByteArray("Usage: vantrel-cli COMMAND [options]")
+                                 << QByteArrayList{"update", "--help", "--version"};
+    QTest::newRow("update") << QStringList{u"update"_s, u"--help"_s}
+                            << QByteArray("Usage: vantrel-cli update [options]")
+                            << QByteArrayList{"--project DIR", "--shape NAME",   "--shapes-from FILE",
+                                              "--all-shapes",  "--make-folders", "--force",
+                                              "--quiet",       "--color WHEN",   "--help"};
+    QTest::newRow("update, with other options")
+        << QStringList{u"update"_s, u"--project"_s, u"."_s, u"--help"_s}
+        << QByteArray("Usage: vantrel-cli update [options]") << QByteArrayList{"--project DIR"};
+}
+
+/// Every entry begins a line and is followed by what it means.
+void TestUsage::explainsItself()
+{
+    QFETCH(const QStringList, arguments);
+    QFETCH(const QByteArray, firstLine);
+    QFETCH(const QByteArrayList, entries);
+
+    const CliResult result = CliRun().execute(arguments);
+    QCOMPARE(result.errorOutput, QByteArray());
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Done));
+    const QByteArrayList lines = result.output.split('\n');
+    QCOMPARE(lines.first(), firstLine);
+    for (const QByteArray &entry : entries) {
+        const auto explains = [&entry](const QByteArray &line) {
+            return line.startsWith("  " + entry.leftJustified(20) + ' ') && line.size() > 23;
+        };
+        QVERIFY2(std::any_of(lines.cbegin(), lines.cend(), explains), entry.constData());
+    }
+}
+
+void TestUsage::tellsEveryExitCode_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("the program") << QStringList{u"--help"_s};
+    QTest::newRow("update") << QStringList{u"update"_s, u"--help"_s};
+}
+
+void TestUsage::tellsEveryExitCode()
+{
+    QFETCH(const QStringList, arguments);
+
+    QByteArray expected = "\nExit codes:\n";
+    for (const ExitCodeRow &row : exitCodes) {
+        const QByteArray number = QByteArray::number(static_cast<int>(row.code)).rightJustified(3);
+        expected += "  " + number + "  " + QByteArray(row.meaning.data(), row.meaning.size()) + '\n';
+    }
+    const CliResult result = CliRun().execute(arguments);
+    const qsizetype table = result.output.indexOf("\nExit codes:\n");
+    QCOMPARE(result.output.mid(table), expected);
+}
+
+void TestUsage::tellsItsVersion()
+{
+    const CliResult result = CliRun().execute({u"--version"_s});
+    QCOMPARE(result.output, QByteArray("vantrel-cli " VANTREL_VERSION "\n"));
+    QCOMPARE(result.errorOutput, QByteArray());
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Done));
+}
+
+/// A usage error must not become another one because its message cannot be printed.
+void TestUsage::keepsItsExitCodeWhereNobodyReads()
+{
+    CliRun run;
+    run.setOutput(CliRun::closedStream);
+    run.setErrorOutput(CliRun::closedStream);
+    QCOMPARE(run.execute({u"--help"_s}).exitCode, static_cast<int>(ExitCode::Done));
+    QCOMPARE(run.execute({u"updte"_s}).exitCode, static_cast<int>(ExitCode::WrongUsage));
+}
+
+QTEST_GUILESS_MAIN(TestUsage)
+#include "tst_usage.moc"

@@ -1,0 +1,8 @@
+Shape;Pump;2
+ID;1;Ellipse;Casing
+LIB;pump.plb;2;Lib/Pump;Lib/Pump
+PSDV;0;0;49;49;2;1;7;0;2;0;0;0
+IVG;Lib/Pump/State:Shown
+ID;2;Poly;Impeller
+PSDV;10;10;39;39;2;0;7;0;2;0;0;0
+PNT;3;1;10;10;39;25;10;39

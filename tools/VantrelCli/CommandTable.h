@@ -1,0 +1,108 @@
+// The commands and their options, from which parsing, help and documentation are made.
+#pragma once
+
+#include <QLatin1StringView>
+
+#include <array>
+#include <span>
+
+struct OptionRow
+{
+    QLatin1StringView name;
+    QLatin1StringView value; ///< what follows the option; empty for a switch
+    QLatin1StringView meaning;
+};
+
+enum class Command { Check, Shapes, Update, Diff };
+
+struct CommandRow
+{
+    Command command;
+    QLatin1StringView name;
+    QLatin1StringView meaning;
+    std::span<const OptionRow> options;
+};
+
+namespace Options {
+
+inline constexpr OptionRow project{
+    QLatin1StringView("project"), QLatin1StringView("DIR"),
+    QLatin1StringView("the project directory, which holds \"scr\" and \"mac\"")};
+inline constexpr OptionRow json{
+    QLatin1StringView("json"), {}, QLatin1StringView("print one JSON object a line, and nothing else")};
+inline constexpr OptionRow color{
+    QLatin1StringView("color"), QLatin1StringView("WHEN"),
+    QLatin1StringView("colour the output: auto (at a terminal), always or never")};
+inline constexpr OptionRow help{QLatin1StringView("help"), {}, QLatin1StringView("show this help")};
+
+} // namespace Options
+
+inline constexpr std::array checkOptions{
+    Options::project,
+    OptionRow{QLatin1StringView("shape"), QLatin1StringView("NAME"),
+              QLatin1StringView("look whether objects refer to this shape file; may be repeated")},
+    OptionRow{QLatin1StringView("shapes-from"), QLatin1StringView("FILE"),
+              QLatin1StringView("the same for every line of a file")},
+    OptionRow{QLatin1StringView("make-folders"),
+              {},
+              QLatin1StringView("check for a run with this option: no level needs a screen")},
+    Options::json,
+    Options::color,
+    Options::help,
+};
+
+inline constexpr std::array shapesOptions{Options::project, Options::json, Options::color, Options::help};
+
+inline constexpr std::array updateOptions{
+    Options::project,
+    OptionRow{QLatin1StringView("shape"), QLatin1StringView("NAME"),
+              QLatin1StringView("replace the objects of this shape file; may be repeated")},
+    OptionRow{QLatin1StringView("shapes-from"), QLatin1StringView("FILE"),
+              QLatin1StringView("the same for every line of a file")},
+    OptionRow{QLatin1StringView("all-shapes"),
+              {},
+              QLatin1StringView("the same for every shape file that objects refer to")},
+    OptionRow{QLatin1StringView("make-folders"),
+              {},
+              QLatin1StringView("make folders with their parents, so that no level needs a screen")},
+    OptionRow{QLatin1StringView("force"),
+              {},
+              QLatin1StringView("run even where something would be lost or not converted")},
+    OptionRow{QLatin1StringView("dry-run"),
+              {},
+              QLatin1StringView("change nothing, show what a run would report and change")},
+    OptionRow{QLatin1StringView("fail-on-changes"),
+              {},
+              QLatin1StringView("with --dry-run: exit 5 where a run would change a screen")},
+    OptionRow{
+        QLatin1StringView("quiet"), {}, QLatin1StringView("print neither table nor summary nor progress")},
+    Options::json,
+    Options::color,
+    Options::help,
+};
+
+inline constexpr std::array diffOptions{Options::project, Options::json, Options::color, Options::help};
+
+inline constexpr std::array generalOptions{
+    Options::help,
+    OptionRow{QLatin1StringView("version"), {}, QLatin1StringView("show the version")},
+    OptionRow{QLatin1StringView("print-docs"), {}, QLatin1StringView("print the tables of docs/cli.md")},
+    OptionRow{QLatin1StringView("print-schema"),
+              {},
+              QLatin1StringView("print the JSON Schema of what --json prints")},
+};
+
+inline constexpr std::array commandRows{
+    CommandRow{Command::Check, QLatin1StringView("check"),
+               QLatin1StringView("look for what a run would lose, leave out or report as an error"),
+               checkOptions},
+    CommandRow{Command::Shapes, QLatin1StringView("shapes"),
+               QLatin1StringView("list the shapes that screens use, and whether their objects are current"),
+               shapesOptions},
+    CommandRow{Command::Update, QLatin1StringView("update"),
+               QLatin1StringView("replace placed objects on a project's screens by their current shapes"),
+               updateOptions},
+    CommandRow{Command::Diff, QLatin1StringView("diff"),
+               QLatin1StringView("show what changed between the backup of the last run and the screens"),
+               diffOptions},
+};

@@ -1,0 +1,145 @@
+// A stand-in for a project, on which a run can be tried.
+#include "ScratchProject.h"
+
+#include <QDir>
+#include <QFile>
+#include <QUuid>
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+namespace fs = std::filesystem;
+
+namespace {
+
+/// The folders that a run makes or removes, and the one that it writes its change log to.
+constexpr std::array<std::string_view, 4> foldersOfRuns{"scr", "scr_temp", "scr_bak", "log"};
+
+enum class Files { Linked, Copied };
+
+bool hasNoMeaning(const QString &path)
+{
+    constexpr std::array meaningfulParts{"/scr"_L1, "/bmp"_L1, ".psc"_L1, ".cat"_L1};
+    return path == path.toLower() &&
+           std::none_of(meaningfulParts.begin(), meaningfulParts.end(),
+                        [&path](QLatin1StringView part) { return path.contains(part); });
+}
+
+fs::path asPath(const QString &path)
+{
+    return {QFile::encodeName(path).toStdString()};
+}
+
+/// Makes a folder with what another one holds. Links to folders are followed as a run follows
+/// them, so that no link to a folder comes of it.
+class FolderMirror final
+{
+public:
+    explicit FolderMirror(Files files)
+        : m_files(files)
+    {
+    }
+
+    void mirror(const fs::path &from, const fs::path &to)
+    {
+        std::error_code ignored;
+        const fs::path place = fs::canonical(from, ignored);
+        if (std::find(m_trail.begin(), m_trail.end(), place) != m_trail.end())
+            return;
+        fs::create_directory(to);
+        m_trail.push_back(place);
+        // A folder that cannot be listed is an empty one to a run, too.
+        for (const fs::directory_entry &entry : fs::directory_iterator(from, ignored))
+            mirrorEntry(entry, to / entry.path().filename());
+        m_trail.pop_back();
+    }
+
+private:
+    void mirrorEntry(const fs::directory_entry &entry, const fs::path &to)
+    {
+        std::error_code ignored;
+        if (entry.is_directory(ignored))
+            mirror(entry.path(), to);
+        else if (m_files == Files::Copied && entry.is_regular_file(ignored))
+            fs::copy_file(entry.path(), to);
+        else if (m_files == Files::Linked)
+            fs::create_symlink(entry.path(), to);
+    }
+
+    Files m_files;
+    std::vector<fs::path> m_trail;
+};
+
+void mirrorFolder(const fs::path &from, const fs::path &to, Files files)
+{
+    if (fs::is_directory(from))
+        FolderMirror(files).mirror(from, to);
+}
+
+void linkOtherEntries(const fs::path &from, const fs::path &to)
+{
+    std::error_code ignored;
+    for (const fs::directory_entry &entry : fs::directory_iterator(from, ignored)) {
+        const fs::path name = entry.path().filename();
+        if (std::find(foldersOfRuns.begin(), foldersOfRuns.end(), name.native()) == foldersOfRuns.end())
+            fs::create_symlink(entry.path(), to / name);
+    }
+}
+
+} // namespace
+
+ScratchProject::ScratchProject(QString projectDir)
+    : m_projectDir(std::move(projectDir))
+{
+    makeRoot();
+    if (m_root.isEmpty()) {
+        m_error = u"no folder for temporary files outside the project can be written to"_s;
+        return;
+    }
+    try {
+        fill();
+    } catch (const fs::filesystem_error &failure) {
+        m_error = QString::fromLocal8Bit(failure.what());
+    }
+}
+
+ScratchProject::~ScratchProject()
+{
+    std::error_code ignored;
+    if (!m_root.isEmpty())
+        fs::remove_all(asPath(m_root), ignored);
+}
+
+void ScratchProject::makeRoot()
+{
+    constexpr mode_t forOwnerOnly = 0700;
+    const QString project = QDir(m_projectDir).canonicalPath();
+    const QString name = u"/vantrel-dry-run-%1"_s.arg(QUuid::createUuid().toString(QUuid::Id128));
+    for (const QString &candidate : {QDir::tempPath(), u"/tmp"_s, u"/var/tmp"_s}) {
+        const QString folder = QDir(candidate).canonicalPath();
+        const bool isInside = !project.isEmpty() && (folder + u'/').startsWith(project + u'/');
+        if (folder.isEmpty() || isInside || !hasNoMeaning(folder))
+            continue;
+        if (mkdir(QFile::encodeName(folder + name).constData(), forOwnerOnly) == 0) {
+            m_root = folder + name;
+            return;
+        }
+    }
+}
+
+void ScratchProject::fill()
+{
+    const fs::path project = asPath(m_projectDir);
+    const fs::path standIn = asPath(dir());
+    fs::create_directories(standIn);
+    linkOtherEntries(project, standIn);
+    mirrorFolder(project / "scr", standIn / "scr", Files::Linked);
+    mirrorFolder(project / "scr_temp", standIn / "scr_temp", Files::Copied);
+}

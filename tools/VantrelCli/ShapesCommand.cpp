@@ -1,0 +1,68 @@
+// The command that lists the shapes that a project's screens use.
+#include "ShapesCommand.h"
+
+#include "Presenter.h"
+#include "ReadingListener.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Whether objects may be left out of the list for what was found.
+bool hidesObjects(const Finding &finding)
+{
+    constexpr std::array kinds{FindingKind::FolderMissing, FindingKind::FolderUnreadable,
+                               FindingKind::NameNotUtf8, FindingKind::ScreenUnreadable,
+                               FindingKind::ScreenInvalid};
+    return std::find(kinds.begin(), kinds.end(), finding.kind) != kinds.end();
+}
+
+int countObjects(const QList<ShapeReport> &shapes)
+{
+    int count = 0;
+    for (const ShapeReport &shape : shapes)
+        count += shape.objectCount;
+    return count;
+}
+
+} // namespace
+
+ExitCode runShapes(const QString &projectDir, Presenter &presenter)
+{
+    ShapeUsage usage(projectDir, ShapeUsage::States::Compared);
+    ReadingListener listener(usage, presenter);
+    // Folders do not matter here: nothing is to be converted.
+    const ProjectSurvey survey = surveyProject(projectDir, true, &listener);
+    const auto fileCount = static_cast<int>(survey.imageFiles.size());
+    presenter.showProgress(fileCount, fileCount);
+
+    bool isSomethingFound = false;
+    for (const Finding &finding : survey.findings) {
+        if (!hidesObjects(finding))
+            continue;
+        presenter.showFinding(finding);
+        isSomethingFound = true;
+    }
+    const QList<ShapeReport> shapes = usage.reports();
+    for (const ShapeReport &shape : shapes)
+        presenter.showShape(shape);
+
+    const auto outdated = std::count_if(shapes.cbegin(), shapes.cend(),
+                                        [](const ShapeReport &shape) { return shape.isOutdated; });
+    const auto unusable = std::count_if(shapes.cbegin(), shapes.cend(),
+                                        [](const ShapeReport &shape) { return !shape.isUsable(); });
+    CommandEnd end;
+    end.command = "shapes"_L1;
+    end.projectDir = projectDir;
+    isSomethingFound = isSomethingFound || outdated + unusable > 0;
+    end.exitCode = isSomethingFound ? ExitCode::DoneWithFindings : ExitCode::Done;
+    end.counts = {{Count::Files, fileCount},
+                  {Count::Shapes, shapes.size()},
+                  {Count::Objects, countObjects(shapes)},
+                  {Count::Outdated, outdated},
+                  {Count::Unusable, unusable}};
+    presenter.showEnd(end);
+    return end.exitCode;
+}

@@ -1,0 +1,230 @@
+// What commands tell, as text for people.
+#include "TextPresenter.h"
+
+#include "ProjectPath.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int errorStatus = 2;
+
+QString counted(qsizetype count, const QString &one, const QString &many)
+{
+    return u"%1 %2"_s.arg(count).arg(count == 1 ? one : many);
+}
+
+Color colorOf(Severity severity)
+{
+    return severity == Severity::Obstacle ? Color::Red : Color::Yellow;
+}
+
+QString placeOf(const Finding &finding)
+{
+    const QString path = escaped(finding.path);
+    return finding.line > 0 ? u"%1:%2"_s.arg(path).arg(finding.line) : path;
+}
+
+QString stateOf(const ShapeReport &shape)
+{
+    if (!shape.isUsable())
+        return u"unusable"_s;
+    return shape.isOutdated ? u"outdated"_s : u"up to date"_s;
+}
+
+Color colorOf(const ShapeReport &shape)
+{
+    if (!shape.isUsable())
+        return Color::Red;
+    return shape.isOutdated ? Color::Yellow : Color::Plain;
+}
+
+Color colorOfDiffLine(const QByteArray &line)
+{
+    switch (line.at(0)) {
+    case '+':
+        return Color::Green;
+    case '-':
+        return Color::Red;
+    case '\\':
+        return Color::Dim;
+    default:
+        return Color::Plain;
+    }
+}
+
+QString changeLogText(const CommandEnd &end)
+{
+    if (end.isDryRun)
+        return u"none: a dry run writes none"_s;
+    const bool isWritten = !end.changeLogPath.isEmpty();
+    return isWritten ? escaped(end.changeLogPath)
+                     : u"none: it could not be written, or nothing was reported"_s;
+}
+
+TextTable reportTable()
+{
+    return TextTable({u"Status"_s, u"Image File"_s, u"Shape File"_s, u"Image-Object"_s, u"Shape-Object"_s,
+                      u"Prefix"_s, u"Error"_s});
+}
+
+TextTable shapeTable()
+{
+    TextTable table({u"Shape"_s, u"Objects"_s, u"Screens"_s, u"Place"_s, u"State"_s, u"Check"_s});
+    table.alignRight({1, 2});
+    return table;
+}
+
+} // namespace
+
+TextPresenter::TextPresenter(Output &output, Output &errorOutput, QString projectDir, Verbosity verbosity)
+    : m_output(output)
+    , m_errorOutput(errorOutput)
+    , m_projectDir(std::move(projectDir))
+    , m_verbosity(verbosity)
+    , m_progress(errorOutput, verbosity == Verbosity::Everything)
+    , m_reports(reportTable())
+    , m_shapes(shapeTable())
+{
+}
+
+void TextPresenter::showProgress(int count, int index)
+{
+    m_count = count;
+    m_index = index;
+    if (index == count)
+        m_progress.clear();
+}
+
+void TextPresenter::showFile(const QString &path)
+{
+    m_progress.show(m_count, m_index, path);
+}
+
+void TextPresenter::showFinding(const Finding &finding)
+{
+    m_progress.clear();
+    const QString severity = m_output.colored(severityName(finding.severity()), colorOf(finding.severity()));
+    m_output.printLine(
+        u"%1: %2: %3; %4"_s.arg(placeOf(finding), severity, escaped(finding.text), escaped(finding.advice)));
+    m_isSeparated = false;
+}
+
+void TextPresenter::showObstacles(const QList<Finding> &obstacles)
+{
+    for (const Finding &obstacle : obstacles) {
+        m_errorOutput.printLine(
+            u"%1: %2; %3"_s.arg(escaped(obstacle.path), escaped(obstacle.text), obstacle.advice));
+    }
+}
+
+void TextPresenter::showRefusal(const QList<Finding> &obstacles)
+{
+    m_errorOutput.printLine(m_errorOutput.colored(
+        u"Refused, nothing was touched: a run would lose or not convert the following."_s, Color::Red));
+    showObstacles(obstacles);
+    m_errorOutput.printLine(
+        u"%1; --force runs all the same."_s.arg(counted(obstacles.size(), u"obstacle"_s, u"obstacles"_s)));
+}
+
+void TextPresenter::showReport(const Converter::STBlock &report)
+{
+    m_reports.addRow({statusText(report.status), relativeTo(m_projectDir, report.imageFile), report.shapeFile,
+                      report.imageObject, report.shapeObject, report.initText, report.error},
+                     report.status == errorStatus ? Color::Red : Color::Plain);
+}
+
+void TextPresenter::showShape(const ShapeReport &shape)
+{
+    m_shapes.addRow({shape.name, QString::number(shape.objectCount), QString::number(shape.screenCount),
+                     shape.place, stateOf(shape), shape.error.isEmpty() ? u"valid"_s : shape.error},
+                    colorOf(shape));
+}
+
+void TextPresenter::showDiff(const FileDiff &diff)
+{
+    if (isQuiet())
+        return;
+    m_progress.clear();
+    printReports();
+    m_output.printLine(m_output.colored(u"--- "_s + escaped(diff.beforeName), Color::Bold));
+    m_output.printLine(m_output.colored(u"+++ "_s + escaped(diff.afterName), Color::Bold));
+    for (const DiffHunk &hunk : diff.hunks) {
+        m_output.printLine(m_output.colored(hunkHeader(hunk), Color::Dim));
+        for (const QByteArray &line : hunk.lines)
+            printDiffLine(line);
+    }
+    m_isSeparated = false;
+}
+
+void TextPresenter::printDiffLine(const QByteArray &line)
+{
+    const QString text = escaped(QString::fromLatin1(line));
+    const Color color = colorOfDiffLine(line);
+    m_output.printLine(color == Color::Plain ? text : m_output.colored(text, color));
+}
+
+void TextPresenter::showLogEntry(const LogEntry &entry)
+{
+    m_progress.clear();
+    const bool isAlert = entry.level == "alert"_L1;
+    const QString level = m_errorOutput.colored(entry.level, isAlert ? Color::Red : Color::Yellow);
+    m_errorOutput.printLine(u"%1: %2"_s.arg(level, escaped(entry.message)));
+}
+
+void TextPresenter::showEnd(const CommandEnd &end)
+{
+    m_progress.clear();
+    if (!isQuiet()) {
+        printReports();
+        printTable(m_shapes);
+        if (!m_isSeparated)
+            m_output.print(u"\n");
+        printTotals(end);
+    }
+    if (!end.message.isEmpty())
+        m_errorOutput.printLine(escaped(end.message));
+    printLosses(end.lostScreens);
+}
+
+void TextPresenter::printLosses(const QStringList &screens)
+{
+    for (const QString &screen : screens) {
+        m_errorOutput.printLine(
+            u"Missing: %1 is neither in \"scr\" nor reported; look for it in \"scr_bak\"."_s.arg(
+                escaped(screen)));
+    }
+}
+
+void TextPresenter::printReports()
+{
+    printTable(m_reports);
+    m_reports = reportTable();
+}
+
+void TextPresenter::printTable(const TextTable &table)
+{
+    if (table.isEmpty())
+        return;
+    table.print(m_output);
+    m_output.print(u"\n");
+    m_isSeparated = true;
+}
+
+void TextPresenter::printTotals(const CommandEnd &end)
+{
+    const auto printRow = [this](QLatin1StringView name, const QString &value) {
+        m_output.printLine(u"%1 %2"_s.arg(name, -13).arg(value));
+    };
+    qsizetype width = 0;
+    for (const CountValue &count : end.counts)
+        width = std::max(width, QString::number(count.value).size());
+    for (const CountValue &count : end.counts)
+        printRow(rowOf(count.count).label, QString::number(count.value).rightJustified(width));
+    if (!end.seconds)
+        return;
+    printRow("Seconds"_L1, QString::number(*end.seconds, 'f', 2));
+    printRow("Change log"_L1, changeLogText(end));
+}
