@@ -1,0 +1,413 @@
+// The main window.
+#include "Vantrel.h"
+
+#include "CGuiFunc.h"
+#include "ContentFit.h"
+#include "FilterNames.h"
+#include "Filters_UI.h"
+#include "SortingPause.h"
+#include "WatchFolderThread.h"
+#include "updUtils.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QMetaMethod>
+#include <QSettings>
+#include <QTextDocument>
+#include <QThread>
+#include <QUrl>
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A milestone of the program in the log.
+void logMilestone(const QString &text, int line)
+{
+    constexpr unsigned char systemLevel = 6;
+    Qel::Logger::instance()->out(systemLevel, text, "tools/Vantrel/Vantrel", line).endl();
+}
+
+/// How entries of a level look in the log table.
+struct LevelStyle
+{
+    QLatin1StringView level;
+    Qt::GlobalColor colour;
+    QFont::Weight weight;
+};
+
+constexpr std::array levelStyles{
+    LevelStyle{"emergency"_L1, Qt::red, QFont::Bold},    LevelStyle{"alert"_L1, Qt::red, QFont::Normal},
+    LevelStyle{"critical"_L1, Qt::magenta, QFont::Bold}, LevelStyle{"error"_L1, Qt::magenta, QFont::Normal},
+    LevelStyle{"warning"_L1, Qt::blue, QFont::Bold},     LevelStyle{"notice"_L1, Qt::blue, QFont::Normal},
+    LevelStyle{"system"_L1, Qt::blue, QFont::Normal},    LevelStyle{"info"_L1, Qt::black, QFont::Normal},
+};
+
+LevelStyle styleOf(const QString &level)
+{
+    const auto *style = std::find_if(levelStyles.begin(), levelStyles.end(),
+                                     [&](const LevelStyle &known) { return known.level == level; });
+    return style != levelStyles.end() ? *style : LevelStyle{{}, Qt::darkBlue, QFont::Normal};
+}
+
+void removeRows(QTableWidget &table)
+{
+    for (int row = table.rowCount() - 1; row >= 0; --row)
+        table.removeRow(row);
+}
+
+/// A tool tip takes a text for rich text if it looks like it; a file name may.
+QString asToolTip(const QString &text)
+{
+    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
+}
+
+QUrl fileUrl(const QString &path)
+{
+    const QString encodedPath = QString::fromLatin1(QUrl::toPercentEncoding(path, "/"));
+    return {u"file:///%1"_s.arg(encodedPath), QUrl::StrictMode};
+}
+
+/// Shows the wait cursor while it lives.
+class WaitCursor final
+{
+public:
+    WaitCursor()
+    {
+        QApplication::setOverrideCursor(Qt::WaitCursor);
+        showCursor();
+    }
+    ~WaitCursor()
+    {
+        QApplication::restoreOverrideCursor();
+        showCursor();
+    }
+    Q_DISABLE_COPY_MOVE(WaitCursor)
+
+private:
+    // What the user clicks meanwhile is for later: it must not act on half-collected names.
+    static void showCursor() { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); }
+};
+
+} // namespace
+
+Vantrel::Vantrel(QWidget *parent)
+    : QWidget(parent)
+{
+    ui.setupUi(this);
+    setUpWidgets();
+    restoreSettings();
+
+    guiFunc = std::make_unique<CGuiFunc>(ui);
+    converter = std::make_unique<Converter>();
+    watcher = std::make_unique<WatchFolderThread>(imageFolder());
+    connectSignals();
+
+    setUpTables();
+    Qel::Logger::registerLogListener(this);
+    logMilestone(u"====== Vantrel start ======"_s, __LINE__);
+}
+
+Vantrel::~Vantrel()
+{
+    stopWorker();
+    watcher.reset();
+    logMilestone(u"====== Vantrel end ======"_s, __LINE__);
+    Qel::Logger::unregisterLogListener(this);
+    saveSettings();
+    guiFunc.reset();
+    converter.reset();
+}
+
+void Vantrel::setUpWidgets() const
+{
+    ui.FileName->clear();
+    ui.FileName->setTextFormat(Qt::PlainText);
+    ui.progressBar->setRange(0, 100);
+    ui.progressBar->setValue(0);
+    // There is nothing to open before a run.
+    ui.btnChangedFiles->setEnabled(false);
+    ui.btnLog->setEnabled(false);
+}
+
+void Vantrel::setUpTables()
+{
+    // No column is marked as sorted before the user sorts one.
+    ui.rplShapeTable->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    ui.rplShapeTable->resizeColumnsToContents();
+
+    QTableWidget &table = *ui.logTable;
+    table.setColumnCount(3);
+    table.setHorizontalHeaderLabels({tr("Level"), tr("Date/Time"), tr("Message")});
+    table.verticalHeader()->hide();
+    table.setShowGrid(false);
+    table.setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table.setSelectionBehavior(QAbstractItemView::SelectRows);
+    table.horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    table.setSortingEnabled(true);
+    logTableFit = new ContentFit(table);
+}
+
+void Vantrel::connectSignals()
+{
+    connect(ui.btnStart, &QPushButton::clicked, this, &Vantrel::onBtnStartPressed);
+    connect(ui.btnBrowse, &QPushButton::clicked, this, &Vantrel::onBtnBrowsePressed);
+    connect(ui.btnClose, &QPushButton::clicked, qApp, &QCoreApplication::quit);
+    connect(ui.btnChangedFiles, &QPushButton::clicked, this, &Vantrel::onBtnChangedFilesPressed);
+    connect(ui.btnLog, &QPushButton::clicked, this, &Vantrel::onBtnLogPressed);
+    connect(ui.btnFilters, &QPushButton::clicked, this, &Vantrel::onBtnFiltersPressed);
+    connect(ui.lnProjectPath, &QLineEdit::textChanged, this, &Vantrel::onFolderPathChanged);
+
+    const Converter *worker = converter.get();
+    connect(worker, &Converter::sigProgressChanged, this, &Vantrel::onProgressChanged, Qt::QueuedConnection);
+    connect(worker, &Converter::sigConvertInfo, this, &Vantrel::onConvertInfo, Qt::QueuedConnection);
+    connect(worker, &Converter::sigConvertEnd, this, &Vantrel::onConvertEnd, Qt::QueuedConnection);
+    connect(worker, &Converter::sigUpdFileName, this, &Vantrel::onUpdFileName, Qt::QueuedConnection);
+    connect(this, &Vantrel::sigStartConvert, worker, &Converter::onStartConvert, Qt::QueuedConnection);
+    connect(this, &Vantrel::sigStopConvert, worker, &Converter::onStopConvert, Qt::QueuedConnection);
+    connect(watcher.get(), &WatchFolderThread::sigFolderChanged, this, &Vantrel::onFolderChanged,
+            Qt::QueuedConnection);
+}
+
+// --- Settings and leaving ---
+
+void Vantrel::restoreSettings()
+{
+    const QSettings settings(u"QEL"_s, u"Vantrel"_s);
+    resize(settings.value("size"_L1, QSize(800, 600)).toSize());
+    move(settings.value("pos"_L1, QPoint(200, 200)).toPoint());
+    ui.lnProjectPath->setText(settings.value("projDir"_L1, u"c:/velmorant/proj/velmora"_s).toString());
+}
+
+void Vantrel::saveSettings() const
+{
+    QSettings settings(u"QEL"_s, u"Vantrel"_s);
+    settings.setValue("pos"_L1, pos());
+    settings.setValue("size"_L1, size());
+    settings.setValue("projDir"_L1, ui.lnProjectPath->text());
+}
+
+void Vantrel::closeEvent(QCloseEvent *event)
+{
+    // The destructor waits for the run; this lets it end meanwhile.
+    converter->cancel();
+    QWidget::closeEvent(event);
+}
+
+/// Ends the run under way. One that is copying back already goes on to its end, and all that it
+/// has reported is shown and written to its change log.
+void Vantrel::stopWorker()
+{
+    converter->cancel();
+    QThread *thread = converter->thread();
+    thread->quit();
+    thread->wait();
+    QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+}
+
+// --- Runs ---
+
+void Vantrel::onBtnStartPressed()
+{
+    if (running)
+        cancelRun();
+    else
+        startRun();
+}
+
+void Vantrel::startRun()
+{
+    showRunning();
+    removeRows(*ui.logTable);
+    removeRows(*ui.rplShapeTable);
+    converter->setProjectDir(ui.lnProjectPath->text());
+    converter->setFilterNames(selectedFilterNames);
+    logMilestone(u"Start"_s, __LINE__);
+
+    ++endsToCome;
+    converter->announceStart();
+    Q_EMIT sigStartConvert();
+}
+
+void Vantrel::cancelRun()
+{
+    converter->cancel();
+    showIdle();
+}
+
+void Vantrel::onConvertEnd()
+{
+    if (endsEarlierRun())
+        logMilestone(u"End"_s, __LINE__);
+    else
+        showIdle();
+}
+
+/// Whether the converter tells the end of a cancelled run while a newer one is under way.
+bool Vantrel::endsEarlierRun()
+{
+    static const int endSignal = QMetaMethod::fromSignal(&Converter::sigConvertEnd).methodIndex();
+    if (sender() != converter.get() || senderSignalIndex() != endSignal)
+        return false;
+    endsToCome = std::max(endsToCome - 1, 0);
+    return running && endsToCome > 0;
+}
+
+void Vantrel::showRunning()
+{
+    ui.btnStart->setText(tr("Cancel"));
+    running = true;
+    for (QPushButton *button : {ui.btnBrowse, ui.btnClose, ui.btnChangedFiles, ui.btnLog})
+        button->setEnabled(false);
+}
+
+void Vantrel::showIdle()
+{
+    running = false;
+    ui.btnBrowse->setEnabled(true);
+    ui.btnClose->setEnabled(true);
+    ui.rplShapeTable->resizeColumnsToContents();
+    ui.btnStart->setText(tr("Start Update"));
+    // A run over no file at all leaves a range in which the bar only shows that it is busy.
+    if (ui.progressBar->maximum() == 0)
+        ui.progressBar->setMaximum(100);
+    ui.progressBar->setValue(0);
+    ui.FileName->clear();
+    ui.FileName->setToolTip({});
+    ui.btnChangedFiles->setEnabled(true);
+    ui.btnLog->setEnabled(true);
+    // A run removes the folder and makes it again: its watch has gone with it.
+    watcher->changeFolder(imageFolder());
+    logMilestone(u"End"_s, __LINE__);
+}
+
+void Vantrel::onProgressChanged(int max, int pos) const
+{
+    ui.progressBar->setMaximum(max);
+    ui.progressBar->setValue(pos);
+}
+
+void Vantrel::onUpdFileName(QString sFileName) const
+{
+    const QString text = tr("Searching in %1...").arg(sFileName);
+    ui.FileName->setText(text);
+    ui.FileName->setToolTip(asToolTip(text));
+}
+
+void Vantrel::onConvertInfo(const Converter::STBlock &block)
+{
+    guiFunc->addShapeRow(block);
+    guiFunc->writeChangeLog(block, converter->logFileName());
+}
+
+// --- Project and filters ---
+
+QString Vantrel::imageFolder() const
+{
+    return ui.lnProjectPath->text() + "/scr"_L1;
+}
+
+void Vantrel::onBtnBrowsePressed()
+{
+    const QString folder =
+        QFileDialog::getExistingDirectory(this, tr("Select Project"), ui.lnProjectPath->text(),
+                                          QFileDialog::ShowDirsOnly | QFileDialog::DontUseNativeDialog);
+    if (!folder.isEmpty())
+        ui.lnProjectPath->setText(folder);
+}
+
+void Vantrel::onFolderPathChanged()
+{
+    watcher->changeFolder(imageFolder());
+    selectedFilterNames.clear();
+    filterNamesStale = true;
+}
+
+void Vantrel::onFolderChanged()
+{
+    filterNamesStale = true;
+}
+
+void Vantrel::onBtnFiltersPressed()
+{
+    if (filterNamesStale)
+        collectNames();
+
+    Filters_UI dialog(&allFilterNames, &selectedFilterNames, this);
+    if (dialog.exec() == QDialog::Accepted)
+        selectedFilterNames = dialog.selectedNames();
+}
+
+void Vantrel::collectNames()
+{
+    const WaitCursor waitCursor;
+    QList<QFileInfo> imageFiles;
+    updUtils::findImageFiles(imageFolder(), imageFiles);
+
+    allFilterNames.clear();
+    for (const QFileInfo &imageFile : std::as_const(imageFiles))
+        collectFilterNames(imageFile.filePath(), &allFilterNames);
+    // The names may be others than those that the user chose from before.
+    selectedFilterNames = allFilterNames;
+    filterNamesStale = false;
+}
+
+// --- Files for the desktop ---
+
+void Vantrel::onBtnChangedFilesPressed()
+{
+    const QString path = converter->logFileName();
+    openFile(
+        path,
+        tr("File %1 does not exist anymore in the project folder %2").arg(path, ui.lnProjectPath->text()));
+}
+
+void Vantrel::onBtnLogPressed()
+{
+    const QString path = Qel::Logger::getLogFilePath();
+    openFile(path, tr("File %1 does not exist anymore").arg(path));
+}
+
+void Vantrel::openFile(const QString &path, const QString &missingText)
+{
+    if (QFileInfo(path).isFile()) {
+        QDesktopServices::openUrl(fileUrl(path));
+        return;
+    }
+    QMessageBox box(QMessageBox::Critical, tr("Vantrel Info"), missingText, QMessageBox::Ok, this);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+// --- Log view ---
+
+void Vantrel::handleMessage(QString level, QString time, QString message)
+{
+    const LevelStyle style = styleOf(level);
+    const QBrush brush(style.colour);
+    QFont font = ui.logTable->font();
+    font.setWeight(style.weight);
+
+    const int row = logRowsOnTop ? 0 : ui.logTable->rowCount();
+    ui.logTable->insertRow(row);
+    writeLogCell(0, font, brush, level);
+    writeLogCell(1, font, brush, time);
+    writeLogCell(2, font, brush, message);
+    logTableFit->fitAddedRow(row);
+}
+
+void Vantrel::writeLogCell(int column, const QFont &font, const QBrush &brush, const QString &text) const
+{
+    auto *item = new QTableWidgetItem(text);
+    item->setFont(font);
+    item->setForeground(brush);
+
+    const SortingPause pause(*ui.logTable);
+    ui.logTable->setItem(logRowsOnTop ? 0 : ui.logTable->rowCount() - 1, column, item);
+}

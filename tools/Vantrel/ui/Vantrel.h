@@ -1,0 +1,86 @@
+// The main window.
+#pragma once
+
+#include "Converter.h"
+#include "Logger.h"
+#include "ui_Vantrel.h"
+
+#include <QSet>
+#include <QString>
+#include <QWidget>
+
+#include <memory>
+
+class CGuiFunc;
+class ContentFit;
+class WatchFolderThread;
+
+/// Lets the user choose a project and shape files, starts and cancels runs of the converter, and
+/// shows their progress, reports and log entries. Keeps its place, size and project in the
+/// user's settings. Lives on the GUI thread; converter and watcher have threads of their own and
+/// speak to it by queued signals. Destroying it ends a run under way before its next file.
+class Vantrel : public QWidget, public Qel::Logger::LogListener
+{
+    Q_OBJECT
+
+public:
+    explicit Vantrel(QWidget *parent = nullptr);
+    ~Vantrel() override;
+
+    /// Adds a log entry to the log table, the newest on top, and fits the table to its contents.
+    void handleMessage(QString level, QString time, QString message) override;
+
+Q_SIGNALS:
+    void sigStartConvert();
+    void sigStopConvert();
+
+public Q_SLOTS:
+    void onProgressChanged(int max, int pos) const;
+    void onConvertInfo(const Converter::STBlock &block);
+    void onConvertEnd();
+    /// Starts a run, or cancels the one under way.
+    void onBtnStartPressed();
+    void onBtnBrowsePressed();
+    void onBtnChangedFilesPressed();
+    void onBtnLogPressed();
+    void onBtnFiltersPressed();
+    void onUpdFileName(QString sFileName) const;
+    void onFolderChanged();
+    void onFolderPathChanged();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+    // Open to derived windows, such as those of tests.
+    std::unique_ptr<Converter> converter;
+    std::unique_ptr<CGuiFunc> guiFunc;
+    Ui_VantrelClass ui;
+    bool running = false;
+    bool filterNamesStale = true; ///< to be collected again before they are offered
+    std::unique_ptr<WatchFolderThread> watcher;
+    QSet<QString> allFilterNames;
+    QSet<QString> selectedFilterNames; ///< what the converter receives at the next start
+    bool logRowsOnTop = true;
+
+private:
+    void restoreSettings();
+    void saveSettings() const;
+    void setUpWidgets() const;
+    void setUpTables();
+    void connectSignals();
+    void stopWorker();
+
+    void startRun();
+    void cancelRun();
+    void showRunning();
+    void showIdle();
+    bool endsEarlierRun();
+
+    void collectNames();
+    void writeLogCell(int column, const QFont &font, const QBrush &brush, const QString &text) const;
+    void openFile(const QString &path, const QString &missingText);
+    QString imageFolder() const;
+
+    ContentFit *logTableFit = nullptr; ///< belongs to the log table
+    int endsToCome = 0;                ///< runs that were started and have not told their end
+};
