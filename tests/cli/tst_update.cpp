@@ -148,6 +148,7 @@ private Q_SLOTS:
 
     void stopsAtASignal_data();
     void stopsAtASignal();
+    void goesOnWhereASignalIsIgnored();
     void tellsTheFirstOfTwoSignals();
     void stopsBeforeTheFirstFile();
     void endsTheRunDespiteASignalAfterTheLastFile();
@@ -1006,6 +1007,18 @@ void TestUpdate::stopsAtASignal()
     QCOMPARE(describeTree(project.path(u"scr"_s)), screens);
     QCOMPARE(project.files(u"scr_temp"_s), QStringList({u"a.psc"_s, u"b.psc"_s}));
     QVERIFY(!project.exists(u"scr_bak"_s));
+}
+
+void TestUpdate::goesOnWhereASignalIsIgnored()
+{
+    WaitingPlant plant;
+    CliRun run;
+    run.setSignalIgnored(SIGHUP);
+    run.start(updateOf(plant.project()));
+    QVERIFY(plant.waitForRun());
+    run.sendSignalAtOnce(SIGHUP);
+    plant.deliverShape();
+    COMPARE_EXIT_CODE(run.finish(), Done);
 }
 
 void TestUpdate::tellsTheFirstOfTwoSignals()

@@ -38,6 +38,9 @@ void TestProgram::init()
 {
     forgetSettings();
     QFile::remove(logFile());
+    // The program leaves a signal alone that it is started with ignored, as by nohup.
+    for (const int signal : {SIGTERM, SIGHUP, SIGINT})
+        std::signal(signal, SIG_DFL);
 }
 
 void TestProgram::endsInGoodOrderOnSignals_data()

@@ -392,9 +392,7 @@ void Converter::replaceObject(QIODevice &tempFile, WorkLists &work, STBlock &obj
         return;
     }
     const STBlock &shape = shapeFile.shape;
-    placeShapeLines(work.shapeLines, object, shape);
-    const QPoint shift = displacementOf(object.rect, shape.rect).centre;
-    rebaseShapeLines(work.shapeLines, shape.imageObject, object.initText, shift.x(), shift.y());
+    fitShapeLines(work.shapeLines, object, shape);
 
     object.shapeObject = shape.imageObject;
     writeLines(tempFile, work.shapeLines, 0, work.shapeLines.size() - 1);
@@ -660,6 +658,13 @@ void Converter::rebaseShapeLines(QStringList &lines, const QString &fromPrefix, 
         .fromPrefix = fromPrefix, .toPrefix = toPrefix, .xShift = xShift, .yShift = yShift};
     for (QString &line : lines)
         rebaseLine(line, rebasing);
+}
+
+void Converter::fitShapeLines(QStringList &lines, const STBlock &object, const STBlock &shape)
+{
+    placeShapeLines(lines, object, shape);
+    const QPoint shift = displacementOf(object.rect, shape.rect).centre;
+    rebaseShapeLines(lines, shape.imageObject, object.initText, shift.x(), shift.y());
 }
 
 void Converter::reportShapeFileError(QIODevice &output, STBlock &object, const QStringList &imageLines,

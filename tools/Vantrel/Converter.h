@@ -120,6 +120,8 @@ public:
     /// Moves the file references of a shape's lines to another prefix, and its axes by the shifts.
     void rebaseShapeLines(QStringList &lines, const QString &fromPrefix, const QString &toPrefix, int xShift,
                           int yShift);
+    /// Makes a shape's lines those that take the place of `object`: places and rebases them.
+    void fitShapeLines(QStringList &lines, const STBlock &object, const STBlock &shape);
     /// Reports and logs an object whose shape cannot be used, and writes the object's own lines.
     /// The object's record becomes an error; the shape's name joins `failedShapeFiles` once.
     void reportShapeFileError(QIODevice &output, STBlock &object, const QStringList &imageLines,

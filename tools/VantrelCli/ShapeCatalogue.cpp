@@ -1,8 +1,6 @@
 // The shapes of a project's library as a run sees them.
 #include "ShapeCatalogue.h"
 
-#include "ShapePlacement.h"
-
 #include <QFileInfo>
 
 #include <algorithm>
@@ -62,9 +60,7 @@ void ShapeCatalogue::check(CatalogueShape &shape)
 QStringList ShapeCatalogue::replacementFor(const Converter::STBlock &object, const CatalogueShape &shape)
 {
     QStringList lines = shape.lines;
-    m_converter.placeShapeLines(lines, object, shape.record);
-    const QPoint shift = displacementOf(object.rect, shape.record.rect).centre;
-    m_converter.rebaseShapeLines(lines, shape.record.imageObject, object.initText, shift.x(), shift.y());
+    m_converter.fitShapeLines(lines, object, shape.record);
     return lines;
 }
 

@@ -105,6 +105,9 @@ void CliRun::start(const QStringList &arguments)
 {
     // Runs in the new process, where little else than these calls is safe.
     m_process.setChildProcessModifier([this] {
+        // Whatever the tests were started with: the program leaves ignored signals alone.
+        for (const int number : {SIGINT, SIGTERM, SIGHUP})
+            ::signal(number, number == m_ignoredSignal ? SIG_IGN : SIG_DFL);
         exchangeStream(m_isInputClosed ? closedStream : captured, STDIN_FILENO);
         exchangeStream(m_outputDescriptor, STDOUT_FILENO);
         exchangeStream(m_errorDescriptor, STDERR_FILENO);

@@ -40,6 +40,9 @@ public:
     /// Lets file permissions hold for the program where the superuser runs it, too.
     void setPermissionsHold() { m_permissionsHold = true; }
 
+    /// Starts the program with this signal ignored, as nohup does with SIGHUP.
+    void setSignalIgnored(int number) { m_ignoredSignal = number; }
+
     CliResult execute(const QStringList &arguments);
 
     /// The same in two steps, for tests that do something in between.
@@ -67,6 +70,7 @@ private:
     int m_errorDescriptor = captured;
     bool m_isInputClosed = false;
     bool m_permissionsHold = false;
+    int m_ignoredSignal = 0;
 };
 
 /// The text with what differs from run to run replaced: the project's path by "<project>", the
