@@ -35,9 +35,7 @@ bool canBeRemoved(const QString &folder)
 {
     namespace fs = std::filesystem;
     const fs::path root(QFile::encodeName(folder).toStdString());
-    const auto isWritable = [](const fs::path &path) {
-        return isAllowed(path.c_str(), R_OK | W_OK | X_OK);
-    };
+    const auto isWritable = [](const fs::path &path) { return isAllowed(path.c_str(), R_OK | W_OK | X_OK); };
     if (!isWritable(root.parent_path()) || !isWritable(root))
         return false;
 
