@@ -449,7 +449,7 @@ Logger::Logger()
 
 Logger::~Logger() = default;
 
-Logger *Logger::instance() noexcept
+Logger *Logger::instance()
 {
     // Never deleted, because destructors of static objects log too.
     static Logger *const logger = new Logger;

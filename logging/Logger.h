@@ -41,7 +41,8 @@ private:
     Draft *m_draft = nullptr;
 };
 
-/// The process-wide log. Every operation may be called from any thread, and none lets an exception out.
+/// The process-wide log. Every operation may be called from any thread, and none lets an exception out;
+/// only the very first call of instance() needs memory that may be missing.
 ///
 /// Entries reach the file and every listener in one order, the order in which they were completed.
 /// A log file that cannot be written is told once on stderr and otherwise left out; nobody waits for it.
@@ -71,7 +72,7 @@ public:
     Logger &operator=(const Logger &) = delete;
 
     /// Returns the one logger. It is never null and stays usable in destructors of static objects.
-    static Logger *instance() noexcept;
+    static Logger *instance();
 
     /// Begins an entry; an entry that this thread has begun and not completed is dropped.
     ///

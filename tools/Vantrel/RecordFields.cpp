@@ -63,9 +63,11 @@ std::optional<int> plainNumber(QStringView field)
 RecordLine::RecordLine(QStringView line)
 {
     auto field = line.begin();
-    for (auto separator = field; (separator = std::find(field, line.end(), fieldSeparator)) != line.end();
-         field = separator + 1) {
+    auto separator = std::find(field, line.end(), fieldSeparator);
+    while (separator != line.end()) {
         m_fields.append(QStringView(field, separator));
+        field = separator + 1;
+        separator = std::find(field, line.end(), fieldSeparator);
     }
     m_fields.append(QStringView(field, line.end()));
 }
