@@ -246,13 +246,15 @@ void TestUpdate::keepsTheScreensOfOneRunAsBackup()
 
 // --- Refused ---
 
-void TestUpdate::refusesWhatARunWouldLose_data()
+namespace {
+
+void row(const char *name, Preparation prepare, const QByteArray &obstacle)
 {
-    QTest::addColumn<Preparation>("prepare");
-    QTest::addColumn<QByteArray>("obstacle");
-    const auto row = [](const char *name, Preparation prepare, const QByteArray &obstacle) {
-        QTest::newRow(name) << prepare << obstacle;
-    };
+    QTest::newRow(name) << prepare << obstacle;
+}
+
+void addFolderRows()
+{
     const QByteArray noFolder =
         "scr: there is no such folder; choose a project directory, which holds \"scr\"";
     row(
@@ -267,7 +269,10 @@ void TestUpdate::refusesWhatARunWouldLose_data()
         "file in place of the temp folder",
         [](const TestProject &project) { project.write(u"scr_temp"_s, "no folder"); },
         "scr_temp: it is no folder, so that a run could not make one; move it away");
+}
 
+void addFileRows()
+{
     const QByteArray noImageFile =
         ": a run would lose this file: it is no image file; move it out of \"scr\"";
     row(
@@ -292,7 +297,14 @@ void TestUpdate::refusesWhatARunWouldLose_data()
         "screen in a hidden folder",
         [](const TestProject &project) { project.write(u"scr/.old/b.psc"_s, SmallPlant::plainScreen()); },
         "scr/.old/b.psc" + noImageFile);
+    row(
+        "name with control characters",
+        [](const TestProject &project) { project.write(u"scr/a\x1b[2J\nb.txt"_s, "x"); },
+        "scr/a\\x1b[2J\\nb.txt" + noImageFile);
+}
 
+void addLinkRows()
+{
     const QByteArray link = ": a run would replace this link by what it leads to, or lose it; move it out of "
                             "\"scr\", or replace it by its files";
     row(
@@ -308,7 +320,10 @@ void TestUpdate::refusesWhatARunWouldLose_data()
     row(
         "link to nothing", [](const TestProject &project) { project.link(u"gone.psc"_s, u"scr/b.psc"_s); },
         "scr/b.psc" + link);
+}
 
+void addScreenRows()
+{
     row(
         "screen with too short a line",
         [](const TestProject &project) { project.write(u"scr/b.psc"_s, SmallPlant::invalidScreen()); },
@@ -336,10 +351,18 @@ void TestUpdate::refusesWhatARunWouldLose_data()
             QVERIFY(::close(::creat(path.constData(), 0600)) == 0);
         },
         "scr/b\xEF\xBF\xBD.psc: its name is not valid UTF-8, so that a run would not see it; rename it");
-    row(
-        "name with control characters",
-        [](const TestProject &project) { project.write(u"scr/a\x1b[2J\nb.txt"_s, "x"); },
-        "scr/a\\x1b[2J\\nb.txt" + noImageFile);
+}
+
+} // namespace
+
+void TestUpdate::refusesWhatARunWouldLose_data()
+{
+    QTest::addColumn<Preparation>("prepare");
+    QTest::addColumn<QByteArray>("obstacle");
+    addFolderRows();
+    addFileRows();
+    addLinkRows();
+    addScreenRows();
 }
 
 void TestUpdate::refusesWhatARunWouldLose()
@@ -1060,7 +1083,7 @@ void TestUpdate::stopsBeforeTheFirstFile()
 void TestUpdate::endsTheRunDespiteASignalAfterTheLastFile()
 {
     constexpr int screens = 50;
-    const QByteArray shapeFile = "gone" + QByteArray(Pipe::capacity / screens * 2, 'e') + ".plb";
+    const QByteArray shapeFile = "gone" + QByteArray(qsizetype{2} * Pipe::capacity / screens, 'e') + ".plb";
     const TestProject project;
     SmallPlant::makeIn(project);
     for (int number = 0; number < screens; ++number)

@@ -48,7 +48,7 @@ QString besides(Rebase kind)
     case Rebase::EachEntry:
         return u"and %1, %2, %3, ... for n entries"_s.arg(Entries::firstReference)
             .arg(Entries::firstReference + Entries::fieldsOfEntry)
-            .arg(Entries::firstReference + 2 * Entries::fieldsOfEntry);
+            .arg(Entries::firstReference + qsizetype{2} * Entries::fieldsOfEntry);
     case Rebase::ShiftAcross:
     case Rebase::ShiftDown:
         return u"and %1 where they hold a `:`; then %2 are moved %3"_s.arg(

@@ -94,6 +94,7 @@ void logOnOtherThread(const QString &message)
 void logOnManyThreads(int threadCount, int entryCount, const std::function<void()> &meanwhile = {})
 {
     std::vector<std::thread> threads;
+    threads.reserve(static_cast<std::size_t>(threadCount));
     std::atomic<int> ready = 0;
     for (int thread = 0; thread < threadCount; ++thread) {
         threads.emplace_back([=, &ready] {
@@ -679,7 +680,7 @@ void TestLogger::keepsOneOrderForFileAndListeners()
         for (int entry = 0; entry < entryCount; ++entry)
             log(u"%1:%2"_s.arg(threadCount).arg(entry));
     });
-    QTRY_COMPARE(first.received.size(), std::size_t{(threadCount + 1) * entryCount});
+    QTRY_COMPARE(first.received.size(), std::size_t{threadCount + 1} * entryCount);
 
     QVERIFY(areCompleteAndOrdered(first.messages(), threadCount + 1, entryCount));
     QCOMPARE(first.lines(), linesOf(Logger::getLogFilePath()).mid(before));

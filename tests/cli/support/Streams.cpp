@@ -53,7 +53,7 @@ bool Stream::hasArrivals() const
     return ::ioctl(m_readEnd, FIONREAD, &size) == 0 && size > 0;
 }
 
-QByteArray Stream::readToEnd()
+QByteArray Stream::readToEnd() const
 {
     QByteArray text;
     const bool ended = QTest::qWaitFor(

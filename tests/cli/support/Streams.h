@@ -19,7 +19,7 @@ public:
     /// Whether the program has written something that nobody has read yet.
     bool hasArrivals() const;
     /// Everything until the last writer has gone away.
-    QByteArray readToEnd();
+    QByteArray readToEnd() const;
 
 protected:
     Stream() = default;
