@@ -452,7 +452,7 @@ Logger::~Logger() = default;
 Logger *Logger::instance()
 {
     // Never deleted, because destructors of static objects log too.
-    static Logger *const logger = new Logger;
+    static auto *const logger = new Logger;
     return logger;
 }
 
