@@ -2,25 +2,25 @@
 #include "Converter.h"
 
 #include "Backup.h"
-#include "LineReader.h"
+#include "FileIo.h"
+#include "FileLines.h"
+#include "LineCheck.h"
 #include "Logger.h"
 #include "ObjectCutter.h"
-#include "RecordGrammar.h"
-#include "RectangleReader.h"
 #include "Remembered.h"
 #include "ShapeLibrary.h"
+#include "ShapeLines.h"
 #include "ShapePlacement.h"
-#include "WrapArithmetic.h"
+#include "ShapeReferences.h"
 #include "updUtils.h"
 
 #include <QDateTime>
-#include <QFile>
 #include <QMutexLocker>
 
+#include <cerrno>
 #include <exception>
 
 using namespace Qt::StringLiterals;
-using RecordGrammar::LineKind;
 
 /// What a run knows of a shape file.
 struct Converter::ShapeFile
@@ -28,7 +28,7 @@ struct Converter::ShapeFile
     bool isReadable = false;
     bool isValid = false;
     QString errorText;
-    QStringList lines;
+    ShapeLines lines;
     STBlock shape;
 };
 
@@ -39,17 +39,20 @@ struct Converter::Run
     QSet<QString> filterNames;
     FolderCreation folderCreation = FolderCreation::OneLevel;
     std::shared_ptr<ShapeLibrary> library;
-    QHash<QString, ShapeFile> shapes;
+    QHash<QString, ShapeFile> shapes; ///< by name
     QStringList failedShapeFiles;
+    TextBuffer<char> output; ///< of the image file under conversion
 
     QString imageFolder() const { return projectDir + "/scr"_L1; }
 };
 
 /// What the conversion of one image file works on.
-struct Converter::WorkLists
+struct Converter::ImageFile
 {
-    QStringList imageLines;
-    QStringList shapeLines; ///< of the shape used last
+    QString path;
+    unsigned mode = 0;
+    QByteArray bytes;
+    FileLines lines;
     QList<STBlock> objects;
 };
 
@@ -65,8 +68,7 @@ constexpr int shapeFileErrorLine = 1620;
 constexpr int copyBackErrorLine = 1688;
 constexpr int runErrorLine = 1700;
 
-/// Where a record's position is not known.
-constexpr QPoint noPosition{-99999, -99999};
+constexpr auto couldNotOpenImageFile = "Could not open Image File"_L1;
 
 enum LogLevel : unsigned char { Alert = 1, FileError = 3 };
 
@@ -82,45 +84,36 @@ QString inTempFolder(QString path)
     return path.replace("/scr"_L1, "/scr_temp"_L1, Qt::CaseSensitive);
 }
 
-/// One character one byte; what Latin-1 does not have becomes '?'.
-char *encode(QStringView text, char *out)
+void appendLines(const FileLines &lines, const Converter::STBlock &range, TextBuffer<char> &out)
 {
-    constexpr char16_t lastOfLatin1 = 0xff;
-    return std::transform(text.utf16(), text.utf16() + text.size(), out, [](char16_t character) {
-        return character <= lastOfLatin1 ? static_cast<char>(character) : '?';
-    });
-}
-
-void writeLines(QIODevice &output, const QStringList &lines, qsizetype first, qsizetype last)
-{
-    first = std::max<qsizetype>(first, 0);
-    last = std::min(last, lines.size() - 1);
-    qsizetype size = 0;
-    for (qsizetype index = first; index <= last; ++index)
-        size += lines.at(index).size() + 1;
-
-    QByteArray bytes(size, Qt::Uninitialized);
-    char *out = bytes.data();
-    for (qsizetype index = first; index <= last; ++index) {
-        out = encode(lines.at(index), out);
-        *out++ = '\n';
+    const auto last = std::min<qsizetype>(range.lastLine, lines.size() - 1);
+    for (qsizetype index = std::max(range.firstLine, 0); index <= last; ++index) {
+        out.append(lines.at(index));
+        out.append('\n');
     }
-    output.write(bytes);
 }
 
-void writeObject(QIODevice &output, const QStringList &imageLines, const Converter::STBlock &object)
+void writeLines(QIODevice &output, const QStringList &lines, const Converter::STBlock &range)
 {
-    writeLines(output, imageLines, object.firstLine, object.lastLine);
-}
-
-QString tooFewParameters(bool imageFile, bool exact)
-{
-    if (imageFile) {
-        return exact ? u"Image File [line %1]: %2... not enough parameters (must be == %3)"_s
-                     : u"Image File [line %1]: %2... not enough parameters (must be >= %3)"_s;
+    const auto last = std::min<qsizetype>(range.lastLine, lines.size() - 1);
+    TextBuffer<char> bytes;
+    for (qsizetype index = std::max(range.firstLine, 0); index <= last; ++index) {
+        bytes.append(QStringView(lines.at(index)));
+        bytes.append('\n');
     }
-    return exact ? u"Shape File [line %1]: %2... not enough parameters (must be == %3)"_s
-                 : u"Shape File [line %1]: %2... not enough parameters (must be >= %3)"_s;
+    output.write(bytes.data(), bytes.size());
+}
+
+/// The lines of a shape file from its first section on; `offset` becomes the index of that line
+/// in the file, -1 where there is none.
+FileLines fromFirstSection(FileLines lines, int &offset)
+{
+    int first = 0;
+    while (first < lines.size() && lines.kindAt(first) != RecordGrammar::LineKind::Section)
+        ++first;
+    offset = first < lines.size() ? first : -1;
+    lines.removeFirst(first);
+    return lines;
 }
 
 } // namespace
@@ -256,6 +249,7 @@ void Converter::convertProject()
             .library = std::make_shared<ShapeLibrary>(m_projectDir),
             .shapes = {},
             .failedShapeFiles = {},
+            .output = {},
         });
     }
 
@@ -320,47 +314,74 @@ bool Converter::retryCopyBack(const QList<QFileInfo> &originals)
 
 void Converter::convertImageFile(const QString &imageFile, const QString &tempFile)
 {
-    WorkLists work;
+    ImageFile image{.path = imageFile, .bytes = {}, .lines = {}, .objects = {}};
     QString errorText;
-    if (!readImageFile(imageFile, work.imageLines, errorText)) {
-        readShapeReferences(work.imageLines, work.objects);
+    if (!takeApart(image, errorText)) {
         reportImageFileError(imageFile, errorText);
         return;
     }
-    if (!checkImageLines(work.imageLines, errorText) ||
-        !splitObjects(imageFile, work.imageLines, work.objects)) {
-        reportImageFileError(imageFile, errorText);
-        return;
-    }
-    gatherScatteredParts(work.imageLines, work.objects);
-    readShapeReferences(work.imageLines, work.objects);
-
     const auto isCandidate = [](const STBlock &object) { return object.replace; };
-    if (std::none_of(work.objects.cbegin(), work.objects.cend(), isCandidate)) {
+    if (std::none_of(image.objects.cbegin(), image.objects.cend(), isCandidate)) {
         reportFile(imageFile, NotReplaced, {});
-        QFile::copy(imageFile, tempFile);
-        return;
+        copyUnchanged(image, tempFile);
+    } else {
+        writeConverted(image, tempFile);
     }
-
-    QFile output(tempFile);
-    if (!output.open(QIODevice::WriteOnly | QIODevice::Text)) {
-        errorText = u"Could not open Temp File %1"_s.arg(tempFile);
-        reportFile(imageFile, Error, errorText);
-        logMessage(FileError, errorText, tempFileErrorLine);
-        return;
-    }
-    writeObjects(output, work);
-    output.close();
 }
 
-void Converter::writeObjects(QIODevice &tempFile, WorkLists &work)
+/// Reads an image file and cuts it into objects.
+bool Converter::takeApart(ImageFile &image, QString &errorText)
 {
-    for (STBlock &object : work.objects) {
-        if (isChosen(object))
-            replaceObject(tempFile, work, object);
-        else
-            writeObject(tempFile, work.imageLines, object);
+    const std::optional<FileContent> content = readFile(image.path);
+    if (!content) {
+        errorText = couldNotOpenImageFile;
+        return false;
     }
+    image.bytes = content->bytes;
+    image.mode = content->mode;
+    image.lines = FileLines(image.bytes);
+    if (!checkLines(image.lines, {.kind = FileKind::Image}, errorText))
+        return false;
+    ObjectCutter(image.path, image.lines, image.objects).cut();
+    gatherParts(image.lines, image.objects);
+    readReferences(image.lines, image.objects);
+    return true;
+}
+
+/// Where its folder is missing, or a file lies there already, nothing is written.
+void Converter::copyUnchanged(const ImageFile &image, const QString &tempFile)
+{
+    FileWriter file = FileWriter::creating(tempFile, image.mode);
+    const bool isSkipped = !file.isOpen() && (file.error() == ENOENT || file.error() == EEXIST);
+    const bool isWritten = file.isOpen() && file.write(image.bytes.constData(), image.bytes.size());
+    if (!isSkipped && !isWritten)
+        reportTempFileError(image.path, u"Could not write Temp File %1"_s.arg(tempFile), file.error());
+}
+
+void Converter::writeConverted(ImageFile &image, const QString &tempFile)
+{
+    FileWriter file = FileWriter::overwriting(tempFile);
+    if (!file.isOpen()) {
+        reportTempFileError(image.path, u"Could not open Temp File %1"_s.arg(tempFile), 0);
+        return;
+    }
+    m_run->output.clear();
+    for (STBlock &object : image.objects) {
+        if (isChosen(object))
+            replaceObject(image, object);
+        else
+            appendLines(image.lines, object, m_run->output);
+    }
+    if (!file.write(m_run->output.data(), m_run->output.size()))
+        reportTempFileError(image.path, u"Could not write Temp File %1"_s.arg(tempFile), file.error());
+}
+
+/// The log tells the reason too, where there is one to tell.
+void Converter::reportTempFileError(const QString &imageFile, const QString &message, int reason)
+{
+    reportFile(imageFile, Error, message);
+    logMessage(FileError, reason == 0 ? message : message + ": "_L1 + qt_error_string(reason),
+               tempFileErrorLine);
 }
 
 bool Converter::isChosen(const STBlock &object) const
@@ -368,34 +389,25 @@ bool Converter::isChosen(const STBlock &object) const
     return object.replace && m_run->filterNames.contains(object.shapeFile.toLower());
 }
 
-void Converter::replaceObject(QIODevice &tempFile, WorkLists &work, STBlock &object)
+void Converter::replaceObject(const ImageFile &image, STBlock &object)
 {
+    TextBuffer<char> &output = m_run->output;
     const auto keepObject = [&](const QString &shapeName, const QString &errorText) {
-        reportShapeFileError(tempFile, object, work.imageLines, shapeName, errorText,
-                             m_run->failedShapeFiles);
+        reportUnusableShape(object, shapeName, errorText, m_run->failedShapeFiles);
+        appendLines(image.lines, object, output);
     };
-    const QString shapePath = m_run->library->path(object.shapeFile);
-
-    // The lines of the shape before this one are placed once more before they are exchanged.
-    STBlock formerShape;
-    parseShapeLines(work.shapeLines, formerShape);
-    placeShapeLines(work.shapeLines, object, formerShape);
-
-    const ShapeFile &shapeFile = openedShape(shapePath);
+    const ShapeFile &shapeFile = openedShape(object.shapeFile);
     if (!shapeFile.isReadable) {
         keepObject(object.shapeFile, shapeFile.errorText);
         return;
     }
-    work.shapeLines = shapeFile.lines;
     if (!shapeFile.isValid) {
-        keepObject(shapePath, shapeFile.errorText);
+        keepObject(m_run->library->path(object.shapeFile), shapeFile.errorText);
         return;
     }
     const STBlock &shape = shapeFile.shape;
-    fitShapeLines(work.shapeLines, object, shape);
-
+    shapeFile.lines.appendFitted(object, shape, output);
     object.shapeObject = shape.imageObject;
-    writeLines(tempFile, work.shapeLines, 0, work.shapeLines.size() - 1);
     Q_EMIT sigConvertInfo(object);
     for (const QString &icon : std::as_const(shape.missingIcons))
         keepObject(icon, u"Ikon %1 does not exist"_s.arg(icon));
@@ -403,16 +415,32 @@ void Converter::replaceObject(QIODevice &tempFile, WorkLists &work, STBlock &obj
 
 /// A shape file as objects are replaced by it: opened, checked and parsed when the run first
 /// comes to it.
-const Converter::ShapeFile &Converter::openedShape(const QString &path)
+const Converter::ShapeFile &Converter::openedShape(const QString &name)
 {
-    return remembered(m_run->shapes, path, [&] {
+    return remembered(m_run->shapes, name, [&] {
         ShapeFile file;
-        file.isReadable = openShapeFile(path, file.lines, file.errorText);
-        file.isValid = file.isReadable && checkShapeLines(file.lines, file.errorText);
-        if (file.isValid)
-            parseShapeLines(file.lines, file.shape);
+        const std::optional<FileLines> lines = readShape(m_run->library->path(name), file.errorText);
+        file.isReadable = lines.has_value();
+        file.isValid =
+            file.isReadable && checkLines(*lines, {FileKind::Shape, shapeLineOffset}, file.errorText);
+        if (file.isValid) {
+            parseShape(*lines, *m_run->library, file.shape);
+            file.lines = ShapeLines(*lines);
+        }
         return file;
     });
+}
+
+/// The lines of a shape from its first section on.
+std::optional<FileLines> Converter::readShape(const QString &path, QString &errorText)
+{
+    const bool isCatalogue = path.contains(".cat"_L1);
+    const std::optional<FileContent> content = isCatalogue ? std::nullopt : readFile(path);
+    if (!content) {
+        errorText = u"Could not open Shape File"_s;
+        return std::nullopt;
+    }
+    return fromFirstSection(FileLines(content->bytes), shapeLineOffset);
 }
 
 void Converter::clearBlock(STBlock &block)
@@ -444,31 +472,20 @@ void Converter::reportFile(const QString &imageFile, int status, const QString &
 
 bool Converter::readImageFile(const QString &path, QStringList &lines, QString &errorText)
 {
-    std::optional<QStringList> read = readLines(path);
-    if (!read) {
-        errorText = u"Could not open Image File"_s;
+    const std::optional<FileContent> content = readFile(path);
+    if (!content) {
+        errorText = couldNotOpenImageFile;
         return false;
     }
-    lines = *std::move(read);
+    lines = FileLines(content->bytes).toStringList();
     return true;
 }
 
 bool Converter::checkFieldCount(const QString &tag, int present, int required, QString &errorText,
                                 int lineIndex, bool imageFile) const
 {
-    errorText.clear();
-    const bool exact = tag == "PNT"_L1;
-    if (exact ? present == required : present >= required)
-        return true;
-
-    const int offset = imageFile ? 0 : shapeLineOffset;
-    const int line = Wrap::add(Wrap::add(offset, lineIndex), 1);
-    const bool tooMany = present > required;
-    const bool tooFewPoints = exact && !tooMany;
-    // With too few points the line is counted from the one already counted.
-    const int shownLine = tooFewPoints ? Wrap::add(Wrap::add(offset, line), 1) : line;
-    errorText = tooFewParameters(imageFile, tooMany).arg(shownLine).arg(tag).arg(required);
-    return tooMany;
+    return ::checkFieldCount(tag, present, required, errorText, lineIndex,
+                             {imageFile ? FileKind::Image : FileKind::Shape, shapeLineOffset});
 }
 
 void Converter::reportImageFileError(const QString &path, QString &message)
@@ -480,50 +497,12 @@ void Converter::reportImageFileError(const QString &path, QString &message)
 
 bool Converter::checkImageLines(const QStringList &lines, QString &errorText)
 {
-    return checkLines(lines, errorText, true);
+    return checkLines(lines, {.kind = FileKind::Image}, errorText);
 }
 
 bool Converter::checkShapeLines(const QStringList &lines, QString &errorText)
 {
-    return checkLines(lines, errorText, false);
-}
-
-bool Converter::checkLines(const QStringList &lines, QString &errorText, bool imageFile)
-{
-    const auto rules = imageFile ? RecordGrammar::imageCheckRules : RecordGrammar::shapeCheckRules;
-    for (int index = 0; index < lines.size(); ++index) {
-        const QStringView line = lines.at(index);
-        const RecordGrammar::CheckRule *rule = RecordGrammar::ruleFor(line, rules);
-        if (rule != nullptr && !checkLine(*rule, line, errorText, index, imageFile))
-            return false;
-    }
-    return true;
-}
-
-bool Converter::checkLine(const RecordGrammar::CheckRule &rule, QStringView line, QString &errorText,
-                          int index, bool imageFile) const
-{
-    using RecordGrammar::FieldRule;
-    // The tags live as long as the program.
-    const QString tag = QString::fromRawData(rule.messageTag.data(), rule.messageTag.size());
-    const int required = imageFile ? rule.imageFields : rule.shapeFields;
-    const auto fields = static_cast<int>(fieldCount(line));
-    const auto countedRecords = [line] { return toNumber(fieldAt(line, RecordGrammar::counter)); };
-
-    switch (rule.rule) {
-    case FieldRule::AtLeast:
-        return checkFieldCount(tag, fields, required, errorText, index, imageFile);
-    case FieldRule::Points:
-        return checkFieldCount(tag, fields - required, Wrap::multiply(2, countedRecords()), errorText, index,
-                               imageFile);
-    case FieldRule::Entries:
-        return checkFieldCount(tag, fields, required, errorText, index, imageFile) &&
-               checkFieldCount(
-                   tag, fields,
-                   Wrap::multiply(RecordGrammar::Entries::fieldsOfEntry, Wrap::add(countedRecords(), 1)),
-                   errorText, index, imageFile);
-    }
-    return true;
+    return checkLines(lines, {FileKind::Shape, shapeLineOffset}, errorText);
 }
 
 bool Converter::splitObjects(const QString &imageFile, const QStringList &lines, QList<STBlock> &objects)
@@ -538,126 +517,58 @@ void Converter::gatherScatteredParts(QStringList &lines, QList<STBlock> &objects
     gatherParts(lines, objects);
 }
 
-namespace {
-
-void readLibraryReference(QStringView line, Converter::STBlock &object)
-{
-    const RecordLine fields(line);
-    object.shapeFile = fields.at(RecordGrammar::Library::shapeFile).toString();
-    object.shapeFile.replace(".lib"_L1, ".plb"_L1, Qt::CaseSensitive);
-    object.initText = fields.at(RecordGrammar::Library::initText).toString();
-    object.imageObject = fields.at(RecordGrammar::Library::objectName).toString();
-    object.replace = !object.initText.isEmpty();
-}
-
-/// The first rectangle of an object gives its position.
-void takePosition(const QRect &rect, Converter::STBlock &object)
-{
-    if (object.rect3.topLeft() != noPosition)
-        return;
-    object.rect3.setLeft(rect.left());
-    object.rect3.setTop(rect.top());
-}
-
-void readObjectReferences(const QStringList &lines, Converter::STBlock &object)
-{
-    RectangleReader rectangles(object);
-    for (int index = std::max(object.firstLine, 0); index <= object.lastLine && index < lines.size();
-         ++index) {
-        const QStringView line = lines.at(index);
-        switch (RecordGrammar::kindOf(line)) {
-        case LineKind::Section:
-            rectangles.enterSection(line);
-            break;
-        case LineKind::Library:
-            readLibraryReference(line, object);
-            break;
-        case LineKind::Rectangle:
-            takePosition(rectangles.readRectangle(line), object);
-            break;
-        default:
-            break;
-        }
-    }
-}
-
-void noteMissingIcon(QStringView line, ShapeLibrary &library, Converter::STBlock &shape)
-{
-    const QString bitmap = fieldAt(line, RecordGrammar::Bitmap::fileName).toString();
-    if (!library.hasBitmap(bitmap))
-        shape.missingIcons.append(bitmap);
-}
-
-} // namespace
-
 void Converter::readShapeReferences(const QStringList &lines, QList<STBlock> &objects)
 {
-    for (STBlock &object : objects) {
-        if (object.replace)
-            readObjectReferences(lines, object);
-    }
+    readReferences(lines, objects);
 }
 
 // --- Shape files ---
 
 bool Converter::openShapeFile(const QString &path, QStringList &lines, QString &errorText)
 {
-    const bool isCatalogue = path.contains(".cat"_L1);
-    const std::optional<QStringList> read = isCatalogue ? std::nullopt : readLines(path);
-    if (!read) {
-        errorText = u"Could not open Shape File"_s;
-        return false;
-    }
-
-    const auto isSection = [](const QString &line) { return hasTag(line, RecordGrammar::sectionTag); };
-    const auto firstSection = std::find_if(read->cbegin(), read->cend(), isSection);
-    lines = QStringList(firstSection, read->cend());
-    shapeLineOffset = lines.isEmpty() ? -1 : static_cast<int>(firstSection - read->cbegin());
-    return true;
+    const std::optional<FileLines> read = readShape(path, errorText);
+    if (read)
+        lines = read->toStringList();
+    return read.has_value();
 }
 
 bool Converter::parseShapeLines(const QStringList &lines, STBlock &shape)
 {
-    clearBlock(shape);
     const std::shared_ptr<ShapeLibrary> library = shapeLibrary();
-    RectangleReader rectangles(shape);
-    for (const QString &line : lines) {
-        switch (RecordGrammar::kindOf(line)) {
-        case LineKind::Section:
-            rectangles.enterSection(line);
-            break;
-        case LineKind::Library:
-            shape.imageObject = fieldAt(line, RecordGrammar::Library::objectName).toString();
-            break;
-        case LineKind::Bitmap:
-            if (rectangles.inIconSection())
-                noteMissingIcon(line, *library, shape);
-            break;
-        case LineKind::Rectangle:
-            rectangles.readRectangle(line);
-            break;
-        default:
-            break;
-        }
-    }
+    parseShape(lines, *library, shape);
     return true;
 }
 
 void Converter::placeShapeLines(QStringList &lines, const STBlock &target, const STBlock &shape)
 {
     const Displacement displacement = displacementOf(target.rect, shape.rect);
-    const PlacedObject object{.level = target.extraNumber, .extraText = target.extraText};
-    for (QString &line : lines)
-        placeLine(line, displacement, object);
+    const PlacedObject<QStringView> object{.level = target.extraNumber, .extraText = target.extraText};
+    TextBuffer<char16_t> placed;
+    for (QString &line : lines) {
+        const RecordGrammar::LineKind kind = RecordGrammar::kindOf(line);
+        if (!isPlaced(kind))
+            continue;
+        placed.clear();
+        appendPlaced<QStringView>(line, kind, displacement, object, placed);
+        line = QString::fromUtf16(placed.data(), placed.size());
+    }
 }
 
 void Converter::rebaseShapeLines(QStringList &lines, const QString &fromPrefix, const QString &toPrefix,
                                  int xShift, int yShift)
 {
-    const Rebasing rebasing{
+    const Rebasing<QStringView> rebasing{
         .fromPrefix = fromPrefix, .toPrefix = toPrefix, .xShift = xShift, .yShift = yShift};
-    for (QString &line : lines)
-        rebaseLine(line, rebasing);
+    TextBuffer<char16_t> rebased;
+    for (QString &line : lines) {
+        const RecordGrammar::RebaseRule *const rule =
+            RecordGrammar::ruleFor(line, RecordGrammar::rebaseRules);
+        if (rule == nullptr)
+            continue;
+        rebased.clear();
+        appendRebased<QStringView>(line, *rule, rebasing, rebased);
+        line = QString::fromUtf16(rebased.data(), rebased.size());
+    }
 }
 
 void Converter::fitShapeLines(QStringList &lines, const STBlock &object, const STBlock &shape)
@@ -671,6 +582,13 @@ void Converter::reportShapeFileError(QIODevice &output, STBlock &object, const Q
                                      const QString &shapeFile, const QString &errorText,
                                      QStringList &failedShapeFiles)
 {
+    reportUnusableShape(object, shapeFile, errorText, failedShapeFiles);
+    writeLines(output, imageLines, object);
+}
+
+void Converter::reportUnusableShape(STBlock &object, const QString &shapeFile, const QString &errorText,
+                                    QStringList &failedShapeFiles)
+{
     object.status = Error;
     object.error = errorText;
     object.replace = false;
@@ -681,5 +599,4 @@ void Converter::reportShapeFileError(QIODevice &output, STBlock &object, const Q
     message.replace("Shape File"_L1, u"Shape File %1"_s.arg(shapeFile), Qt::CaseSensitive);
     logMessage(FileError, message, shapeFileErrorLine);
     Q_EMIT sigConvertInfo(object);
-    writeObject(output, imageLines, object);
 }

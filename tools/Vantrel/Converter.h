@@ -17,11 +17,10 @@
 
 #include <atomic>
 #include <memory>
+#include <optional>
 
+class FileLines;
 class ShapeLibrary;
-namespace RecordGrammar {
-struct CheckRule;
-}
 
 /// Performs conversion runs on a thread of its own. The owner speaks to it by queued signals
 /// and, while no run is under way, by the setters; it must stop the thread (`thread()->quit()`,
@@ -57,6 +56,9 @@ public:
         QStringList missingIcons; ///< bitmaps of a shape that were not found
         QRect rect3;              ///< position, in left and top only
     };
+
+    /// Where a record's position, in the left and top of `rect3`, is not known.
+    static constexpr QPoint noPosition{-99999, -99999};
 
     /// Works on a thread of its own, which starts at once.
     Converter();
@@ -152,25 +154,28 @@ public Q_SLOTS:
     void onStartConvert();
 
 private:
+    struct ImageFile;
     struct Run;
     struct ShapeFile;
-    struct WorkLists;
     enum ThreadMode { WorkerThread = -1, CallersThread = 0 };
 
     bool beginStart();
     void convertProject();
     bool convertImageFiles(const QList<QFileInfo> &imageFiles);
     void convertImageFile(const QString &imageFile, const QString &tempFile);
-    void writeObjects(QIODevice &tempFile, WorkLists &work);
-    void replaceObject(QIODevice &tempFile, WorkLists &work, STBlock &object);
-    const ShapeFile &openedShape(const QString &path);
+    bool takeApart(ImageFile &image, QString &errorText);
+    void copyUnchanged(const ImageFile &image, const QString &tempFile);
+    void writeConverted(ImageFile &image, const QString &tempFile);
+    bool isChosen(const STBlock &object) const;
+    void replaceObject(const ImageFile &image, STBlock &object);
+    const ShapeFile &openedShape(const QString &name);
+    std::optional<FileLines> readShape(const QString &path, QString &errorText);
+    void reportFile(const QString &imageFile, int status, const QString &errorText);
+    void reportTempFileError(const QString &imageFile, const QString &message, int reason);
+    void reportUnusableShape(STBlock &object, const QString &shapeFile, const QString &errorText,
+                             QStringList &failedShapeFiles);
     void backUpAndCopyBack();
     bool retryCopyBack(const QList<QFileInfo> &originals);
-    void reportFile(const QString &imageFile, int status, const QString &errorText);
-    bool checkLines(const QStringList &lines, QString &errorText, bool imageFile);
-    bool checkLine(const RecordGrammar::CheckRule &rule, QStringView line, QString &errorText, int index,
-                   bool imageFile) const;
-    bool isChosen(const STBlock &object) const;
     /// Shape files and bitmaps as the run remembers them; outside a run, as they are now.
     std::shared_ptr<ShapeLibrary> shapeLibrary() const;
     QString projectDir() const;

@@ -1,15 +1,19 @@
 // Cutting an image file into objects, and gathering the scattered parts of placed ones.
 #include "ObjectCutter.h"
 
+#include "FileLines.h"
 #include "RecordGrammar.h"
 
 #include <QHash>
 
+#include <vector>
+
 namespace Field = RecordGrammar::Rectangle;
 using RecordGrammar::LineKind;
 
-ObjectCutter::ObjectCutter(const QString &imageFile, const QStringList &lines,
-                           QList<Converter::STBlock> &objects)
+template <typename Lines>
+ObjectCutter<Lines>::ObjectCutter(const QString &imageFile, const Lines &lines,
+                                  QList<Converter::STBlock> &objects)
     : m_imageFile(imageFile)
     , m_lines(lines)
     , m_objects(objects)
@@ -17,11 +21,12 @@ ObjectCutter::ObjectCutter(const QString &imageFile, const QStringList &lines,
     Converter::clearBlock(m_object);
 }
 
-void ObjectCutter::cut()
+template <typename Lines>
+void ObjectCutter<Lines>::cut()
 {
     const auto lineCount = static_cast<int>(m_lines.size());
     for (int index = 0; index < lineCount; ++index) {
-        const LineKind kind = RecordGrammar::kindOf(m_lines.at(index));
+        const LineKind kind = kindAt(m_lines, index);
         if (kind == LineKind::Section)
             enterSection(index);
         else if (kind == LineKind::Rectangle && m_section >= 0)
@@ -35,7 +40,8 @@ void ObjectCutter::cut()
     closeObject(lineCount - 1);
 }
 
-void ObjectCutter::enterSection(int index)
+template <typename Lines>
+void ObjectCutter<Lines>::enterSection(int index)
 {
     if (m_section < 0) {
         m_firstSection = index;
@@ -44,7 +50,8 @@ void ObjectCutter::enterSection(int index)
     m_section = index;
 }
 
-void ObjectCutter::takeRectangle(int index)
+template <typename Lines>
+void ObjectCutter<Lines>::takeRectangle(int index)
 {
     if (isOpen() && belongsToOpenObject(index))
         return;
@@ -59,22 +66,24 @@ void ObjectCutter::takeRectangle(int index)
     // Rectangles of the section that has just become an object of its own are looked at again:
     // the first of them gives it its level. All others belong to it, as no section follows.
     for (int again = m_section + 1; again <= index && !isOpen(); ++again) {
-        if (RecordGrammar::kindOf(m_lines.at(again)) == LineKind::Rectangle)
+        if (kindAt(m_lines, again) == LineKind::Rectangle)
             openObject(again);
     }
 }
 
-bool ObjectCutter::belongsToOpenObject(int rectangleLine) const
+template <typename Lines>
+bool ObjectCutter<Lines>::belongsToOpenObject(int rectangleLine) const
 {
     if (m_section == m_object.firstLine)
         return true;
-    const int level = toNumber(fieldAt(m_lines.at(rectangleLine), Field::level));
+    const int level = toNumber(fieldAt(lineAt(m_lines, rectangleLine), Field::level));
     return m_object.extraNumber >= 1 && level == m_object.extraNumber;
 }
 
-void ObjectCutter::openObject(int rectangleLine)
+template <typename Lines>
+void ObjectCutter<Lines>::openObject(int rectangleLine)
 {
-    const QStringView line = m_lines.at(rectangleLine);
+    const auto line = lineAt(m_lines, rectangleLine);
     m_object.firstLine = m_section;
     m_object.extraNumber = toNumber(fieldAt(line, Field::level));
     if (m_object.extraNumber > 0)
@@ -82,14 +91,16 @@ void ObjectCutter::openObject(int rectangleLine)
     m_object.replace = m_object.extraNumber >= 1 && hasLibraryReference(rectangleLine);
 }
 
-bool ObjectCutter::hasLibraryReference(int rectangleLine) const
+template <typename Lines>
+bool ObjectCutter<Lines>::hasLibraryReference(int rectangleLine) const
 {
-    const QStringView before = m_lines.at(rectangleLine - 1);
-    return fieldAt(before, 0) == RecordGrammar::libraryTag &&
+    const auto before = lineAt(m_lines, rectangleLine - 1);
+    return fieldAt(before, 0) == QStringView(RecordGrammar::libraryTag) &&
            !fieldAt(before, RecordGrammar::Library::shapeFile).isEmpty();
 }
 
-void ObjectCutter::closeObject(int lastLine)
+template <typename Lines>
+void ObjectCutter<Lines>::closeObject(int lastLine)
 {
     m_object.imageFile = m_imageFile;
     m_object.lastLine = lastLine;
@@ -97,7 +108,8 @@ void ObjectCutter::closeObject(int lastLine)
     Converter::clearBlock(m_object);
 }
 
-void ObjectCutter::appendPlainLines(int firstLine, int lastLine)
+template <typename Lines>
+void ObjectCutter<Lines>::appendPlainLines(int firstLine, int lastLine)
 {
     Converter::STBlock plain;
     Converter::clearBlock(plain);
@@ -134,27 +146,42 @@ Gathering findParts(const QList<Converter::STBlock> &objects)
     return gathering;
 }
 
+QStringList picked(const QStringList &lines, const std::vector<int> &indices)
+{
+    QStringList pickedLines;
+    pickedLines.reserve(static_cast<qsizetype>(indices.size()));
+    for (const int index : indices)
+        pickedLines.append(lines.at(index));
+    return pickedLines;
+}
+
+FileLines picked(const FileLines &lines, const std::vector<int> &indices)
+{
+    return lines.picked(indices);
+}
+
 } // namespace
 
-void gatherParts(QStringList &lines, QList<Converter::STBlock> &objects)
+template <typename Lines>
+void gatherParts(Lines &lines, QList<Converter::STBlock> &objects)
 {
     const Gathering gathering = findParts(objects);
     if (gathering.partsOf.isEmpty())
         return;
 
-    QStringList gatheredLines;
-    gatheredLines.reserve(lines.size());
+    std::vector<int> order;
+    order.reserve(static_cast<std::size_t>(lines.size()));
     QList<Converter::STBlock> gatheredObjects;
     const auto takeLines = [&](int first, int last) {
         for (int index = first; index <= last; ++index)
-            gatheredLines.append(lines.at(index));
+            order.push_back(index);
     };
 
     for (qsizetype index = 0; index < objects.size(); ++index) {
         if (gathering.isTaken.at(index))
             continue;
         Converter::STBlock object = objects.at(index);
-        const auto firstLine = static_cast<int>(gatheredLines.size());
+        const auto firstLine = static_cast<int>(order.size());
         const QList<qsizetype> parts = gathering.partsOf.value(index);
         takeLines(object.firstLine, object.lastLine - 1);
         for (const qsizetype part : parts)
@@ -162,9 +189,14 @@ void gatherParts(QStringList &lines, QList<Converter::STBlock> &objects)
         if (object.firstLine <= object.lastLine)
             takeLines(object.lastLine, object.lastLine);
         object.firstLine = firstLine;
-        object.lastLine = static_cast<int>(gatheredLines.size()) - 1;
+        object.lastLine = static_cast<int>(order.size()) - 1;
         gatheredObjects.append(object);
     }
-    lines = gatheredLines;
+    lines = picked(lines, order);
     objects = gatheredObjects;
 }
+
+template class ObjectCutter<QStringList>;
+template class ObjectCutter<FileLines>;
+template void gatherParts(QStringList &lines, QList<Converter::STBlock> &objects);
+template void gatherParts(FileLines &lines, QList<Converter::STBlock> &objects);

@@ -5,11 +5,12 @@
 
 /// Walks the lines of an image file once and makes a record for each object. An object begins
 /// at an "ID;" line and gets its level from the first "PSDV" line behind it; objects of one
-/// level above 0 that follow each other are one object.
+/// level above 0 that follow each other are one object. The lines are a QStringList or FileLines.
+template <typename Lines>
 class ObjectCutter final
 {
 public:
-    ObjectCutter(const QString &imageFile, const QStringList &lines, QList<Converter::STBlock> &objects);
+    ObjectCutter(const QString &imageFile, const Lines &lines, QList<Converter::STBlock> &objects);
 
     void cut();
 
@@ -25,12 +26,13 @@ private:
     bool isOpen() const { return m_object.firstLine >= 0; }
 
     const QString &m_imageFile;
-    const QStringList &m_lines;
+    const Lines &m_lines;
     QList<Converter::STBlock> &m_objects;
     Converter::STBlock m_object; ///< the open object
     int m_firstSection = -1;
     int m_section = -1; ///< the most recent "ID;" line
 };
 
-/// See Converter::gatherScatteredParts().
-void gatherParts(QStringList &lines, QList<Converter::STBlock> &objects);
+/// See Converter::gatherScatteredParts(). The lines are a QStringList or FileLines.
+template <typename Lines>
+void gatherParts(Lines &lines, QList<Converter::STBlock> &objects);

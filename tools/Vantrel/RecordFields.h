@@ -1,54 +1,106 @@
 // Fields of a record line: cutting, counting, reading as numbers, joining, and the small
 // rewrites that single fields undergo. A record line is a tag and its fields, separated by ';'.
+//
+// Lines come in two kinds: the bytes of a file as they are (Latin-1, QLatin1StringView), and
+// strings (QStringView). Each rule stands once, for both.
 #pragma once
 
+#include <QLatin1StringView>
 #include <QString>
 #include <QStringList>
 #include <QStringView>
 #include <QVarLengthArray>
 
 #include <algorithm>
-#include <array>
+#include <concepts>
 #include <optional>
 
-inline constexpr char16_t fieldSeparator = u';';
+/// A record line, or a part of one.
+template <typename View>
+concept RecordView = std::same_as<View, QStringView> || std::same_as<View, QLatin1StringView>;
+
+constexpr const char16_t *charsOf(QStringView text)
+{
+    return text.utf16();
+}
+
+constexpr const char *charsOf(QLatin1StringView text)
+{
+    return text.data();
+}
+
+/// What the texts of one kind consist of.
+template <RecordView View>
+using CharOf = std::remove_cvref_t<decltype(*charsOf(View()))>;
+
+inline constexpr char fieldSeparator = ';';
 
 /// The most characters that a number takes.
 inline constexpr std::size_t longestNumber = 11;
 
-/// A record line cut into its fields, which can be exchanged; empty fields are kept.
-///     "PNT;2;;10"  ->  {"PNT", "2", "", "10"}
-/// Only looks at the line, which must outlive it.
-class RecordLine final
+/// Hands out the fields of a line from left to right; empty fields are kept.
+///     "PNT;2;;10"  ->  "PNT", "2", "", "10"
+template <RecordView View>
+class FieldReader final
 {
 public:
-    explicit RecordLine(QStringView line);
-    // Fields may lie in the object itself.
-    RecordLine(const RecordLine &) = delete;
-    RecordLine &operator=(const RecordLine &) = delete;
+    explicit constexpr FieldReader(View line)
+        : m_field(charsOf(line))
+        , m_end(m_field + line.size())
+    {
+    }
+
+    bool hasNext() const { return m_hasNext; }
+
+    /// The next field, where there is one.
+    View next()
+    {
+        const auto *const begin = m_field;
+        const auto *const end = std::find(begin, m_end, CharOf<View>(fieldSeparator));
+        m_hasNext = end != m_end;
+        m_field = m_hasNext ? end + 1 : end;
+        return View(begin, end - begin);
+    }
+
+    /// What has not been handed out yet.
+    View rest() const { return View(m_field, m_end - m_field); }
+
+private:
+    const CharOf<View> *m_field;
+    const CharOf<View> *m_end;
+    bool m_hasNext = true;
+};
+
+/// Reads a field as a signed 32-bit decimal number, as QString::toInt does (blanks around and
+/// a leading '+' are accepted); what does not parse or does not fit counts as 0.
+int toNumber(QStringView field);
+int toNumber(QLatin1StringView field);
+
+/// A record line cut into its fields; empty fields are kept.
+///     "PNT;2;;10"  ->  {"PNT", "2", "", "10"}
+/// Only looks at the line, which must outlive it.
+template <RecordView View>
+class LineFields final
+{
+public:
+    explicit LineFields(View line)
+    {
+        for (FieldReader<View> reader(line); reader.hasNext();)
+            m_fields.append(reader.next());
+    }
 
     qsizetype size() const { return m_fields.size(); }
     /// The field, or an empty one where the line has no such field.
-    QStringView at(qsizetype index) const { return index < size() ? m_fields.at(index) : QStringView(); }
+    View at(qsizetype index) const { return index < size() ? m_fields.at(index) : View(); }
     /// The field as a number, see toNumber().
-    int number(qsizetype index) const;
-
-    /// Exchanges a field; a field that the line does not have is left alone.
-    void replace(qsizetype index, const QString &text);
-    void replace(qsizetype index, int number);
-    void append(const QString &text);
-    /// Drops the fields from `count` on.
-    void truncate(qsizetype count);
-
-    /// The line again, in its present fields.
-    QString joined() const;
+    int number(qsizetype index) const { return toNumber(at(index)); }
 
 private:
-    QVarLengthArray<QStringView, 40> m_fields;
-    QVarLengthArray<QString, 10> m_exchanged;
-    std::array<char16_t, 6 * longestNumber> m_digits;
-    std::size_t m_usedDigits = 0;
+    QVarLengthArray<View, 40> m_fields;
 };
+
+/// The fields of a string.
+using RecordLine = LineFields<QStringView>;
 
 /// Whether a line is of the kind that `prefix` names. Record tags are case-sensitive prefixes.
 constexpr bool hasTag(QStringView line, QStringView prefix)
@@ -57,36 +109,56 @@ constexpr bool hasTag(QStringView line, QStringView prefix)
 }
 
 /// How many fields a line has, its tag included: "ID;1;" has 3, an empty line has 1.
-qsizetype fieldCount(QStringView line);
-
-/// One field of a line; empty where the line has no such field.
-QStringView fieldAt(QStringView line, qsizetype index);
+template <RecordView View>
+qsizetype fieldCount(View line)
+{
+    return 1 + std::count(charsOf(line), charsOf(line) + line.size(), CharOf<View>(fieldSeparator));
+}
 
 /// The fields from `first` on, with their separators; empty where the line has no such field.
-QStringView fieldsFrom(QStringView line, qsizetype first);
+template <RecordView View>
+View fieldsFrom(View line, qsizetype first)
+{
+    FieldReader<View> reader(line);
+    for (; first > 0 && reader.hasNext(); --first)
+        reader.next();
+    return reader.hasNext() ? reader.rest() : View();
+}
 
-/// Reads a field as a signed 32-bit decimal number, as QString::toInt does (blanks around and
-/// a leading '+' are accepted); what does not parse or does not fit counts as 0.
-int toNumber(QStringView field);
+/// One field of a line; empty where the line has no such field.
+template <RecordView View>
+View fieldAt(View line, qsizetype index)
+{
+    return FieldReader<View>(fieldsFrom(line, index)).next();
+}
 
-/// Write a text, or a number in plain decimal, to a place that has room for it; return its end.
-char16_t *writeText(char16_t *out, QStringView text);
-char16_t *writeNumber(char16_t *out, int number);
+inline QStringView fieldAt(const QString &line, qsizetype index)
+{
+    return fieldAt(QStringView(line), index);
+}
+
+inline QStringView fieldsFrom(const QString &line, qsizetype first)
+{
+    return fieldsFrom(QStringView(line), first);
+}
 
 /// Puts fields together again; the inverse of cutting a line.
 ///     {"IVG", "a", ""}  ->  "IVG;a;"
 void joinFields(const QStringList &fields, QString &line);
 
-/// A file reference moved from one prefix to another; nothing for one that stays where it is,
-/// because it begins with "System:" or does not begin with `fromPrefix`. Texts are compared, not
-/// folders; an empty prefix is the beginning of every reference.
-///     "C:/lib/pic.bmp" from "C:/lib" to "D:/proj"  ->  "D:/proj/pic.bmp"
-std::optional<QString> rebasedReference(QStringView reference, QStringView fromPrefix, QStringView toPrefix);
+/// Whether a file reference moves with its prefix: not where it begins with "System:", nor where
+/// it does not begin with `fromPrefix`. Texts are compared, not folders; an empty prefix is the
+/// beginning of every reference.
+template <RecordView View>
+bool isBelowPrefix(View reference, View fromPrefix)
+{
+    using namespace Qt::StringLiterals;
+    return reference.startsWith(fromPrefix) && !reference.startsWith("System:"_L1);
+}
 
-/// Moves a file reference in place, see rebasedReference().
+/// Moves a file reference from one prefix to another, unless it stays, see isBelowPrefix().
+///     "C:/lib/pic.bmp" from "C:/lib" to "D:/proj"  ->  "D:/proj/pic.bmp"
 void replacePathPrefix(QString &field, const QString &fromPrefix, const QString &toPrefix);
 
 /// Adds `shift` to the two numbers (fields 4 and 5) of an axis line and joins it into `line`.
 void shiftReferenceFields(QStringList &fields, QString &line, int shift);
-/// The same for a line that is still to be joined.
-void shiftReferenceFields(RecordLine &line, int shift);

@@ -14,17 +14,54 @@
 
 namespace RecordGrammar {
 
+inline constexpr std::size_t longestPrefix = 4;
+
+/// The first characters of a line in one number, so that it is compared with a prefix at once.
+template <RecordView View>
+constexpr quint32 leadOf(View line)
+{
+    constexpr unsigned inNoPrefix = 0xff;
+    constexpr unsigned bitsOfCharacter = 8;
+    const auto count = std::min(static_cast<std::size_t>(line.size()), longestPrefix);
+    quint32 lead = 0;
+    for (std::size_t index = 0; index < count; ++index) {
+        const auto character = std::make_unsigned_t<CharOf<View>>(charsOf(line)[index]);
+        lead |= std::min<unsigned>(character, inNoPrefix) << (bitsOfCharacter * index);
+    }
+    return lead;
+}
+
+/// What the lines of one kind begin with.
+class Prefix final : public QStringView
+{
+public:
+    template <std::size_t Size>
+    constexpr Prefix(const char16_t (&text)[Size])
+        : QStringView(text)
+        , m_lead(leadOf(QStringView(text)))
+        , m_mask(leadOf(QStringView(u"\xff\xff\xff\xff", Size - 1)))
+    {
+        static_assert(Size - 1 <= longestPrefix);
+    }
+
+    constexpr bool isLeadOf(quint32 lead) const { return (lead & m_mask) == m_lead; }
+
+private:
+    quint32 m_lead;
+    quint32 m_mask;
+};
+
 /// Lines that the program reads beyond checking and rewriting them.
-enum class LineKind { Section, Library, Rectangle, Points, Bitmap, Other };
+enum class LineKind : quint8 { Section, Library, Rectangle, Points, Bitmap, Other };
 
 struct LineTag
 {
-    QStringView prefix;
+    Prefix prefix;
     LineKind kind;
 };
 
-inline constexpr QStringView sectionTag = u"ID;";
-inline constexpr QStringView libraryTag = u"LIB";
+inline constexpr Prefix sectionTag = u"ID;";
+inline constexpr Prefix libraryTag = u"LIB";
 
 inline constexpr std::array lineTags{
     LineTag{sectionTag, LineKind::Section}, LineTag{libraryTag, LineKind::Library},
@@ -87,7 +124,7 @@ enum class FieldRule {
 /// One row of the check. A side that does not check the line has `notChecked`.
 struct CheckRule
 {
-    QStringView prefix;
+    Prefix prefix;
     QStringView messageTag; ///< as it appears in messages, not always the line's own
     FieldRule rule;
     int shapeFields;
@@ -159,7 +196,7 @@ private:
 /// One row of the rewriting of a shape's references.
 struct RebaseRule
 {
-    QStringView prefix;
+    Prefix prefix;
     Rebase kind;
     ReferenceFields references;
 };
@@ -190,19 +227,33 @@ inline constexpr std::array rebaseRules{
 };
 
 /// The first rule whose prefix the line begins with; null where there is none.
-template <typename Rules>
-constexpr auto ruleFor(QStringView line, const Rules &rules)
+template <RecordView View, typename Rules>
+constexpr auto ruleFor(View line, const Rules &rules)
 {
-    const auto rule = std::find_if(std::begin(rules), std::end(rules),
-                                   [line](const auto &candidate) { return hasTag(line, candidate.prefix); });
+    const auto rule =
+        std::find_if(std::begin(rules), std::end(rules), [lead = leadOf(line)](const auto &candidate) {
+            return candidate.prefix.isLeadOf(lead);
+        });
     return rule == std::end(rules) ? nullptr : &*rule;
 }
 
+template <typename Rules>
+auto ruleFor(const QString &line, const Rules &rules)
+{
+    return ruleFor(QStringView(line), rules);
+}
+
 /// What a line is read as.
-constexpr LineKind kindOf(QStringView line)
+template <RecordView View>
+constexpr LineKind kindOf(View line)
 {
     const LineTag *tag = ruleFor(line, lineTags);
     return tag == nullptr ? LineKind::Other : tag->kind;
+}
+
+inline LineKind kindOf(const QString &line)
+{
+    return kindOf(QStringView(line));
 }
 
 } // namespace RecordGrammar

@@ -17,12 +17,16 @@ public:
     bool inIconSection() const { return m_section == Section::Icon; }
 
     /// Takes an "ID;" line, which opens a section.
-    void enterSection(QStringView line);
+    template <RecordView View>
+    void enterSection(View line);
     /// Takes a "PSDV" line; returns its rectangle with left not above right, top not above bottom.
-    QRect readRectangle(QStringView line);
+    template <RecordView View>
+    QRect readRectangle(View line);
 
 private:
     enum class Section { Icon, Text, Other };
+
+    void take(const QRect &rect, bool counts);
 
     Converter::STBlock &m_record;
     Section m_section = Section::Other;

@@ -1,94 +1,217 @@
-// Rewriting one line of a shape.
+// Rewriting the lines of a shape.
 #include "ShapePlacement.h"
 
-#include "RecordFields.h"
-#include "RecordGrammar.h"
 #include "WrapArithmetic.h"
+
+#include <array>
+#include <optional>
 
 using namespace RecordGrammar;
 
 namespace {
 
-bool hasAllPoints(const RecordLine &line)
+/// Appends fields with their separators.
+template <RecordView View>
+class FieldAppender final
 {
-    const qsizetype coordinates = line.size() - Points::first;
-    return coordinates > 0 && coordinates == Wrap::multiply(2, line.number(counter));
-}
-
-QString movedPoints(const RecordLine &line, qsizetype lineSize, QPoint way)
-{
-    QString moved(lineSize + line.size() * static_cast<qsizetype>(longestNumber), Qt::Uninitialized);
-    auto *const begin = reinterpret_cast<char16_t *>(moved.data());
-    auto *out = begin;
-    for (qsizetype index = 0; index < line.size(); ++index) {
-        if (index > 0)
-            *out++ = fieldSeparator;
-        const bool isAcross = (index - Points::first) % 2 == 0;
-        out = index < Points::first
-                  ? writeText(out, line.at(index))
-                  : writeNumber(out, Wrap::add(line.number(index), isAcross ? way.x() : way.y()));
+public:
+    explicit FieldAppender(TextBuffer<CharOf<View>> &out)
+        : m_out(out)
+    {
     }
-    return moved.first(out - begin);
+
+    void append(View field)
+    {
+        separate();
+        m_out.append(field);
+    }
+    void append(View begin, View end)
+    {
+        append(begin);
+        m_out.append(end);
+    }
+    void appendNumber(int number)
+    {
+        separate();
+        m_out.appendNumber(number);
+    }
+
+private:
+    void separate()
+    {
+        if (!m_isFirst)
+            m_out.append(fieldSeparator);
+        m_isFirst = false;
+    }
+
+    TextBuffer<CharOf<View>> &m_out;
+    bool m_isFirst = true;
+};
+
+template <RecordView View>
+bool hasAllPoints(View line)
+{
+    const qsizetype coordinates = fieldCount(line) - Points::first;
+    return coordinates > 0 && coordinates == Wrap::multiply(2, toNumber(fieldAt(line, counter)));
 }
 
-/// Moves the rectangle in the fields of its line.
-QString placedFields(RecordLine &fields, QPoint way, int level)
+template <RecordView View>
+void appendPoints(View line, QPoint way, TextBuffer<CharOf<View>> &out)
 {
-    if (fields.size() <= Rectangle::level)
-        return fields.joined();
+    if (!hasAllPoints(line)) {
+        out.append(line);
+        return;
+    }
+    FieldReader<View> fields(line);
+    FieldAppender<View> appender(out);
+    for (qsizetype index = 0; index < Points::first; ++index)
+        appender.append(fields.next());
+    while (fields.hasNext()) {
+        appender.appendNumber(Wrap::add(toNumber(fields.next()), way.x()));
+        appender.appendNumber(Wrap::add(toNumber(fields.next()), way.y()));
+    }
+}
 
-    const int width = Wrap::subtract(fields.number(Rectangle::x2), fields.number(Rectangle::x1));
-    const int height = Wrap::subtract(fields.number(Rectangle::y2), fields.number(Rectangle::y1));
+/// A rectangle line's fields: the fixed ones, the others taken together.
+template <RecordView View>
+struct RectangleFields
+{
+    std::array<View, Rectangle::extra> fixed;
+    qsizetype count = 0; ///< of the fixed ones that the line has
+    std::optional<View> extra;
+
+    explicit RectangleFields(View line)
+    {
+        FieldReader<View> reader(line);
+        while (reader.hasNext() && count < Rectangle::extra)
+            fixed[static_cast<std::size_t>(count++)] = reader.next();
+        if (reader.hasNext())
+            extra = reader.rest();
+    }
+    int number(qsizetype index) const { return toNumber(fixed[static_cast<std::size_t>(index)]); }
+};
+
+template <RecordView View>
+void appendMoved(const RectangleFields<View> &fields, QPoint way, int level, TextBuffer<CharOf<View>> &out)
+{
     // Only the left edge is kept on the screen; a shape may reach beyond the top.
     const int x1 = std::max(0, Wrap::add(way.x(), fields.number(Rectangle::x1)));
     const int y1 = Wrap::add(way.y(), fields.number(Rectangle::y1));
-    fields.replace(Rectangle::x1, x1);
-    fields.replace(Rectangle::y1, y1);
-    fields.replace(Rectangle::x2, Wrap::add(x1, width));
-    fields.replace(Rectangle::y2, Wrap::add(y1, height));
-    fields.replace(Rectangle::level, level);
-    return fields.joined();
+    const int width = Wrap::subtract(fields.number(Rectangle::x2), fields.number(Rectangle::x1));
+    const int height = Wrap::subtract(fields.number(Rectangle::y2), fields.number(Rectangle::y1));
+    const bool hasLevel = fields.count > Rectangle::level;
+
+    FieldAppender<View> appender(out);
+    for (qsizetype index = 0; index < fields.count; ++index) {
+        if (hasLevel && index == Rectangle::x1)
+            appender.appendNumber(x1);
+        else if (hasLevel && index == Rectangle::y1)
+            appender.appendNumber(y1);
+        else if (hasLevel && index == Rectangle::x2)
+            appender.appendNumber(Wrap::add(x1, width));
+        else if (hasLevel && index == Rectangle::y2)
+            appender.appendNumber(Wrap::add(y1, height));
+        else if (hasLevel && index == Rectangle::level)
+            appender.appendNumber(level);
+        else
+            appender.append(fields.fixed[static_cast<std::size_t>(index)]);
+    }
+    if (fields.extra)
+        appender.append(*fields.extra);
 }
 
-/// Exchanges what follows the fixed fields of a rectangle line for the text of the object.
-QString placedRectangle(QStringView line, QPoint way, const PlacedObject &object)
+/// What follows the fixed fields is exchanged for the text of the object. In a line with too few
+/// of them the text supplies the others.
+template <RecordView View>
+void appendRectangle(View line, QPoint way, const PlacedObject<View> &object, TextBuffer<CharOf<View>> &out)
 {
-    RecordLine fields(line);
-    fields.truncate(Rectangle::extra);
-    if (object.extraText.isEmpty())
-        return placedFields(fields, way, object.level);
-
-    fields.append(object.extraText);
-    const QString rebuilt = fields.joined();
-    RecordLine rebuiltFields(rebuilt);
-    return placedFields(rebuiltFields, way, object.level);
-}
-
-/// Moves one file reference of a line.
-void rebaseField(RecordLine &line, qsizetype index, const Rebasing &rebasing)
-{
-    if (index >= line.size())
+    RectangleFields<View> fields(line);
+    if (fields.count == Rectangle::extra || object.extraText.isEmpty()) {
+        fields.extra.reset();
+        if (!object.extraText.isEmpty())
+            fields.extra = object.extraText;
+        appendMoved(fields, way, object.level, out);
         return;
-    if (const auto moved = rebasedReference(line.at(index), rebasing.fromPrefix, rebasing.toPrefix))
-        line.replace(index, *moved);
+    }
+    TextBuffer<CharOf<View>> whole;
+    whole.append(line);
+    whole.append(fieldSeparator);
+    whole.append(object.extraText);
+    appendMoved(RectangleFields(View(whole.data(), whole.size())), way, object.level, out);
 }
 
-void rebaseEntries(RecordLine &line, const Rebasing &rebasing)
+/// Which fields of a line of this rule are file references.
+class References final
 {
-    qsizetype reference = Entries::firstReference;
-    for (int left = line.number(counter); left > 0 && reference < line.size(); --left) {
-        rebaseField(line, reference, rebasing);
-        reference += Entries::fieldsOfEntry;
+public:
+    References(const RebaseRule &rule, int countedEntries)
+    {
+        for (const int position : rule.references)
+            m_positions |= quint64{1} << position;
+        if (rule.kind == Rebase::EachEntry && countedEntries > 0) {
+            m_endOfEntries = Entries::firstReference + qint64{Entries::fieldsOfEntry} * countedEntries;
+        }
     }
+
+    bool contains(qsizetype index) const
+    {
+        constexpr qsizetype positions = 64;
+        const bool isInEntry = index >= Entries::firstReference && index < m_endOfEntries &&
+                               (index - Entries::firstReference) % Entries::fieldsOfEntry == 0;
+        return isInEntry || (index < positions && ((m_positions >> index) & 1) != 0);
+    }
+
+private:
+    quint64 m_positions = 0;
+    qint64 m_endOfEntries = 0;
+};
+
+constexpr bool isAxisReference(qsizetype index)
+{
+    return std::find(axisReferences.begin(), axisReferences.end(), index) != axisReferences.end();
 }
 
-void rebaseAxis(RecordLine &line, const Rebasing &rebasing, int shift)
+constexpr bool isAxisNumber(qsizetype index)
 {
-    for (const qsizetype index : axisReferences) {
-        if (line.at(index).contains(u':'))
-            rebaseField(line, index, rebasing);
+    return std::find(axisNumbers.begin(), axisNumbers.end(), index) != axisNumbers.end();
+}
+
+template <RecordView View>
+void appendReference(View field, const Rebasing<View> &rebasing, FieldAppender<View> &appender)
+{
+    if (isBelowPrefix(field, rebasing.fromPrefix))
+        appender.append(rebasing.toPrefix, field.sliced(rebasing.fromPrefix.size()));
+    else
+        appender.append(field);
+}
+
+/// An axis reference is moved before it is read as a number, so that its number is that of the
+/// moved one.
+template <RecordView View>
+int axisNumber(View field, const Rebasing<View> &rebasing)
+{
+    if (!field.contains(u':') || !isBelowPrefix(field, rebasing.fromPrefix))
+        return toNumber(field);
+    TextBuffer<CharOf<View>> moved;
+    moved.append(rebasing.toPrefix);
+    moved.append(field.sliced(rebasing.fromPrefix.size()));
+    return toNumber(View(moved.data(), moved.size()));
+}
+
+template <RecordView View>
+void appendAxis(View line, const References &references, int shift, const Rebasing<View> &rebasing,
+                FieldAppender<View> &appender)
+{
+    FieldReader<View> fields(line);
+    for (qsizetype index = 0; fields.hasNext(); ++index) {
+        const View field = fields.next();
+        if (isAxisNumber(index))
+            appender.appendNumber(Wrap::add(axisNumber(field, rebasing), shift));
+        else if (references.contains(index) || (isAxisReference(index) && field.contains(u':')))
+            appendReference(field, rebasing, appender);
+        else
+            appender.append(field);
     }
-    shiftReferenceFields(line, shift);
 }
 
 } // namespace
@@ -99,41 +222,45 @@ Displacement displacementOf(const QRect &target, const QRect &shape)
             .centre = Wrap::subtract(Wrap::centre(target), Wrap::centre(shape))};
 }
 
-void placeLine(QString &line, const Displacement &displacement, const PlacedObject &object)
+template <RecordView View>
+void appendPlaced(View line, LineKind kind, const Displacement &displacement,
+                  const PlacedObject<View> &object, TextBuffer<CharOf<View>> &out)
 {
-    const LineKind kind = kindOf(line);
-    if (kind == LineKind::Rectangle) {
-        line = placedRectangle(line, displacement.centre, object);
-    } else if (kind == LineKind::Points) {
-        if (const RecordLine fields(line); hasAllPoints(fields))
-            line = movedPoints(fields, line.size(), displacement.corner);
-    }
+    if (kind == LineKind::Points)
+        appendPoints(line, displacement.corner, out);
+    else
+        appendRectangle(line, displacement.centre, object, out);
 }
 
-void rebaseLine(QString &line, const Rebasing &rebasing)
+template <RecordView View>
+void appendRebased(View line, const RebaseRule &rule, const Rebasing<View> &rebasing,
+                   TextBuffer<CharOf<View>> &out)
 {
-    const RebaseRule *rule = ruleFor(line, rebaseRules);
-    if (rule == nullptr)
+    const int countedEntries = rule.kind == Rebase::EachEntry ? toNumber(fieldAt(line, counter)) : 0;
+    const References references(rule, countedEntries);
+    FieldAppender<View> appender(out);
+    if (rule.kind == Rebase::ShiftAcross || rule.kind == Rebase::ShiftDown) {
+        const int shift = rule.kind == Rebase::ShiftAcross ? rebasing.xShift : rebasing.yShift;
+        appendAxis(line, references, shift, rebasing, appender);
         return;
-
-    RecordLine fields(line);
-    for (const int index : rule->references)
-        rebaseField(fields, index, rebasing);
-    switch (rule->kind) {
-    case Rebase::References:
-        break;
-    case Rebase::Initialise:
-        fields.replace(Library::initText, rebasing.toPrefix);
-        break;
-    case Rebase::EachEntry:
-        rebaseEntries(fields, rebasing);
-        break;
-    case Rebase::ShiftAcross:
-        rebaseAxis(fields, rebasing, rebasing.xShift);
-        break;
-    case Rebase::ShiftDown:
-        rebaseAxis(fields, rebasing, rebasing.yShift);
-        break;
     }
-    line = fields.joined();
+    FieldReader<View> fields(line);
+    for (qsizetype index = 0; fields.hasNext(); ++index) {
+        const View field = fields.next();
+        if (rule.kind == Rebase::Initialise && index == Library::initText)
+            appender.append(rebasing.toPrefix);
+        else if (references.contains(index))
+            appendReference(field, rebasing, appender);
+        else
+            appender.append(field);
+    }
 }
+
+template void appendPlaced(QStringView line, LineKind kind, const Displacement &displacement,
+                           const PlacedObject<QStringView> &object, TextBuffer<char16_t> &out);
+template void appendPlaced(QLatin1StringView line, LineKind kind, const Displacement &displacement,
+                           const PlacedObject<QLatin1StringView> &object, TextBuffer<char> &out);
+template void appendRebased(QStringView line, const RebaseRule &rule, const Rebasing<QStringView> &rebasing,
+                            TextBuffer<char16_t> &out);
+template void appendRebased(QLatin1StringView line, const RebaseRule &rule,
+                            const Rebasing<QLatin1StringView> &rebasing, TextBuffer<char> &out);

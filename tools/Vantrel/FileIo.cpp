@@ -1,0 +1,154 @@
+// Reading and writing whole files.
+#include "FileIo.h"
+
+#include <QFile>
+
+#include <cerrno>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr unsigned permissionBits = 0777;
+constexpr unsigned usualPermissions = 0666;
+
+/// Calls once more what a signal has interrupted.
+template <typename Call>
+auto uninterrupted(Call call)
+{
+    auto result = call();
+    while (result < 0 && errno == EINTR)
+        result = call();
+    return result;
+}
+
+/// Closes a descriptor when it goes.
+class Descriptor final
+{
+public:
+    explicit Descriptor(int descriptor)
+        : m_descriptor(descriptor)
+    {
+    }
+    ~Descriptor()
+    {
+        if (m_descriptor >= 0)
+            ::close(m_descriptor);
+    }
+    Descriptor(const Descriptor &) = delete;
+    Descriptor &operator=(const Descriptor &) = delete;
+
+    int get() const { return m_descriptor; }
+
+private:
+    int m_descriptor;
+};
+
+/// Reads to the end of the file. Returns false where that cannot be reached.
+bool readToEnd(int file, qint64 expectedSize, QByteArray &bytes)
+{
+    // One byte more than is expected, so that one call sees the end too.
+    bytes.resize(static_cast<qsizetype>(expectedSize) + 1);
+    qsizetype size = 0;
+    while (true) {
+        const auto room = static_cast<std::size_t>(bytes.size() - size);
+        const ssize_t count = uninterrupted([&] { return ::read(file, bytes.data() + size, room); });
+        if (count < 0)
+            return false;
+        size += count;
+        // A file of a size that is known ends where less is read than asked for.
+        if (count == 0 || (expectedSize > 0 && size == expectedSize))
+            break;
+        if (size == bytes.size())
+            bytes.resize(2 * size);
+    }
+    bytes.resize(size);
+    return true;
+}
+
+} // namespace
+
+std::optional<FileContent> readFile(const QString &path)
+{
+    const Descriptor file(uninterrupted(
+        [name = QFile::encodeName(path)] { return ::open(name.constData(), O_RDONLY | O_CLOEXEC); }));
+    struct stat status = {};
+    if (file.get() < 0 || fstat(file.get(), &status) != 0 || S_ISDIR(status.st_mode))
+        return std::nullopt;
+    FileContent content{.bytes = {}, .mode = status.st_mode & permissionBits};
+    if (!readToEnd(file.get(), status.st_size, content.bytes))
+        return std::nullopt;
+    return content;
+}
+
+FileWriter::FileWriter(const QString &path, int flags, unsigned mode)
+    : m_path(QFile::encodeName(path))
+    , m_descriptor(
+          uninterrupted([&] { return ::open(m_path.constData(), O_WRONLY | O_CLOEXEC | flags, mode); }))
+    , m_error(m_descriptor < 0 ? errno : 0)
+{
+}
+
+FileWriter::FileWriter(FileWriter &&other) noexcept
+    : m_path(std::move(other.m_path))
+    , m_descriptor(std::exchange(other.m_descriptor, -1))
+    , m_error(other.m_error)
+{
+}
+
+FileWriter::~FileWriter()
+{
+    if (isOpen())
+        ::close(m_descriptor);
+}
+
+FileWriter FileWriter::overwriting(const QString &path)
+{
+    return {path, O_CREAT | O_TRUNC, usualPermissions};
+}
+
+FileWriter FileWriter::creating(const QString &path, unsigned mode)
+{
+    FileWriter file(path, O_CREAT | O_EXCL, mode);
+    // The process's mask has taken some of them away.
+    if (file.isOpen())
+        fchmod(file.m_descriptor, mode);
+    return file;
+}
+
+bool FileWriter::write(const char *bytes, qsizetype size)
+{
+    const bool isWritten = writeAll(bytes, size);
+    if (close() && isWritten)
+        return true;
+    ::unlink(m_path.constData());
+    return false;
+}
+
+bool FileWriter::writeAll(const char *bytes, qsizetype size)
+{
+    while (size > 0) {
+        const ssize_t count =
+            uninterrupted([&] { return ::write(m_descriptor, bytes, static_cast<std::size_t>(size)); });
+        if (count < 0) {
+            m_error = errno;
+            return false;
+        }
+        bytes += count;
+        size -= count;
+    }
+    return true;
+}
+
+bool FileWriter::close()
+{
+    const int result = ::close(m_descriptor);
+    m_descriptor = -1;
+    if (result == 0)
+        return true;
+    m_error = errno;
+    return false;
+}

@@ -1,0 +1,49 @@
+// Reading and writing whole files.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+/// A file's bytes and permissions.
+struct FileContent
+{
+    QByteArray bytes;
+    unsigned mode = 0; ///< permission bits of owner, group and others
+};
+
+/// Reads a file whole; nothing where it cannot be opened or read to its end.
+std::optional<FileContent> readFile(const QString &path);
+
+/// A file that is written in one go.
+class FileWriter final
+{
+public:
+    /// Opens a new or emptied file.
+    static FileWriter overwriting(const QString &path);
+    /// Opens a new file with these permissions; refuses to open one that is there.
+    static FileWriter creating(const QString &path, unsigned mode);
+    ~FileWriter();
+
+    FileWriter(FileWriter &&other) noexcept;
+    FileWriter(const FileWriter &) = delete;
+    FileWriter &operator=(const FileWriter &) = delete;
+
+    bool isOpen() const { return m_descriptor >= 0; }
+    /// The reason of the last failure, an errno.
+    int error() const { return m_error; }
+
+    /// Writes the whole content and closes the file. Removes it and returns false where not all
+    /// of the content arrived.
+    bool write(const char *bytes, qsizetype size);
+
+private:
+    FileWriter(const QString &path, int flags, unsigned mode);
+    bool writeAll(const char *bytes, qsizetype size);
+    bool close();
+
+    QByteArray m_path;
+    int m_descriptor = -1;
+    int m_error = 0;
+};

@@ -1,0 +1,62 @@
+// The lines of an image or shape file.
+#include "FileLines.h"
+
+#include <cstring>
+
+namespace {
+
+constexpr bool isBlank(char byte)
+{
+    return byte == ' ' || (byte >= '\t' && byte <= '\r');
+}
+
+QLatin1StringView trimmed(const char *begin, const char *end)
+{
+    while (begin < end && isBlank(*begin))
+        ++begin;
+    while (begin < end && isBlank(end[-1]))
+        --end;
+    return QLatin1StringView(begin, end - begin);
+}
+
+} // namespace
+
+FileLines::FileLines(const QByteArray &bytes)
+    : m_bytes(bytes)
+{
+    constexpr std::size_t usualLineSize = 24;
+    m_lines.reserve(static_cast<std::size_t>(bytes.size()) / usualLineSize);
+    const char *const end = m_bytes.constData() + m_bytes.size();
+    for (const char *begin = m_bytes.constData(); begin != end;) {
+        const auto *separator =
+            static_cast<const char *>(std::memchr(begin, '\n', static_cast<std::size_t>(end - begin)));
+        const char *const lineEnd = separator == nullptr ? end : separator;
+        const QLatin1StringView line = trimmed(begin, lineEnd);
+        m_lines.push_back({line, RecordGrammar::kindOf(line)});
+        begin = separator == nullptr ? end : separator + 1;
+    }
+}
+
+void FileLines::removeFirst(qsizetype count)
+{
+    m_lines.erase(m_lines.begin(), m_lines.begin() + count);
+}
+
+FileLines FileLines::picked(const std::vector<int> &indices) const
+{
+    FileLines lines;
+    lines.m_bytes = m_bytes;
+    lines.m_lines.reserve(indices.size());
+    for (const int index : indices)
+        lines.m_lines.push_back(m_lines[static_cast<std::size_t>(index)]);
+    return lines;
+}
+
+QStringList FileLines::toStringList() const
+{
+    QStringList lines;
+    lines.reserve(size());
+    for (qsizetype index = 0; index < size(); ++index)
+        lines.append(at(index));
+    return lines;
+}
