@@ -1,7 +1,14 @@
-// The change log: one row for each report of a run, for spreadsheets.
-#include "Converter.h"
+// The change log of a run.
+#include "ChangeLog.h"
 
 #include <QFile>
+
+#include <algorithm>
+#include <array>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -11,29 +18,85 @@ namespace {
 constexpr QLatin1StringView header =
     "Status; Image File; Shape File; Image-Object; Replace by Shape-Object; Uminitalisation; Error\n"_L1;
 
-/// An object's name without the four characters of its tag; a shorter one is kept whole.
-QString withoutTag(const QString &object)
-{
-    constexpr qsizetype tagLength = 4;
-    return object.right(object.size() - tagLength);
-}
-
-QString rowOf(const Converter::STBlock &block)
+void appendRow(const Converter::STBlock &block, TextBuffer<char> &out)
 {
     const QString imageObject = withoutTag(block.imageObject);
     QString shapeObject = withoutTag(block.shapeObject);
     if (shapeObject == imageObject)
         shapeObject.clear();
-    return u"%1;%2;%3;%4;%5;%6;%7"_s.arg(statusText(block.status))
-        .arg(block.imageFile)
-        .arg(block.shapeFile)
-        .arg(imageObject)
-        .arg(shapeObject)
-        .arg(block.initText)
-        .arg(block.error);
+    const std::array fields{
+        statusText(block.status), block.imageFile, block.shapeFile, imageObject, shapeObject,
+        block.initText,           block.error};
+
+    QString row = u"%1;%2;%3;%4;%5;%6;%7"_s;
+    if (std::any_of(fields.begin(), fields.end(),
+                    [](const QString &field) { return field.contains(u'%'); })) {
+        // A placeholder in a field takes in one of the fields behind it.
+        for (const QString &field : fields)
+            row = row.arg(field);
+        out.append(QStringView(row));
+    } else {
+        for (std::size_t index = 0; index < fields.size(); ++index) {
+            if (index > 0)
+                out.append(fieldSeparator);
+            out.append(QStringView(fields[index]));
+        }
+    }
+    out.append('\n');
 }
 
 } // namespace
+
+ChangeLog::~ChangeLog()
+{
+    close();
+}
+
+void ChangeLog::append(const Converter::STBlock &block, const QString &path)
+{
+    m_text.clear();
+    if (const QByteArray encoded = QFile::encodeName(path); m_path != encoded) {
+        close();
+        m_path = encoded;
+    }
+    struct stat status = {};
+    const bool exists = ::stat(m_path.constData(), &status) == 0;
+    if (m_descriptor < 0 || !exists || status.st_dev != m_device || status.st_ino != m_inode)
+        open(!exists);
+    if (m_descriptor < 0)
+        return;
+    appendRow(block, m_text);
+    // Like the failure to open the log, that of writing it is passed over.
+    [[maybe_unused]] const ssize_t written =
+        ::write(m_descriptor, m_text.data(), static_cast<std::size_t>(m_text.size()));
+}
+
+void ChangeLog::open(bool isNew)
+{
+    constexpr mode_t permissions = 0666;
+    close();
+    struct stat status = {};
+    m_descriptor = ::open(m_path.constData(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, permissions);
+    if (m_descriptor < 0 || fstat(m_descriptor, &status) != 0)
+        return;
+    m_device = status.st_dev;
+    m_inode = status.st_ino;
+    if (isNew)
+        m_text.append(header);
+}
+
+void ChangeLog::close()
+{
+    if (m_descriptor >= 0)
+        ::close(m_descriptor);
+    m_descriptor = -1;
+}
+
+QString withoutTag(const QString &object)
+{
+    constexpr qsizetype tagLength = 4;
+    return object.right(object.size() - tagLength);
+}
 
 QString statusText(int status)
 {
@@ -49,11 +112,5 @@ QString statusText(int status)
 
 void writeChangeLog(const Converter::STBlock &block, const QString &path)
 {
-    const bool isNew = !QFile::exists(path);
-    QFile log(path);
-    if (!log.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Text))
-        return;
-    if (isNew)
-        log.write(header.data(), header.size());
-    log.write(rowOf(block).toLatin1() + '\n');
+    ChangeLog().append(block, path);
 }

@@ -3,7 +3,7 @@
 
 #include "Backup.h"
 #include "FileIo.h"
-#include "FileLines.h"
+#include "ImageFile.h"
 #include "LineCheck.h"
 #include "Logger.h"
 #include "ObjectCutter.h"
@@ -46,16 +46,6 @@ struct Converter::Run
     QString imageFolder() const { return projectDir + "/scr"_L1; }
 };
 
-/// What the conversion of one image file works on.
-struct Converter::ImageFile
-{
-    QString path;
-    unsigned mode = 0;
-    QByteArray bytes;
-    FileLines lines;
-    QList<STBlock> objects;
-};
-
 namespace {
 
 enum Status { Replaced = 0, NotReplaced = 1, Error = 2 };
@@ -67,8 +57,6 @@ constexpr int tempFileErrorLine = 1575;
 constexpr int shapeFileErrorLine = 1620;
 constexpr int copyBackErrorLine = 1688;
 constexpr int runErrorLine = 1700;
-
-constexpr auto couldNotOpenImageFile = "Could not open Image File"_L1;
 
 enum LogLevel : unsigned char { Alert = 1, FileError = 3 };
 
@@ -314,10 +302,9 @@ bool Converter::retryCopyBack(const QList<QFileInfo> &originals)
 
 void Converter::convertImageFile(const QString &imageFile, const QString &tempFile)
 {
-    ImageFile image{.path = imageFile, .bytes = {}, .lines = {}, .objects = {}};
-    QString errorText;
-    if (!takeApart(image, errorText)) {
-        reportImageFileError(imageFile, errorText);
+    ImageFile image = readImage(imageFile);
+    if (image.state != ImageFile::State::Whole) {
+        reportImageFileError(imageFile, image.errorText);
         return;
     }
     const auto isCandidate = [](const STBlock &object) { return object.replace; };
@@ -327,25 +314,6 @@ void Converter::convertImageFile(const QString &imageFile, const QString &tempFi
     } else {
         writeConverted(image, tempFile);
     }
-}
-
-/// Reads an image file and cuts it into objects.
-bool Converter::takeApart(ImageFile &image, QString &errorText)
-{
-    const std::optional<FileContent> content = readFile(image.path);
-    if (!content) {
-        errorText = couldNotOpenImageFile;
-        return false;
-    }
-    image.bytes = content->bytes;
-    image.mode = content->mode;
-    image.lines = FileLines(image.bytes);
-    if (!checkLines(image.lines, {.kind = FileKind::Image}, errorText))
-        return false;
-    ObjectCutter(image.path, image.lines, image.objects).cut();
-    gatherParts(image.lines, image.objects);
-    readReferences(image.lines, image.objects);
-    return true;
 }
 
 /// Where its folder is missing, or a file lies there already, nothing is written.
@@ -474,7 +442,7 @@ bool Converter::readImageFile(const QString &path, QStringList &lines, QString &
 {
     const std::optional<FileContent> content = readFile(path);
     if (!content) {
-        errorText = couldNotOpenImageFile;
+        errorText = u"Could not open Image File"_s;
         return false;
     }
     lines = FileLines(content->bytes).toStringList();

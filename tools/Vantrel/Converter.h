@@ -21,6 +21,7 @@
 
 class FileLines;
 class ShapeLibrary;
+struct ImageFile;
 
 /// Performs conversion runs on a thread of its own. The owner speaks to it by queued signals
 /// and, while no run is under way, by the setters; it must stop the thread (`thread()->quit()`,
@@ -154,7 +155,6 @@ public Q_SLOTS:
     void onStartConvert();
 
 private:
-    struct ImageFile;
     struct Run;
     struct ShapeFile;
     enum ThreadMode { WorkerThread = -1, CallersThread = 0 };
@@ -163,7 +163,6 @@ private:
     void convertProject();
     bool convertImageFiles(const QList<QFileInfo> &imageFiles);
     void convertImageFile(const QString &imageFile, const QString &tempFile);
-    bool takeApart(ImageFile &image, QString &errorText);
     void copyUnchanged(const ImageFile &image, const QString &tempFile);
     void writeConverted(ImageFile &image, const QString &tempFile);
     bool isChosen(const STBlock &object) const;

@@ -1,6 +1,7 @@
 // What a project holds, and what a run over it would lose or could not convert.
 #include "ProjectSurvey.h"
 
+#include "LineCheck.h"
 #include "ProjectPath.h"
 #include "updUtils.h"
 
@@ -48,7 +49,6 @@ public:
         , m_imageFolder(projectDir + "/scr"_L1)
         , m_makesFolders(makesFolders)
         , m_listener(listener)
-        , m_converter(projectDir)
     {
     }
 
@@ -70,7 +70,7 @@ private:
     void lookAtOtherFile(const fs::directory_entry &entry, const QString &path);
     void readImageFiles();
     void readImageFile(const QString &path);
-    int firstInvalidLine(const QStringList &lines);
+    static int firstInvalidLine(const FileLines &lines);
 
     void note(FindingKind kind, const QString &path, const QString &text, const QString &advice,
               int line = 0);
@@ -79,7 +79,6 @@ private:
     QString m_imageFolder;
     bool m_makesFolders;
     SurveyListener *m_listener;
-    Converter m_converter;
     QSet<QString> m_knownFiles;
     QSet<QString> m_madeFolders;
     QSet<QString> m_foldersWithScreens;
@@ -316,22 +315,19 @@ void Surveyor::readImageFiles()
 
 void Surveyor::readImageFile(const QString &path)
 {
-    Screen screen{.path = path, .fileLines = {}, .lines = {}, .objects = {}};
-    QString errorText;
-    if (!m_converter.readImageFile(path, screen.fileLines, errorText)) {
-        note(FindingKind::ScreenUnreadable, path, errorText, u"make it readable"_s);
+    const ImageFile screen = readImage(path);
+    switch (screen.state) {
+    case ImageFile::State::Unreadable:
+        note(FindingKind::ScreenUnreadable, path, screen.errorText, u"make it readable"_s);
         return;
-    }
-    if (!m_converter.checkImageLines(screen.fileLines, errorText)) {
-        note(FindingKind::ScreenInvalid, path, errorText, u"mend the line, or move the file out of \"scr\""_s,
-             firstInvalidLine(screen.fileLines));
+    case ImageFile::State::Invalid:
+        note(FindingKind::ScreenInvalid, path, screen.errorText,
+             u"mend the line, or move the file out of \"scr\""_s, firstInvalidLine(screen.lines));
         return;
+    case ImageFile::State::Whole:
+        break;
     }
-    screen.lines = screen.fileLines;
-    m_converter.splitObjects(path, screen.lines, screen.objects);
-    m_converter.gatherScatteredParts(screen.lines, screen.objects);
-    m_converter.readShapeReferences(screen.lines, screen.objects);
-    for (const Converter::STBlock &object : std::as_const(screen.objects)) {
+    for (const Converter::STBlock &object : screen.objects) {
         if (refersToShape(object))
             m_survey.shapeNames.insert(object.shapeFile);
     }
@@ -340,13 +336,13 @@ void Surveyor::readImageFile(const QString &path)
 }
 
 /// The number of the line; the one in the message counts on for lines with too few points.
-int Surveyor::firstInvalidLine(const QStringList &lines)
+int Surveyor::firstInvalidLine(const FileLines &lines)
 {
     QString complaint;
-    const auto line = std::find_if(lines.cbegin(), lines.cend(), [&](const QString &candidate) {
-        return !m_converter.checkImageLines({candidate}, complaint);
-    });
-    return static_cast<int>(line - lines.cbegin()) + 1;
+    int line = 0;
+    while (line < lines.size() && checkLines(lines.picked({line}), {.kind = FileKind::Image}, complaint))
+        ++line;
+    return line + 1;
 }
 
 } // namespace

@@ -1,22 +1,13 @@
 // What a project holds, and what a run over it would lose or could not convert.
 #pragma once
 
-#include "Converter.h"
 #include "Finding.h"
+#include "ImageFile.h"
 
 #include <QList>
 #include <QSet>
 #include <QString>
 #include <QStringList>
-
-/// An image file as a run reads it.
-struct Screen
-{
-    QString path;
-    QStringList fileLines;             ///< as they stand in the file
-    QStringList lines;                 ///< with the scattered parts of objects gathered
-    QList<Converter::STBlock> objects; ///< ranges of `lines`
-};
 
 /// Follows a survey from file to file.
 class SurveyListener
@@ -26,7 +17,7 @@ public:
 
     virtual void onFile(int count, int index, const QString &path) = 0;
     /// Called for every image file that can be converted.
-    virtual void onScreen(const Screen &screen) = 0;
+    virtual void onScreen(const ImageFile &screen) = 0;
 };
 
 struct ProjectSurvey

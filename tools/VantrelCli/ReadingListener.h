@@ -20,7 +20,7 @@ public:
         m_presenter.showProgress(count, index);
         m_presenter.showFile(path);
     }
-    void onScreen(const Screen &screen) override { m_usage.add(screen); }
+    void onScreen(const ImageFile &screen) override { m_usage.add(screen); }
 
 private:
     ShapeUsage &m_usage;

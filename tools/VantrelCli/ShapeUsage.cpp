@@ -11,13 +11,11 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Index of the line by which an object refers to its shape: the last one counts.
-qsizetype referenceLine(const QStringList &lines, const Converter::STBlock &object)
+qsizetype referenceLine(const FileLines &lines, const Converter::STBlock &object)
 {
     qsizetype line = object.lastLine;
-    while (line > object.firstLine &&
-           RecordGrammar::kindOf(lines.at(line)) != RecordGrammar::LineKind::Library) {
+    while (line > object.firstLine && lines.kindAt(line) != RecordGrammar::LineKind::Library)
         --line;
-    }
     return line;
 }
 
@@ -27,11 +25,10 @@ ShapeUsage::ShapeUsage(const QString &projectDir, States states)
     : m_projectDir(projectDir)
     , m_states(states)
     , m_catalogue(projectDir)
-    , m_converter(projectDir)
 {
 }
 
-void ShapeUsage::add(const Screen &screen)
+void ShapeUsage::add(const ImageFile &screen)
 {
     QSet<QString> namesOnScreen;
     for (const Converter::STBlock &object : screen.objects) {
@@ -44,7 +41,7 @@ void ShapeUsage::add(const Screen &screen)
         ++m_uses[name].screenCount;
 }
 
-void ShapeUsage::addObject(const Screen &screen, const Converter::STBlock &object)
+void ShapeUsage::addObject(const ImageFile &screen, const Converter::STBlock &object)
 {
     ShapeUse &use = m_uses[object.shapeFile];
     ++use.objectCount;
@@ -53,7 +50,7 @@ void ShapeUsage::addObject(const Screen &screen, const Converter::STBlock &objec
     addReference(screen, object, use);
 }
 
-void ShapeUsage::addReference(const Screen &screen, const Converter::STBlock &object, ShapeUse &use)
+void ShapeUsage::addReference(const ImageFile &screen, const Converter::STBlock &object, ShapeUse &use)
 {
     const qsizetype line = referenceLine(screen.lines, object);
     const QString name = fieldAt(screen.lines.at(line), RecordGrammar::Library::shapeFile).toString();
@@ -64,19 +61,7 @@ void ShapeUsage::addReference(const Screen &screen, const Converter::STBlock &ob
     reference.line = fileLineOf(screen, line);
 }
 
-/// Where a line stands in the file: numbers go the way that the lines went.
-int ShapeUsage::fileLineOf(const Screen &screen, qsizetype line)
-{
-    QStringList numbers;
-    for (qsizetype number = 1; number <= screen.fileLines.size(); ++number)
-        numbers.append(QString::number(number));
-    QList<Converter::STBlock> objects;
-    m_converter.splitObjects(screen.path, screen.fileLines, objects);
-    m_converter.gatherScatteredParts(numbers, objects);
-    return numbers.value(line).toInt();
-}
-
-bool ShapeUsage::isOutdated(const Screen &screen, const Converter::STBlock &object)
+bool ShapeUsage::isOutdated(const ImageFile &screen, const Converter::STBlock &object)
 {
     const CatalogueShape &shape = m_catalogue.shape(object.shapeFile);
     if (shape.usability != ShapeUsability::Valid)
@@ -85,8 +70,11 @@ bool ShapeUsage::isOutdated(const Screen &screen, const Converter::STBlock &obje
     if (!shape.record.missingIcons.isEmpty())
         return true;
     const QStringList lines = m_catalogue.replacementFor(object, shape);
-    return lines.size() != object.lastLine - object.firstLine + 1 ||
-           !std::equal(lines.cbegin(), lines.cend(), screen.lines.cbegin() + object.firstLine);
+    if (lines.size() != object.lastLine - object.firstLine + 1)
+        return true;
+    qsizetype index = object.firstLine;
+    return !std::all_of(lines.cbegin(), lines.cend(),
+                        [&](const QString &line) { return screen.lines.at(index++) == line; });
 }
 
 QList<ShapeReport> ShapeUsage::reports()

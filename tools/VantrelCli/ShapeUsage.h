@@ -47,22 +47,20 @@ public:
 
     ShapeUsage(const QString &projectDir, States states);
 
-    void add(const Screen &screen);
+    void add(const ImageFile &screen);
 
     const QMap<QString, ShapeUse> &uses() const { return m_uses; }
     QList<ShapeReport> reports();
     ShapeCatalogue &catalogue() { return m_catalogue; }
 
 private:
-    void addObject(const Screen &screen, const Converter::STBlock &object);
-    void addReference(const Screen &screen, const Converter::STBlock &object, ShapeUse &use);
-    int fileLineOf(const Screen &screen, qsizetype line);
-    bool isOutdated(const Screen &screen, const Converter::STBlock &object);
+    void addObject(const ImageFile &screen, const Converter::STBlock &object);
+    void addReference(const ImageFile &screen, const Converter::STBlock &object, ShapeUse &use);
+    bool isOutdated(const ImageFile &screen, const Converter::STBlock &object);
     QString placeOf(const QString &name, const CatalogueShape &shape) const;
 
     QString m_projectDir;
     States m_states;
     ShapeCatalogue m_catalogue;
-    Converter m_converter;
     QMap<QString, ShapeUse> m_uses;
 };

@@ -131,6 +131,8 @@ void TextPresenter::showRefusal(const QList<Finding> &obstacles)
 
 void TextPresenter::showReport(const Converter::STBlock &report)
 {
+    if (isQuiet())
+        return;
     m_reports.addRow({statusText(report.status), relativeTo(m_projectDir, report.imageFile), report.shapeFile,
                       report.imageObject, report.shapeObject, report.initText, report.error},
                      report.status == errorStatus ? Color::Red : Color::Plain);

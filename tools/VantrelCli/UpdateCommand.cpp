@@ -19,10 +19,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int replacedStatus = 0;
-constexpr int notReplacedStatus = 1;
-constexpr int errorStatus = 2;
-
 class UpdateCommand final
 {
 public:
@@ -139,30 +135,21 @@ QStringList UpdateCommand::lostScreens(const RunResult &result, const QString &r
 {
     if (!result.isCompleted)
         return {};
-    QSet<QString> failedFiles;
-    for (const Converter::STBlock &report : result.reports) {
-        const bool isAboutWholeFile = report.firstLine < 0;
-        if (report.status == errorStatus && isAboutWholeFile)
-            failedFiles.insert(report.imageFile);
-    }
     QStringList lost;
-    std::copy_if(
-        m_survey.imageFiles.cbegin(), m_survey.imageFiles.cend(), std::back_inserter(lost),
-        [&](const QString &file) { return !failedFiles.contains(file) && !QFileInfo::exists(root + file); });
+    std::copy_if(m_survey.imageFiles.cbegin(), m_survey.imageFiles.cend(), std::back_inserter(lost),
+                 [&](const QString &file) {
+                     return !result.failedFiles.contains(file) && !QFileInfo::exists(root + file);
+                 });
     return lost;
 }
 
 CommandEnd UpdateCommand::describeEnd(const RunResult &result, const QString &root) const
 {
-    const auto countReports = [&result](int status) {
-        return std::count_if(result.reports.cbegin(), result.reports.cend(),
-                             [status](const Converter::STBlock &report) { return report.status == status; });
-    };
     CommandEnd end;
     end.counts = {{Count::Files, result.fileCount},
-                  {Count::Replaced, countReports(replacedStatus)},
-                  {Count::NotReplaced, countReports(notReplacedStatus)},
-                  {Count::Errors, countReports(errorStatus)}};
+                  {Count::Replaced, result.replaced},
+                  {Count::NotReplaced, result.notReplaced},
+                  {Count::Errors, result.errors}};
     end.lostScreens = lostScreens(result, root);
     end.exitCode = exitCodeOf(result, end.lostScreens);
     return end;
@@ -174,10 +161,7 @@ ExitCode UpdateCommand::exitCodeOf(const RunResult &result, const QStringList &l
         return stoppedBy(m_stopSignals.received());
     if (!result.isCompleted || !result.isCopiedBack || !lost.isEmpty())
         return ExitCode::FilesMissing;
-    const bool hasErrors =
-        std::any_of(result.reports.cbegin(), result.reports.cend(),
-                    [](const Converter::STBlock &report) { return report.status == errorStatus; });
-    return hasErrors ? ExitCode::DoneWithErrors : ExitCode::Done;
+    return result.errors > 0 ? ExitCode::DoneWithErrors : ExitCode::Done;
 }
 
 ExitCode UpdateCommand::endWith(ExitCode code)

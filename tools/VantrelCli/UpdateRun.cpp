@@ -55,11 +55,30 @@ void UpdateRun::onProgressChanged(int count, int index)
 void UpdateRun::onConvertInfo(Converter::STBlock block)
 {
     if (m_settings.scratchRoot.isEmpty())
-        writeChangeLog(block, m_converter.logFileName());
+        m_changeLog.append(block, m_converter.logFileName());
     block.imageFile = shown(block.imageFile);
     block.error = shown(block.error);
     m_presenter.showReport(block);
-    m_result.reports.append(block);
+    count(block);
+}
+
+void UpdateRun::count(const Converter::STBlock &block)
+{
+    constexpr int notReplacedStatus = 1;
+    constexpr int errorStatus = 2;
+    switch (block.status) {
+    case notReplacedStatus:
+        ++m_result.notReplaced;
+        break;
+    case errorStatus:
+        ++m_result.errors;
+        // Reports of objects name their lines.
+        if (block.firstLine < 0)
+            m_result.failedFiles.insert(block.imageFile);
+        break;
+    default:
+        ++m_result.replaced;
+    }
 }
 
 void UpdateRun::handleMessage(QString level, QString time, QString message)

@@ -1,11 +1,11 @@
 // One conversion run as the window would start it, without a window.
 #pragma once
 
+#include "ChangeLog.h"
 #include "Converter.h"
 #include "Logger.h"
 #include "Presenter.h"
 
-#include <QList>
 #include <QObject>
 #include <QSet>
 #include <QString>
@@ -22,7 +22,10 @@ struct RunSettings
 
 struct RunResult
 {
-    QList<Converter::STBlock> reports;
+    qsizetype replaced = 0; ///< reports of each status
+    qsizetype notReplaced = 0;
+    qsizetype errors = 0;
+    QSet<QString> failedFiles; ///< reported as not converted
     int fileCount = 0;
     bool isCompleted = false; ///< not stopped before its last file
     bool isCopiedBack = true; ///< as far as the run itself noticed
@@ -47,11 +50,13 @@ public:
 private:
     void onProgressChanged(int count, int index);
     void onConvertInfo(Converter::STBlock block);
+    void count(const Converter::STBlock &block);
     void handleMessage(QString level, QString time, QString message) override;
     QString shown(QString text) const;
 
     RunSettings m_settings;
     Presenter &m_presenter;
     Converter m_converter;
+    ChangeLog m_changeLog;
     RunResult m_result;
 };

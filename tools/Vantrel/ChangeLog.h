@@ -1,0 +1,36 @@
+// The change log: one row for each report of a run, for spreadsheets.
+#pragma once
+
+#include "Converter.h"
+#include "TextBuffer.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <sys/types.h>
+
+/// Appends reports to change logs, see writeChangeLog(). Keeps the log open between reports; a log
+/// that was moved or removed meanwhile is opened anew, so that every report goes to its path.
+class ChangeLog final
+{
+public:
+    ChangeLog() = default;
+    ~ChangeLog();
+    ChangeLog(const ChangeLog &) = delete;
+    ChangeLog &operator=(const ChangeLog &) = delete;
+
+    void append(const Converter::STBlock &block, const QString &path);
+
+private:
+    void open(bool isNew);
+    void close();
+
+    QByteArray m_path;
+    int m_descriptor = -1;
+    dev_t m_device = 0;
+    ino_t m_inode = 0;
+    TextBuffer<char> m_text; ///< what is to be written next
+};
+
+/// An object's name without the four characters of its tag; a shorter one is kept whole.
+QString withoutTag(const QString &object);
