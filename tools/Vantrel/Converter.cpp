@@ -9,7 +9,6 @@
 #include "ObjectCutter.h"
 #include "Remembered.h"
 #include "ShapeLibrary.h"
-#include "ShapeLines.h"
 #include "ShapePlacement.h"
 #include "ShapeReferences.h"
 #include "updUtils.h"
@@ -28,7 +27,7 @@ struct Converter::ShapeFile
     bool isReadable = false;
     bool isValid = false;
     QString errorText;
-    ShapeLines lines;
+    std::shared_ptr<const ShapePattern<QLatin1StringView>> lines;
     STBlock shape;
 };
 
@@ -102,6 +101,33 @@ FileLines fromFirstSection(FileLines lines, int &offset)
     offset = first < lines.size() ? first : -1;
     lines.removeFirst(first);
     return lines;
+}
+
+/// The lines of a shape as they take the places of objects.
+ShapePattern<QLatin1StringView> patternOf(const FileLines &lines, const Converter::STBlock &shape)
+{
+    const QByteArray fromPrefix = shape.imageObject.toLatin1();
+    ShapePattern<QLatin1StringView> pattern;
+    for (qsizetype index = 0; index < lines.size(); ++index) {
+        const QLatin1StringView line = lines.at(index);
+        const auto *const rule = RecordGrammar::ruleFor(line, RecordGrammar::rebaseRules);
+        if (isPlaced(lines.kindAt(index)))
+            pattern.addPlaced(line, lines.kindAt(index));
+        else if (rule != nullptr)
+            pattern.addRebased(line, *rule, QLatin1StringView(fromPrefix));
+        else
+            pattern.addText(line);
+        pattern.addLineEnd();
+    }
+    return pattern;
+}
+
+/// Exchanges a line for the one line of a pattern.
+void fill(const ShapePattern<QStringView> &pattern, const Fitting<QStringView> &fitting, QString &line)
+{
+    TextBuffer<char16_t> text;
+    pattern.appendFilled(fitting, text);
+    line = QString::fromUtf16(text.data(), text.size());
 }
 
 } // namespace
@@ -374,7 +400,13 @@ void Converter::replaceObject(const ImageFile &image, STBlock &object)
         return;
     }
     const STBlock &shape = shapeFile.shape;
-    shapeFile.lines.appendFitted(object, shape, output);
+    const QByteArray extraText = object.extraText.toLatin1();
+    const QByteArray toPrefix = object.initText.toLatin1();
+    shapeFile.lines->appendFilled({.displacement = displacementOf(object.rect, shape.rect),
+                                   .level = object.extraNumber,
+                                   .extraText = QLatin1StringView(extraText),
+                                   .toPrefix = QLatin1StringView(toPrefix)},
+                                  output);
     object.shapeObject = shape.imageObject;
     Q_EMIT sigConvertInfo(object);
     for (const QString &icon : std::as_const(shape.missingIcons))
@@ -393,7 +425,8 @@ const Converter::ShapeFile &Converter::openedShape(const QString &name)
             file.isReadable && checkLines(*lines, {FileKind::Shape, shapeLineOffset}, file.errorText);
         if (file.isValid) {
             parseShape(*lines, *m_run->library, file.shape);
-            file.lines = ShapeLines(*lines);
+            file.lines =
+                std::make_shared<const ShapePattern<QLatin1StringView>>(patternOf(*lines, file.shape));
         }
         return file;
     });
@@ -509,33 +542,34 @@ bool Converter::parseShapeLines(const QStringList &lines, STBlock &shape)
 
 void Converter::placeShapeLines(QStringList &lines, const STBlock &target, const STBlock &shape)
 {
-    const Displacement displacement = displacementOf(target.rect, shape.rect);
-    const PlacedObject<QStringView> object{.level = target.extraNumber, .extraText = target.extraText};
-    TextBuffer<char16_t> placed;
+    const Fitting<QStringView> fitting{.displacement = displacementOf(target.rect, shape.rect),
+                                       .level = target.extraNumber,
+                                       .extraText = target.extraText,
+                                       .toPrefix = {}};
+    ShapePattern<QStringView> pattern;
     for (QString &line : lines) {
         const RecordGrammar::LineKind kind = RecordGrammar::kindOf(line);
         if (!isPlaced(kind))
             continue;
-        placed.clear();
-        appendPlaced<QStringView>(line, kind, displacement, object, placed);
-        line = QString::fromUtf16(placed.data(), placed.size());
+        pattern.clear();
+        pattern.addPlaced(line, kind, fitting.extraText);
+        fill(pattern, fitting, line);
     }
 }
 
 void Converter::rebaseShapeLines(QStringList &lines, const QString &fromPrefix, const QString &toPrefix,
                                  int xShift, int yShift)
 {
-    const Rebasing<QStringView> rebasing{
-        .fromPrefix = fromPrefix, .toPrefix = toPrefix, .xShift = xShift, .yShift = yShift};
-    TextBuffer<char16_t> rebased;
+    const Fitting<QStringView> fitting{
+        .displacement = {.corner = {}, .centre = {xShift, yShift}}, .extraText = {}, .toPrefix = toPrefix};
+    ShapePattern<QStringView> pattern;
     for (QString &line : lines) {
-        const RecordGrammar::RebaseRule *const rule =
-            RecordGrammar::ruleFor(line, RecordGrammar::rebaseRules);
+        const auto *const rule = RecordGrammar::ruleFor(line, RecordGrammar::rebaseRules);
         if (rule == nullptr)
             continue;
-        rebased.clear();
-        appendRebased<QStringView>(line, *rule, rebasing, rebased);
-        line = QString::fromUtf16(rebased.data(), rebased.size());
+        pattern.clear();
+        pattern.addRebased(line, *rule, fromPrefix);
+        fill(pattern, fitting, line);
     }
 }
 

@@ -72,6 +72,8 @@ bool checkLines(const Lines &lines, const CheckedFile &file, QString &errorText)
     const auto rules =
         file.kind == FileKind::Image ? RecordGrammar::imageCheckRules : RecordGrammar::shapeCheckRules;
     for (int index = 0; index < lines.size(); ++index) {
+        if (file.kind == FileKind::Image && kindAt(lines, index) == RecordGrammar::LineKind::Other)
+            continue;
         const auto line = lineAt(lines, index);
         const CheckRule *rule = RecordGrammar::ruleFor(line, rules);
         if (rule != nullptr && !checkLine(*rule, line, errorText, index, file))

@@ -20,14 +20,18 @@ inline constexpr std::size_t longestPrefix = 4;
 template <RecordView View>
 constexpr quint32 leadOf(View line)
 {
-    constexpr unsigned inNoPrefix = 0xff;
-    constexpr unsigned bitsOfCharacter = 8;
-    const auto count = std::min(static_cast<std::size_t>(line.size()), longestPrefix);
+    const auto *const text = charsOf(line);
+    const auto character = [text](std::size_t index) {
+        constexpr unsigned inNoPrefix = 0xff;
+        constexpr unsigned bitsOfCharacter = 8;
+        const unsigned code = std::make_unsigned_t<CharOf<View>>(text[index]);
+        return quint32{std::min(code, inNoPrefix)} << (bitsOfCharacter * index);
+    };
+    if (line.size() >= qsizetype{longestPrefix})
+        return character(0) | character(1) | character(2) | character(3);
     quint32 lead = 0;
-    for (std::size_t index = 0; index < count; ++index) {
-        const auto character = std::make_unsigned_t<CharOf<View>>(charsOf(line)[index]);
-        lead |= std::min<unsigned>(character, inNoPrefix) << (bitsOfCharacter * index);
-    }
+    for (std::size_t index = 0; index < static_cast<std::size_t>(line.size()); ++index)
+        lead |= character(index);
     return lead;
 }
 
@@ -45,6 +49,10 @@ public:
     }
 
     constexpr bool isLeadOf(quint32 lead) const { return (lead & m_mask) == m_lead; }
+    constexpr bool isSameAs(const Prefix &other) const
+    {
+        return m_lead == other.m_lead && m_mask == other.m_mask;
+    }
 
 private:
     quint32 m_lead;
@@ -166,6 +174,14 @@ inline constexpr std::array checkRules{
 inline constexpr std::size_t imageCheckCount = 4;
 inline constexpr std::span<const CheckRule> imageCheckRules{checkRules.data(), imageCheckCount};
 inline constexpr std::span<const CheckRule> shapeCheckRules{checkRules};
+
+static_assert(std::all_of(imageCheckRules.begin(), imageCheckRules.end(),
+                          [](const CheckRule &rule) {
+                              return std::any_of(lineTags.begin(), lineTags.end(), [&](const LineTag &tag) {
+                                  return tag.prefix.isSameAs(rule.prefix);
+                              });
+                          }),
+              "lines of no kind of their own are not checked in image files");
 
 /// What happens to a line of a shape besides moving its file references.
 enum class Rebase {

@@ -4,49 +4,10 @@
 #include "WrapArithmetic.h"
 
 #include <array>
-#include <optional>
 
 using namespace RecordGrammar;
 
 namespace {
-
-/// Appends fields with their separators.
-template <RecordView View>
-class FieldAppender final
-{
-public:
-    explicit FieldAppender(TextBuffer<CharOf<View>> &out)
-        : m_out(out)
-    {
-    }
-
-    void append(View field)
-    {
-        separate();
-        m_out.append(field);
-    }
-    void append(View begin, View end)
-    {
-        append(begin);
-        m_out.append(end);
-    }
-    void appendNumber(int number)
-    {
-        separate();
-        m_out.appendNumber(number);
-    }
-
-private:
-    void separate()
-    {
-        if (!m_isFirst)
-            m_out.append(fieldSeparator);
-        m_isFirst = false;
-    }
-
-    TextBuffer<CharOf<View>> &m_out;
-    bool m_isFirst = true;
-};
 
 template <RecordView View>
 bool hasAllPoints(View line)
@@ -55,92 +16,27 @@ bool hasAllPoints(View line)
     return coordinates > 0 && coordinates == Wrap::multiply(2, toNumber(fieldAt(line, counter)));
 }
 
-template <RecordView View>
-void appendPoints(View line, QPoint way, TextBuffer<CharOf<View>> &out)
-{
-    if (!hasAllPoints(line)) {
-        out.append(line);
-        return;
-    }
-    FieldReader<View> fields(line);
-    FieldAppender<View> appender(out);
-    for (qsizetype index = 0; index < Points::first; ++index)
-        appender.append(fields.next());
-    while (fields.hasNext()) {
-        appender.appendNumber(Wrap::add(toNumber(fields.next()), way.x()));
-        appender.appendNumber(Wrap::add(toNumber(fields.next()), way.y()));
-    }
-}
-
 /// A rectangle line's fields: the fixed ones, the others taken together.
 template <RecordView View>
 struct RectangleFields
 {
     std::array<View, Rectangle::extra> fixed;
     qsizetype count = 0; ///< of the fixed ones that the line has
-    std::optional<View> extra;
+    View rest;
+    bool hasRest = false;
 
     explicit RectangleFields(View line)
     {
         FieldReader<View> reader(line);
         while (reader.hasNext() && count < Rectangle::extra)
             fixed[static_cast<std::size_t>(count++)] = reader.next();
-        if (reader.hasNext())
-            extra = reader.rest();
+        hasRest = reader.hasNext();
+        rest = reader.rest();
     }
     int number(qsizetype index) const { return toNumber(fixed[static_cast<std::size_t>(index)]); }
 };
 
-template <RecordView View>
-void appendMoved(const RectangleFields<View> &fields, QPoint way, int level, TextBuffer<CharOf<View>> &out)
-{
-    // Only the left edge is kept on the screen; a shape may reach beyond the top.
-    const int x1 = std::max(0, Wrap::add(way.x(), fields.number(Rectangle::x1)));
-    const int y1 = Wrap::add(way.y(), fields.number(Rectangle::y1));
-    const int width = Wrap::subtract(fields.number(Rectangle::x2), fields.number(Rectangle::x1));
-    const int height = Wrap::subtract(fields.number(Rectangle::y2), fields.number(Rectangle::y1));
-    const bool hasLevel = fields.count > Rectangle::level;
-
-    FieldAppender<View> appender(out);
-    for (qsizetype index = 0; index < fields.count; ++index) {
-        if (hasLevel && index == Rectangle::x1)
-            appender.appendNumber(x1);
-        else if (hasLevel && index == Rectangle::y1)
-            appender.appendNumber(y1);
-        else if (hasLevel && index == Rectangle::x2)
-            appender.appendNumber(Wrap::add(x1, width));
-        else if (hasLevel && index == Rectangle::y2)
-            appender.appendNumber(Wrap::add(y1, height));
-        else if (hasLevel && index == Rectangle::level)
-            appender.appendNumber(level);
-        else
-            appender.append(fields.fixed[static_cast<std::size_t>(index)]);
-    }
-    if (fields.extra)
-        appender.append(*fields.extra);
-}
-
-/// What follows the fixed fields is exchanged for the text of the object. In a line with too few
-/// of them the text supplies the others.
-template <RecordView View>
-void appendRectangle(View line, QPoint way, const PlacedObject<View> &object, TextBuffer<CharOf<View>> &out)
-{
-    RectangleFields<View> fields(line);
-    if (fields.count == Rectangle::extra || object.extraText.isEmpty()) {
-        fields.extra.reset();
-        if (!object.extraText.isEmpty())
-            fields.extra = object.extraText;
-        appendMoved(fields, way, object.level, out);
-        return;
-    }
-    TextBuffer<CharOf<View>> whole;
-    whole.append(line);
-    whole.append(fieldSeparator);
-    whole.append(object.extraText);
-    appendMoved(RectangleFields(View(whole.data(), whole.size())), way, object.level, out);
-}
-
-/// Which fields of a line of this rule are file references.
+/// Which fields of a line of a rule are file references.
 class References final
 {
 public:
@@ -148,9 +44,8 @@ public:
     {
         for (const int position : rule.references)
             m_positions |= quint64{1} << position;
-        if (rule.kind == Rebase::EachEntry && countedEntries > 0) {
+        if (rule.kind == Rebase::EachEntry && countedEntries > 0)
             m_endOfEntries = Entries::firstReference + qint64{Entries::fieldsOfEntry} * countedEntries;
-        }
     }
 
     bool contains(qsizetype index) const
@@ -166,6 +61,11 @@ private:
     qint64 m_endOfEntries = 0;
 };
 
+constexpr bool isAxis(Rebase kind)
+{
+    return kind == Rebase::ShiftAcross || kind == Rebase::ShiftDown;
+}
+
 constexpr bool isAxisReference(qsizetype index)
 {
     return std::find(axisReferences.begin(), axisReferences.end(), index) != axisReferences.end();
@@ -176,42 +76,14 @@ constexpr bool isAxisNumber(qsizetype index)
     return std::find(axisNumbers.begin(), axisNumbers.end(), index) != axisNumbers.end();
 }
 
+/// A reference is moved before it is read as a number.
 template <RecordView View>
-void appendReference(View field, const Rebasing<View> &rebasing, FieldAppender<View> &appender)
+int numberBehind(View prefix, View rest)
 {
-    if (isBelowPrefix(field, rebasing.fromPrefix))
-        appender.append(rebasing.toPrefix, field.sliced(rebasing.fromPrefix.size()));
-    else
-        appender.append(field);
-}
-
-/// An axis reference is moved before it is read as a number, so that its number is that of the
-/// moved one.
-template <RecordView View>
-int axisNumber(View field, const Rebasing<View> &rebasing)
-{
-    if (!field.contains(u':') || !isBelowPrefix(field, rebasing.fromPrefix))
-        return toNumber(field);
-    TextBuffer<CharOf<View>> moved;
-    moved.append(rebasing.toPrefix);
-    moved.append(field.sliced(rebasing.fromPrefix.size()));
-    return toNumber(View(moved.data(), moved.size()));
-}
-
-template <RecordView View>
-void appendAxis(View line, const References &references, int shift, const Rebasing<View> &rebasing,
-                FieldAppender<View> &appender)
-{
-    FieldReader<View> fields(line);
-    for (qsizetype index = 0; fields.hasNext(); ++index) {
-        const View field = fields.next();
-        if (isAxisNumber(index))
-            appender.appendNumber(Wrap::add(axisNumber(field, rebasing), shift));
-        else if (references.contains(index) || (isAxisReference(index) && field.contains(u':')))
-            appendReference(field, rebasing, appender);
-        else
-            appender.append(field);
-    }
+    TextBuffer<CharOf<View>> reference;
+    reference.append(prefix);
+    reference.append(rest);
+    return toNumber(View(reference.data(), reference.size()));
 }
 
 } // namespace
@@ -223,44 +95,203 @@ Displacement displacementOf(const QRect &target, const QRect &shape)
 }
 
 template <RecordView View>
-void appendPlaced(View line, LineKind kind, const Displacement &displacement,
-                  const PlacedObject<View> &object, TextBuffer<CharOf<View>> &out)
+void ShapePattern<View>::clear()
 {
-    if (kind == LineKind::Points)
-        appendPoints(line, displacement.corner, out);
-    else
-        appendRectangle(line, displacement.centre, object, out);
+    m_text.clear();
+    m_gaps.clear();
+    m_textBeforeGaps = 0;
 }
 
 template <RecordView View>
-void appendRebased(View line, const RebaseRule &rule, const Rebasing<View> &rebasing,
-                   TextBuffer<CharOf<View>> &out)
+void ShapePattern<View>::addPlaced(View line, LineKind kind, View extraText)
 {
-    const int countedEntries = rule.kind == Rebase::EachEntry ? toNumber(fieldAt(line, counter)) : 0;
-    const References references(rule, countedEntries);
-    FieldAppender<View> appender(out);
-    if (rule.kind == Rebase::ShiftAcross || rule.kind == Rebase::ShiftDown) {
-        const int shift = rule.kind == Rebase::ShiftAcross ? rebasing.xShift : rebasing.yShift;
-        appendAxis(line, references, shift, rebasing, appender);
-        return;
-    }
+    m_isLineBegin = true;
+    if (kind == LineKind::Rectangle)
+        addRectangle(line, extraText);
+    else if (hasAllPoints(line))
+        addPoints(line);
+    else
+        addText(line);
+}
+
+template <RecordView View>
+void ShapePattern<View>::addPoints(View line)
+{
     FieldReader<View> fields(line);
-    for (qsizetype index = 0; fields.hasNext(); ++index) {
-        const View field = fields.next();
-        if (rule.kind == Rebase::Initialise && index == Library::initText)
-            appender.append(rebasing.toPrefix);
-        else if (references.contains(index))
-            appendReference(field, rebasing, appender);
-        else
-            appender.append(field);
+    for (qsizetype index = 0; index < Points::first; ++index)
+        addField(fields.next());
+    while (fields.hasNext()) {
+        addNumber(Filling::PointAcross, toNumber(fields.next()));
+        addNumber(Filling::PointDown, toNumber(fields.next()));
     }
 }
 
-template void appendPlaced(QStringView line, LineKind kind, const Displacement &displacement,
-                           const PlacedObject<QStringView> &object, TextBuffer<char16_t> &out);
-template void appendPlaced(QLatin1StringView line, LineKind kind, const Displacement &displacement,
-                           const PlacedObject<QLatin1StringView> &object, TextBuffer<char> &out);
-template void appendRebased(QStringView line, const RebaseRule &rule, const Rebasing<QStringView> &rebasing,
-                            TextBuffer<char16_t> &out);
-template void appendRebased(QLatin1StringView line, const RebaseRule &rule,
-                            const Rebasing<QLatin1StringView> &rebasing, TextBuffer<char> &out);
+template <RecordView View>
+void ShapePattern<View>::addRectangle(View line, View extraText)
+{
+    RectangleFields<View> fields(line);
+    TextBuffer<CharOf<View>> whole;
+    const bool lacksFields = fields.count < Rectangle::extra && !extraText.isEmpty();
+    if (lacksFields) {
+        whole.append(line);
+        whole.append(fieldSeparator);
+        whole.append(extraText);
+        fields = RectangleFields<View>(View(whole.data(), whole.size()));
+    }
+
+    const bool isMoved = fields.count > Rectangle::level;
+    for (qsizetype index = 0; index < fields.count; ++index) {
+        if (isMoved && index == Rectangle::x1)
+            addNumber(Filling::Left, fields.number(index));
+        else if (isMoved && index == Rectangle::y1)
+            addNumber(Filling::Top, fields.number(index));
+        else if (isMoved && index == Rectangle::x2)
+            addNumber(Filling::Right, Wrap::subtract(fields.number(index), fields.number(Rectangle::x1)));
+        else if (isMoved && index == Rectangle::y2)
+            addNumber(Filling::Bottom, Wrap::subtract(fields.number(index), fields.number(Rectangle::y1)));
+        else if (isMoved && index == Rectangle::level)
+            addNumber(Filling::Level, 0);
+        else
+            addField(fields.fixed[static_cast<std::size_t>(index)]);
+    }
+    if (!lacksFields)
+        addGap(Filling::ExtraText);
+    else if (fields.hasRest)
+        addField(fields.rest);
+}
+
+template <RecordView View>
+void ShapePattern<View>::addRebased(View line, const RebaseRule &rule, View fromPrefix)
+{
+    m_isLineBegin = true;
+    const int countedEntries = rule.kind == Rebase::EachEntry ? toNumber(fieldAt(line, counter)) : 0;
+    const References references(rule, countedEntries);
+    FieldReader<View> fields(line);
+    for (qsizetype index = 0; fields.hasNext(); ++index) {
+        const View field = fields.next();
+        if (rule.kind == Rebase::Initialise && index == Library::initText) {
+            addField(View());
+            addGap(Filling::Prefix);
+        } else if (isAxis(rule.kind) && isAxisNumber(index)) {
+            addAxisNumber(field, fromPrefix, rule.kind);
+        } else if (references.contains(index) ||
+                   (isAxis(rule.kind) && isAxisReference(index) && field.contains(u':'))) {
+            addReference(field, fromPrefix);
+        } else {
+            addField(field);
+        }
+    }
+}
+
+template <RecordView View>
+void ShapePattern<View>::addReference(View field, View fromPrefix)
+{
+    if (!isBelowPrefix(field, fromPrefix)) {
+        addField(field);
+        return;
+    }
+    addField(View());
+    addGap(Filling::Prefix);
+    addText(field.sliced(fromPrefix.size()));
+}
+
+template <RecordView View>
+void ShapePattern<View>::addAxisNumber(View field, View fromPrefix, Rebase axis)
+{
+    const bool isAcross = axis == Rebase::ShiftAcross;
+    if (!field.contains(u':') || !isBelowPrefix(field, fromPrefix)) {
+        addNumber(isAcross ? Filling::Across : Filling::Down, toNumber(field));
+        return;
+    }
+    const View rest = field.sliced(fromPrefix.size());
+    addNumber(isAcross ? Filling::ReferenceAcross : Filling::ReferenceDown, static_cast<int>(rest.size()));
+    addText(rest);
+    m_textBeforeGaps += rest.size();
+}
+
+template <RecordView View>
+void ShapePattern<View>::addField(View field)
+{
+    if (!m_isLineBegin)
+        m_text.append(fieldSeparator);
+    m_isLineBegin = false;
+    m_text.append(field);
+}
+
+template <RecordView View>
+void ShapePattern<View>::addNumber(Filling filling, int number)
+{
+    addField(View());
+    addGap(filling, number);
+}
+
+template <RecordView View>
+void ShapePattern<View>::addGap(Filling filling, int number)
+{
+    m_gaps.push_back({m_text.size() - m_textBeforeGaps, filling, number});
+    m_textBeforeGaps = m_text.size();
+}
+
+template <RecordView View>
+void ShapePattern<View>::appendFilled(const Fitting<View> &fitting, TextBuffer<CharOf<View>> &out) const
+{
+    const QPoint corner = fitting.displacement.corner;
+    const QPoint centre = fitting.displacement.centre;
+    const CharOf<View> *text = m_text.data();
+    const auto takeText = [&text](qsizetype size) { return View(std::exchange(text, text + size), size); };
+    int left = 0;
+    int top = 0;
+    for (const Gap &gap : m_gaps) {
+        out.append(takeText(gap.textSize));
+        switch (gap.filling) {
+        case Filling::PointAcross:
+            out.appendNumber(Wrap::add(gap.number, corner.x()));
+            break;
+        case Filling::PointDown:
+            out.appendNumber(Wrap::add(gap.number, corner.y()));
+            break;
+        case Filling::Left:
+            // Only the left edge is kept on the screen; a shape may reach beyond the top.
+            left = std::max(0, Wrap::add(centre.x(), gap.number));
+            out.appendNumber(left);
+            break;
+        case Filling::Top:
+            top = Wrap::add(centre.y(), gap.number);
+            out.appendNumber(top);
+            break;
+        case Filling::Right:
+            out.appendNumber(Wrap::add(left, gap.number));
+            break;
+        case Filling::Bottom:
+            out.appendNumber(Wrap::add(top, gap.number));
+            break;
+        case Filling::Level:
+            out.appendNumber(fitting.level);
+            break;
+        case Filling::ExtraText:
+            if (!fitting.extraText.isEmpty())
+                out.append(fieldSeparator);
+            out.append(fitting.extraText);
+            break;
+        case Filling::Prefix:
+            out.append(fitting.toPrefix);
+            break;
+        case Filling::Across:
+            out.appendNumber(Wrap::add(gap.number, centre.x()));
+            break;
+        case Filling::Down:
+            out.appendNumber(Wrap::add(gap.number, centre.y()));
+            break;
+        case Filling::ReferenceAcross:
+            out.appendNumber(Wrap::add(numberBehind(fitting.toPrefix, takeText(gap.number)), centre.x()));
+            break;
+        case Filling::ReferenceDown:
+            out.appendNumber(Wrap::add(numberBehind(fitting.toPrefix, takeText(gap.number)), centre.y()));
+            break;
+        }
+    }
+    out.append(takeText(m_text.data() + m_text.size() - text));
+}
+
+template class ShapePattern<QStringView>;
+template class ShapePattern<QLatin1StringView>;

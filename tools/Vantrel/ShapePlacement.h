@@ -7,6 +7,9 @@
 #include <QPoint>
 #include <QRect>
 
+#include <utility>
+#include <vector>
+
 /// How a shape is moved onto the object that it replaces. Points move by the corner of the main
 /// rectangles, rectangles and axes by their centre.
 struct Displacement
@@ -18,22 +21,14 @@ struct Displacement
 /// The way from a shape's main rectangle to that of the object whose place it takes.
 Displacement displacementOf(const QRect &target, const QRect &shape);
 
-/// The object whose place a shape takes, as far as its lines show it.
+/// What differs from one object to another where a shape takes their places.
 template <RecordView View>
-struct PlacedObject
+struct Fitting
 {
+    Displacement displacement;
     int level = 0;
     View extraText; ///< takes the place of what follows a rectangle line's fixed fields
-};
-
-/// The prefixes that the file references of a shape are moved between, and the way of its axes.
-template <RecordView View>
-struct Rebasing
-{
-    View fromPrefix;
-    View toPrefix;
-    int xShift = 0;
-    int yShift = 0;
+    View toPrefix;  ///< takes the place of the prefix of file references
 };
 
 /// Whether placing changes lines of this kind. Rebasing leaves these alone.
@@ -42,13 +37,61 @@ constexpr bool isPlaced(RecordGrammar::LineKind kind)
     return kind == RecordGrammar::LineKind::Rectangle || kind == RecordGrammar::LineKind::Points;
 }
 
-/// Appends a "PNT;" or "PSDV" line at its new place. Points that are not as many as the line
-/// says stay as they are.
+/// Lines of a shape with gaps for what differs from object to object. Lines are taken apart when
+/// they are added, so that filling the gaps costs little however often it is done.
 template <RecordView View>
-void appendPlaced(View line, RecordGrammar::LineKind kind, const Displacement &displacement,
-                  const PlacedObject<View> &object, TextBuffer<CharOf<View>> &out);
+class ShapePattern final
+{
+public:
+    void clear();
 
-/// Appends a line of this rule with its file references and axis numbers moved.
-template <RecordView View>
-void appendRebased(View line, const RecordGrammar::RebaseRule &rule, const Rebasing<View> &rebasing,
-                   TextBuffer<CharOf<View>> &out);
+    /// Adds a "PNT;" or "PSDV" line that moves to its place; `extraText` is that of the object, as
+    /// it supplies the fixed fields that a rectangle line lacks. Points that are not as many as
+    /// their line says stay where they are.
+    void addPlaced(View line, RecordGrammar::LineKind kind, View extraText = View());
+    /// Adds a line of this rule, whose file references below a prefix and axis numbers move.
+    void addRebased(View line, const RecordGrammar::RebaseRule &rule, View fromPrefix);
+    /// Adds what stays as it is.
+    void addText(View text) { m_text.append(text); }
+    void addLineEnd() { m_text.append('\n'); }
+
+    void appendFilled(const Fitting<View> &fitting, TextBuffer<CharOf<View>> &out) const;
+
+private:
+    enum class Filling : quint8 {
+        PointAcross,
+        PointDown, ///< a coordinate, moved
+        Left,
+        Top,
+        Right,
+        Bottom, ///< of a rectangle; the latter two by width and height
+        Level,
+        ExtraText, ///< with its separator; nothing where there is none
+        Prefix,
+        Across,
+        Down, ///< an axis number, moved
+        ReferenceAcross,
+        ReferenceDown, ///< an axis number that is read behind the new prefix
+    };
+
+    /// A gap behind some text.
+    struct Gap
+    {
+        qsizetype textSize;
+        Filling filling;
+        int number;
+    };
+
+    void addGap(Filling filling, int number = 0);
+    void addField(View field);
+    void addNumber(Filling filling, int number);
+    void addReference(View field, View fromPrefix);
+    void addAxisNumber(View field, View fromPrefix, RecordGrammar::Rebase axis);
+    void addPoints(View line);
+    void addRectangle(View line, View extraText);
+
+    TextBuffer<CharOf<View>> m_text; ///< what lies between the gaps
+    std::vector<Gap> m_gaps;
+    qsizetype m_textBeforeGaps = 0; ///< how much of the text lies before the last gap
+    bool m_isLineBegin = true;
+};

@@ -7,6 +7,7 @@
 #include <charconv>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 /// Grows at its end and keeps its memory when it is cleared. Texts of the other kind are
 /// converted; what Latin-1 does not have becomes '?'.
@@ -14,6 +15,14 @@ template <typename Char>
 class TextBuffer final
 {
 public:
+    TextBuffer() = default;
+    TextBuffer(TextBuffer &&other) noexcept
+        : m_begin(std::move(other.m_begin))
+        , m_end(std::exchange(other.m_end, nullptr))
+        , m_limit(std::exchange(other.m_limit, nullptr))
+    {
+    }
+
     void clear() { m_end = m_begin.get(); }
     qsizetype size() const { return m_end - m_begin.get(); }
     const Char *data() const { return m_begin.get(); }
@@ -30,7 +39,10 @@ public:
         const auto *const chars = charsOf(text);
         reserve(text.size());
         if constexpr (std::same_as<CharOf<View>, Char>) {
-            if (text.size() > 0)
+            // Separators come one by one.
+            if (text.size() == 1)
+                *m_end = *chars;
+            else if (text.size() > 0)
                 std::memcpy(m_end, chars, static_cast<std::size_t>(text.size()) * sizeof(Char));
         } else {
             std::transform(chars, chars + text.size(), m_end, converted<CharOf<View>>);
