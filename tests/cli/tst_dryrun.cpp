@@ -2,6 +2,7 @@
 // as it is.
 #include "CliRun.h"
 #include "ExitCode.h"
+#include "HeldFile.h"
 #include "ProjectTree.h"
 #include "SmallPlant.h"
 
@@ -375,27 +376,18 @@ void TestDryRun::stopsOnASignal()
     const TestProject project;
     SmallPlant::makeIn(project);
     project.makeFolder(u"../temporary"_s);
-    // The run waits in front of a pipe that nobody writes to.
-    const QByteArray pipe = QFile::encodeName(project.path(u"mac/tank.plb"_s));
-    QVERIFY(mkfifo(pipe.constData(), 0600) == 0);
     project.write(u"scr/b.psc"_s, SmallPlant::screenWith("tank.plb"));
     project.write(u"scr/c.psc"_s, SmallPlant::screenWith("pump.plb"));
+    project.write(u"mac/tank.plb"_s, SmallPlant::shape());
     const QStringList stamps = stampsBelow(project.dir());
+    HeldFile shape(project.path(u"mac/tank.plb"_s));
 
     CliRun run;
     run.setVariable(u"TMPDIR"_s, project.beside(u"temporary"_s));
     run.start(dryRunOf(project.dir()));
-    // Opening the pipe for writing succeeds once the run reads from it.
-    int writer = -1;
-    const bool isReading = QTest::qWaitFor(
-        [&] {
-            writer = ::open(pipe.constData(), O_WRONLY | O_NONBLOCK);
-            return writer >= 0;
-        },
-        longestWait);
-    QVERIFY(isReading);
+    QVERIFY(shape.waitForReader());
     QVERIFY(run.sendSignal(SIGTERM));
-    ::close(writer);
+    shape.release();
     const CliResult result = run.finish();
     QCOMPARE(result.errorOutput, QByteArray("Stopped. Nothing was changed.\n"));
     QCOMPARE(result.exitCode, static_cast<int>(ExitCode::StoppedByTermination));

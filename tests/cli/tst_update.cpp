@@ -1,6 +1,7 @@
 // The command "update": what it prints, what it leaves, and when it does not start.
 #include "CliRun.h"
 #include "ExitCode.h"
+#include "HeldFile.h"
 #include "ProjectTree.h"
 #include "SmallPlant.h"
 #include "Streams.h"
@@ -13,6 +14,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <optional>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -955,40 +957,19 @@ public:
         SmallPlant::makeIn(m_project);
         m_project.write(u"scr/b.psc"_s, SmallPlant::screenWith("slow.plb", "Fan"));
         m_project.write(u"scr/c.psc"_s, SmallPlant::screenWith("pump.plb", "Tank"));
-        makePipe(m_project, u"mac/slow.plb"_s);
+        m_project.write(u"mac/slow.plb"_s, SmallPlant::shape());
+        m_shape.emplace(m_project.path(u"mac/slow.plb"_s));
     }
-    Q_DISABLE_COPY_MOVE(WaitingPlant)
-    ~WaitingPlant() { closeShape(); }
 
     const TestProject &project() const { return m_project; }
 
     /// Returns once the run has come to the shape; false where it does not.
-    bool waitForRun()
-    {
-        const QByteArray path = QFile::encodeName(m_project.path(u"mac/slow.plb"_s));
-        // Cannot be opened before somebody reads.
-        return QTest::qWaitFor(
-            [&] { return (m_shape = ::open(path.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC)) >= 0; },
-            longestWait);
-    }
-
-    void deliverShape()
-    {
-        const QByteArray shape = SmallPlant::shape();
-        QCOMPARE(::write(m_shape, shape.constData(), static_cast<std::size_t>(shape.size())), shape.size());
-        closeShape();
-    }
+    bool waitForRun() const { return m_shape->waitForReader(); }
+    void deliverShape() { m_shape->release(); }
 
 private:
-    void closeShape()
-    {
-        if (m_shape >= 0)
-            ::close(m_shape);
-        m_shape = -1;
-    }
-
     TestProject m_project;
-    int m_shape = -1;
+    std::optional<HeldFile> m_shape;
 };
 
 const QByteArray reportOfTwoScreens =

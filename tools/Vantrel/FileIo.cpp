@@ -56,11 +56,10 @@ bool readToEnd(int file, qint64 expectedSize, QByteArray &bytes)
     while (true) {
         const auto room = static_cast<std::size_t>(bytes.size() - size);
         const ssize_t count = uninterrupted([&] { return ::read(file, bytes.data() + size, room); });
-        if (count < 0)
+        if (count < 0 || size + count > largestFile)
             return false;
         size += count;
-        // A file of a size that is known ends where less is read than asked for.
-        if (count == 0 || (expectedSize > 0 && size == expectedSize))
+        if (count == 0 || size == expectedSize)
             break;
         if (size == bytes.size())
             bytes.resize(2 * size);
@@ -73,13 +72,14 @@ bool readToEnd(int file, qint64 expectedSize, QByteArray &bytes)
 
 std::optional<FileContent> readFile(const QString &path)
 {
-    const Descriptor file(uninterrupted(
-        [name = QFile::encodeName(path)] { return ::open(name.constData(), O_RDONLY | O_CLOEXEC); }));
+    const QByteArray name = QFile::encodeName(path);
     struct stat status = {};
-    if (file.get() < 0 || fstat(file.get(), &status) != 0 || S_ISDIR(status.st_mode))
+    // Before it is opened: opening a pipe waits for its writer.
+    if (stat(name.constData(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > largestFile)
         return std::nullopt;
+    const Descriptor file(uninterrupted([&] { return ::open(name.constData(), O_RDONLY | O_CLOEXEC); }));
     FileContent content{.bytes = {}, .mode = status.st_mode & permissionBits};
-    if (!readToEnd(file.get(), status.st_size, content.bytes))
+    if (file.get() < 0 || !readToEnd(file.get(), status.st_size, content.bytes))
         return std::nullopt;
     return content;
 }

@@ -13,7 +13,11 @@ struct FileContent
     unsigned mode = 0; ///< permission bits of owner, group and others
 };
 
-/// Reads a file whole; nothing where it cannot be opened or read to its end.
+/// The most bytes that a file may have, far beyond any screen or shape.
+inline constexpr qint64 largestFile = (qint64{1} << 29) - 1;
+
+/// Reads a file whole. Nothing where it cannot be opened or read to its end, where it is no
+/// regular file (a pipe would be waited for, a device might never end), or is too large.
 std::optional<FileContent> readFile(const QString &path);
 
 /// A file that is written in one go.

@@ -24,15 +24,19 @@ QLatin1StringView trimmed(const char *begin, const char *end)
 FileLines::FileLines(const QByteArray &bytes)
     : m_bytes(bytes)
 {
-    constexpr std::size_t usualLineSize = 24;
-    m_lines.reserve(static_cast<std::size_t>(bytes.size()) / usualLineSize);
-    const char *const end = m_bytes.constData() + m_bytes.size();
-    for (const char *begin = m_bytes.constData(); begin != end;) {
+    const char *const file = m_bytes.constData();
+    const char *const end = file + std::min<qsizetype>(m_bytes.size(), largestFile);
+    m_lines.reserve(static_cast<std::size_t>(countOf('\n', QLatin1StringView(file, end - file)) + 1));
+    for (const char *begin = file; begin != end;) {
         const auto *separator =
             static_cast<const char *>(std::memchr(begin, '\n', static_cast<std::size_t>(end - begin)));
         const char *const lineEnd = separator == nullptr ? end : separator;
         const QLatin1StringView line = trimmed(begin, lineEnd);
-        m_lines.push_back({line, RecordGrammar::kindOf(line)});
+        Line entry = {};
+        entry.begin = static_cast<quint32>(line.data() - file);
+        entry.size = static_cast<quint32>(line.size()) & largestFile;
+        entry.kind = static_cast<quint32>(RecordGrammar::kindOf(line)) & 7U;
+        m_lines.push_back(entry);
         begin = separator == nullptr ? end : separator + 1;
     }
 }

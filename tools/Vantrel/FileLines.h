@@ -1,6 +1,7 @@
 // The lines of an image or shape file.
 #pragma once
 
+#include "FileIo.h"
 #include "RecordGrammar.h"
 
 #include <QByteArray>
@@ -16,14 +17,19 @@ class FileLines final
 {
 public:
     FileLines() = default;
+    /// Cuts at most `largestFile` bytes.
     explicit FileLines(const QByteArray &bytes);
 
     qsizetype size() const { return static_cast<qsizetype>(m_lines.size()); }
     bool isEmpty() const { return m_lines.empty(); }
-    QLatin1StringView at(qsizetype index) const { return m_lines[static_cast<std::size_t>(index)].text; }
+    QLatin1StringView at(qsizetype index) const
+    {
+        const Line &line = m_lines[static_cast<std::size_t>(index)];
+        return QLatin1StringView(m_bytes.constData() + line.begin, line.size);
+    }
     RecordGrammar::LineKind kindAt(qsizetype index) const
     {
-        return m_lines[static_cast<std::size_t>(index)].kind;
+        return RecordGrammar::LineKind(m_lines[static_cast<std::size_t>(index)].kind);
     }
 
     /// Drops the first `count` lines.
@@ -33,13 +39,15 @@ public:
     QStringList toStringList() const;
 
 private:
+    // Files may be all line ends, so each line takes little room; see largestFile.
     struct Line
     {
-        QLatin1StringView text;
-        RecordGrammar::LineKind kind;
+        quint32 begin; ///< in the bytes
+        quint32 size : 29;
+        quint32 kind : 3;
     };
 
-    QByteArray m_bytes; ///< keeps what the lines point to
+    QByteArray m_bytes;
     std::vector<Line> m_lines;
 };
 

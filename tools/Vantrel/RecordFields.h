@@ -110,22 +110,29 @@ constexpr bool hasTag(QStringView line, QStringView prefix)
     return line.size() >= prefix.size() && std::equal(prefix.begin(), prefix.end(), line.begin());
 }
 
+/// How often a character stands in a text.
+template <RecordView View>
+qsizetype countOf(char character, View view)
+{
+    // A count within a block fits into a byte, so that the compiler counts many at once.
+    constexpr qsizetype blockSize = 32;
+    const auto *text = charsOf(view);
+    const auto *const end = text + view.size();
+    qsizetype count = 0;
+    for (; end - text >= blockSize; text += blockSize) {
+        quint8 inBlock = 0;
+        for (qsizetype index = 0; index < blockSize; ++index)
+            inBlock = static_cast<quint8>(inBlock + (text[index] == character ? 1 : 0));
+        count += inBlock;
+    }
+    return count + std::count(text, end, CharOf<View>(character));
+}
+
 /// How many fields a line has, its tag included: "ID;1;" has 3, an empty line has 1.
 template <RecordView View>
 qsizetype fieldCount(View line)
 {
-    // A count within a block fits into a byte, so that the compiler counts many at once.
-    constexpr qsizetype blockSize = 32;
-    const auto *text = charsOf(line);
-    const auto *const end = text + line.size();
-    qsizetype count = 1;
-    for (; end - text >= blockSize; text += blockSize) {
-        quint8 inBlock = 0;
-        for (qsizetype index = 0; index < blockSize; ++index)
-            inBlock = static_cast<quint8>(inBlock + (text[index] == fieldSeparator ? 1 : 0));
-        count += inBlock;
-    }
-    return count + std::count(text, end, CharOf<View>(fieldSeparator));
+    return 1 + countOf(fieldSeparator, line);
 }
 
 /// The fields from `first` on, with their separators; empty where the line has no such field.
