@@ -1,6 +1,8 @@
 // A conversion run over a project: signals, stopping, backup and copy-back.
 #include "Converter.h"
+#include "ProjectLock.h"
 #include "Recorders.h"
+#include "StageFile.h"
 #include "TestProject.h"
 
 #include <QMetaMethod>
@@ -92,6 +94,13 @@ private Q_SLOTS:
     void startsAndCancelsInAnyOrder();
     void worksOnWhatItTookAtItsStart();
     void runsAgain();
+
+    void writesDownWhatItDoesWhileItDoesIt();
+    void leavesNeitherStageNorLock_data();
+    void leavesNeitherStageNorLock();
+    void touchesNothingWhileAnotherRunHoldsTheProject();
+    void takesOverTheLockOfADeadProcess();
+    void runsWhereNeitherStageNorLockCanBeMade();
 
     void backsUpImageFilesOnly();
     void replacesTheBackupOfTheRunBefore();
@@ -523,6 +532,105 @@ void TestConverter::runsAgain()
     // The second run's original is what the first one had made.
     QCOMPARE(project.read(u"scr_bak/a.psc"_s), converted);
     QCOMPARE(project.read(u"scr/a.psc"_s), converted);
+}
+
+void TestConverter::writesDownWhatItDoesWhileItDoesIt()
+{
+    const TestProject project;
+    for (const QString &file : {u"scr/a.psc"_s, u"scr/sub/b.psc"_s, u"scr_temp/old/c.psc"_s})
+        project.write(file, plain);
+    Converter converter(project.dir());
+    converter.setFilterNames({u"Valve.plb"_s, u"pump.plb"_s});
+    converter.setMakeFolders(true);
+    std::optional<RunRecord> record;
+    bool isLocked = false;
+    connect(&converter, &Converter::sigUpdFileName, this, [&] {
+        record = StageFile::read(project.dir());
+        isLocked = ProjectLock(project.dir()).isHeldByOther();
+    });
+    converter.convert();
+    QVERIFY(record);
+    QCOMPARE(record->state.stage, RunStage::Converting);
+    QCOMPARE(record->facts.program, thisProgram());
+    QCOMPARE(record->facts.shapeNames, (QStringList{u"pump.plb"_s, u"valve.plb"_s}));
+    QCOMPARE(record->facts.makesFolders, true);
+    QCOMPARE(record->facts.listIsWhole, true);
+    QCOMPARE(record->facts.hadTempFolder, true);
+    QCOMPARE(record->facts.screens, (QStringList{u"a.psc"_s, u"sub/b.psc"_s}));
+    QCOMPARE(record->facts.olderFiles, QStringList{u"old/c.psc"_s});
+    QCOMPARE(record->facts.olderFolders, QStringList{u"old"_s});
+    QVERIFY(isLocked);
+}
+
+void TestConverter::leavesNeitherStageNorLock_data()
+{
+    QTest::addColumn<bool>("isStopped");
+    QTest::newRow("behind a completed run") << false;
+    QTest::newRow("behind a stopped run") << true;
+}
+
+void TestConverter::leavesNeitherStageNorLock()
+{
+    QFETCH(const bool, isStopped);
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, plain);
+    Converter converter(project.dir());
+    converter.stopRequested = isStopped;
+    QStringList filesAtEnd;
+    connect(&converter, &Converter::sigConvertEnd, this, [&] { filesAtEnd = project.files(u""_s); });
+    converter.convert();
+    QCOMPARE(filesAtEnd,
+             isStopped ? QStringList{u"scr/a.psc"_s} : (QStringList{u"scr/a.psc"_s, u"scr_bak/a.psc"_s}));
+}
+
+void TestConverter::touchesNothingWhileAnotherRunHoldsTheProject()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"scr_bak/old.psc"_s, plain);
+    const auto other = std::make_unique<ProjectLock>(project.dir());
+    const Outcome outcome(project);
+    QCOMPARE(outcome.recorder.events, QStringList{u"end"_s});
+    QCOMPARE(outcome.log.entries,
+             QStringList{u"error: Project %1 is in use by %2; the run was not started"_s.arg(
+                 project.dir(), ProjectLock(project.dir()).holder())});
+    QCOMPARE(project.files(u""_s),
+             (QStringList{u".vantrel.lock"_s, u"mac/pump.plb"_s, u"scr/a.psc"_s, u"scr_bak/old.psc"_s}));
+    QVERIFY(!project.exists(u"scr_temp"_s));
+    QCOMPARE(outcome.converter.logFileName(), QString());
+}
+
+void TestConverter::takesOverTheLockOfADeadProcess()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u".vantrel.lock"_s, QByteArray());
+    const Outcome outcome(project);
+    QCOMPARE(outcome.recorder.events.last(), u"end"_s);
+    QCOMPARE(project.read(u"scr/a.psc"_s), converted);
+    QVERIFY(!project.exists(u".vantrel.lock"_s));
+}
+
+void TestConverter::runsWhereNeitherStageNorLockCanBeMade()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"mac/pump.plb"_s, shape);
+    project.makeFolder(u"scr_temp"_s);
+    QFile::setPermissions(project.path(u"scr_temp"_s), QFile::Permissions::fromInt(0x7777));
+    QFile::setPermissions(project.dir(), QFile::Permissions::fromInt(0x5555));
+    Converter converter(project.dir());
+    const RunRecorder recorder(converter);
+    converter.setFilterNames(chosen);
+    {
+        const OrdinaryUser user;
+        converter.convert();
+    }
+    QFile::setPermissions(project.dir(), QFile::Permissions::fromInt(0x7777));
+    QCOMPARE(recorder.events, (QStringList{u"progress 1 0"_s, "file "_L1 + project.path(u"scr/a.psc"_s),
+                                           u"report REPLACE"_s, u"progress 1 1"_s, u"end"_s}));
+    QCOMPARE(project.read(u"scr_temp/a.psc"_s), converted);
+    QCOMPARE(project.read(u"scr/a.psc"_s), candidate);
 }
 
 void TestConverter::backsUpImageFilesOnly()

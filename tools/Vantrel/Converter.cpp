@@ -1,16 +1,18 @@
 // The worker that converts a project.
 #include "Converter.h"
 
-#include "Backup.h"
 #include "FileIo.h"
 #include "ImageFile.h"
 #include "LineCheck.h"
 #include "Logger.h"
 #include "ObjectCutter.h"
+#include "ProjectLock.h"
 #include "Remembered.h"
+#include "ScreenExchange.h"
 #include "ShapeLibrary.h"
 #include "ShapePlacement.h"
 #include "ShapeReferences.h"
+#include "StageFile.h"
 #include "updUtils.h"
 
 #include <QDateTime>
@@ -41,6 +43,9 @@ struct Converter::Run
     QHash<QString, ShapeFile> shapes; ///< by name
     QStringList failedShapeFiles;
     TextBuffer<char> output; ///< of the image file under conversion
+    std::unique_ptr<ProjectLock> lock;
+    RunFacts facts;
+    std::unique_ptr<StageFile> stageFile;
 
     QString imageFolder() const { return projectDir + "/scr"_L1; }
 };
@@ -56,6 +61,7 @@ constexpr int tempFileErrorLine = 1575;
 constexpr int shapeFileErrorLine = 1620;
 constexpr int copyBackErrorLine = 1688;
 constexpr int runErrorLine = 1700;
+constexpr int lockErrorLine = 1710;
 
 enum LogLevel : unsigned char { Alert = 1, FileError = 3 };
 
@@ -254,6 +260,25 @@ void Converter::convert()
 
 void Converter::convertProject()
 {
+    if (!beginRun())
+        return;
+
+    QList<QFileInfo> imageFiles;
+    updUtils::findImageFiles(m_run->imageFolder(), imageFiles);
+    createLogFileName();
+
+    enterConversion(imageFiles);
+    if (convertImageFiles(imageFiles)) {
+        backUpAndCopyBack();
+        const auto count = static_cast<int>(imageFiles.size());
+        Q_EMIT sigProgressChanged(count, count);
+    }
+    m_run->stageFile->remove();
+}
+
+/// Takes what the run works on. Returns false where another run works on the project.
+bool Converter::beginRun()
+{
     {
         const QMutexLocker lock(&m_mutex);
         m_run = std::make_unique<Run>(Run{
@@ -264,18 +289,30 @@ void Converter::convertProject()
             .shapes = {},
             .failedShapeFiles = {},
             .output = {},
+            .lock = {},
+            .facts = {},
+            .stageFile = {},
         });
     }
+    m_run->lock = std::make_unique<ProjectLock>(m_run->projectDir);
+    if (!m_run->lock->isHeldByOther())
+        return true;
+    logMessage(FileError,
+               u"Project %1 is in use by %2; the run was not started"_s.arg(m_run->projectDir,
+                                                                            m_run->lock->holder()),
+               lockErrorLine);
+    return false;
+}
 
-    QList<QFileInfo> imageFiles;
-    updUtils::findImageFiles(m_run->imageFolder(), imageFiles);
-    createLogFileName();
-
-    if (!convertImageFiles(imageFiles))
-        return;
-    backUpAndCopyBack();
-    const auto count = static_cast<int>(imageFiles.size());
-    Q_EMIT sigProgressChanged(count, count);
+/// Writes down what another process needs to know where this one does not come to the run's end.
+void Converter::enterConversion(const QList<QFileInfo> &imageFiles)
+{
+    m_run->facts = factsOfRun(m_run->projectDir, imageFiles);
+    m_run->facts.shapeNames = m_run->filterNames.values();
+    m_run->facts.shapeNames.sort();
+    m_run->facts.makesFolders = m_run->folderCreation == FolderCreation::WithParents;
+    m_run->stageFile = std::make_unique<StageFile>(m_run->projectDir, m_run->facts);
+    m_run->stageFile->enter({.stage = RunStage::Converting, .unsaved = {}, .endedAt = RunStage::Converting});
 }
 
 /// Returns false when the run was stopped.
@@ -299,29 +336,14 @@ bool Converter::convertImageFiles(const QList<QFileInfo> &imageFiles)
 
 void Converter::backUpAndCopyBack()
 {
-    const QString &projectDir = m_run->projectDir;
-    updUtils::removeDir(projectDir + "/scr_bak"_L1);
-    updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, projectDir, m_run->folderCreation);
-
-    // Still there only where not all of them could be backed up.
-    QList<QFileInfo> originals;
-    updUtils::findImageFiles(m_run->imageFolder(), originals);
-    if (updUtils::moveImageFiles(u"/scr_temp"_s, u"/scr"_s, projectDir, m_run->folderCreation) ||
-        retryCopyBack(originals)) {
-        return;
+    ScreenExchange exchange(m_run->projectDir, m_run->folderCreation, m_run->facts.screens,
+                            *m_run->stageFile);
+    if (!exchange.discardAndGoOn()) {
+        logMessage(Alert,
+                   u"!!! Could not copy all files from \\scr_temp folder to \\scr. Copy them manually !!!"_s,
+                   copyBackErrorLine);
     }
-    logMessage(Alert,
-               u"!!! Could not copy all files from \\scr_temp folder to \\scr. Copy them manually !!!"_s,
-               copyBackErrorLine);
-}
-
-/// Copies back into an empty image folder. It is emptied only when its originals lie in the backup.
-bool Converter::retryCopyBack(const QList<QFileInfo> &originals)
-{
-    if (!completeBackup(originals, m_run->projectDir))
-        return false;
-    updUtils::removeDir(m_run->imageFolder());
-    return updUtils::moveImageFiles(u"/scr_temp"_s, u"/scr"_s, m_run->projectDir, m_run->folderCreation);
+    m_run->stageFile->enter({.stage = RunStage::Done, .unsaved = {}, .endedAt = RunStage::Done});
 }
 
 // --- Conversion of one image file ---

@@ -161,6 +161,8 @@ private:
 
     bool beginStart();
     void convertProject();
+    bool beginRun();
+    void enterConversion(const QList<QFileInfo> &imageFiles);
     bool convertImageFiles(const QList<QFileInfo> &imageFiles);
     void convertImageFile(const QString &imageFile, const QString &tempFile);
     void copyUnchanged(const ImageFile &image, const QString &tempFile);
@@ -174,7 +176,6 @@ private:
     void reportUnusableShape(STBlock &object, const QString &shapeFile, const QString &errorText,
                              QStringList &failedShapeFiles);
     void backUpAndCopyBack();
-    bool retryCopyBack(const QList<QFileInfo> &originals);
     /// Shape files and bitmaps as the run remembers them; outside a run, as they are now.
     std::shared_ptr<ShapeLibrary> shapeLibrary() const;
     QString projectDir() const;

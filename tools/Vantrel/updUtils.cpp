@@ -103,6 +103,15 @@ void updUtils::findImageFiles(const QString &path, QList<QFileInfo> &files)
 bool updUtils::moveImageFiles(const QString &from, const QString &to, const QString &projectDir,
                               FolderCreation creation)
 {
+    if (!transferImageFiles(from, to, projectDir, creation))
+        return false;
+    removeDir(projectDir + from);
+    return true;
+}
+
+bool updUtils::transferImageFiles(const QString &from, const QString &to, const QString &projectDir,
+                                  FolderCreation creation)
+{
     const QString source = projectDir + from;
     QList<QFileInfo> files;
     findImageFiles(source, files);
@@ -113,11 +122,7 @@ bool updUtils::moveImageFiles(const QString &from, const QString &to, const QStr
         moves.append({file.filePath(), mapped(file.filePath(), from, to)});
     }
     // Renaming leaves what copying and removing leave, without moving a byte.
-    if (!renameAll(moves, source) && !copyAll(moves))
-        return false;
-
-    removeDir(source);
-    return true;
+    return renameAll(moves, source) || copyAll(moves);
 }
 
 void updUtils::findFileInBmpFolders(const QString &folder, const QString &fileName, bool &found)

@@ -33,6 +33,10 @@ public:
     static bool moveImageFiles(const QString &from, const QString &to, const QString &projectDir,
                                FolderCreation creation = FolderCreation::OneLevel);
 
+    /// The same without the removal: returns whether every image file arrived.
+    static bool transferImageFiles(const QString &from, const QString &to, const QString &projectDir,
+                                   FolderCreation creation);
+
     /// Looks for a file in the folders below `folder` whose path contains "/bmp", all folder names
     /// in lower case. Sets `found` where it exists; the caller clears it first.
     static void findFileInBmpFolders(const QString &folder, const QString &fileName, bool &found);

@@ -19,8 +19,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// The folders that a run makes or removes, and the one that it writes its change log to.
-constexpr std::array<std::string_view, 4> foldersOfRuns{"scr", "scr_temp", "scr_bak", "log"};
+/// What a run makes or removes, and the folder that it writes its change log to.
+constexpr std::array<std::string_view, 6> entriesOfRuns{"scr", "scr_temp",     "scr_bak",
+                                                        "log", ".vantrel.run", ".vantrel.lock"};
 
 enum class Files { Linked, Copied };
 
@@ -88,7 +89,7 @@ void linkOtherEntries(const fs::path &from, const fs::path &to)
     std::error_code ignored;
     for (const fs::directory_entry &entry : fs::directory_iterator(from, ignored)) {
         const fs::path name = entry.path().filename();
-        if (std::find(foldersOfRuns.begin(), foldersOfRuns.end(), name.native()) == foldersOfRuns.end())
+        if (std::find(entriesOfRuns.begin(), entriesOfRuns.end(), name.native()) == entriesOfRuns.end())
             fs::create_symlink(entry.path(), to / name);
     }
 }

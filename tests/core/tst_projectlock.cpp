@@ -1,0 +1,125 @@
+// Keeping a second run away from a project.
+#include "ProjectLock.h"
+#include "TestProject.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QProcess>
+#include <QSysInfo>
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString lockFile = u".vantrel.lock"_s;
+
+/// What a process writes into its lock.
+QByteArray lockOf(qint64 process, const QString &program, const QString &host)
+{
+    return u"%1\n%2\n%3\n"_s.arg(process).arg(program, host).toUtf8();
+}
+
+/// The number of a process that has ended.
+qint64 endedProcess()
+{
+    QProcess process;
+    process.start(u"true"_s, QStringList());
+    process.waitForStarted();
+    const qint64 number = process.processId();
+    process.waitForFinished();
+    return number;
+}
+
+} // namespace
+
+class TestProjectLock final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void liesInTheProjectWhileItIsHeld();
+    void namesItsHolder();
+    void isNotTakenFromALiveProcessHoweverOld();
+    void isTakenOverFromADeadProcess();
+    void isTakenOverFromAProcessThatDiedBeforeItWroteItsName();
+    void isLeftToAnotherHost();
+    void isNotMissedWhereItCannotBeMade();
+};
+
+void TestProjectLock::liesInTheProjectWhileItIsHeld()
+{
+    const TestProject project;
+    {
+        const ProjectLock lock(project.dir());
+        QVERIFY(!lock.isHeldByOther());
+        QCOMPARE(project.files(u""_s), QStringList{lockFile});
+    }
+    QCOMPARE(project.files(u""_s), QStringList());
+}
+
+void TestProjectLock::namesItsHolder()
+{
+    const TestProject project;
+    const ProjectLock lock(project.dir());
+    const ProjectLock second(project.dir());
+    QVERIFY(second.isHeldByOther());
+    QCOMPARE(second.holder(),
+             u"tst_projectlock, process %1 on %2"_s.arg(QString::number(QCoreApplication::applicationPid()),
+                                                        QSysInfo::machineHostName()));
+    QCOMPARE(project.files(u""_s), QStringList{lockFile});
+}
+
+void TestProjectLock::isNotTakenFromALiveProcessHoweverOld()
+{
+    const TestProject project;
+    const ProjectLock lock(project.dir());
+    QFile file(project.path(lockFile));
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(file.setFileTime(QDateTime(QDate(2020, 1, 1), QTime(0, 0)), QFileDevice::FileModificationTime));
+    file.close();
+    QVERIFY(ProjectLock(project.dir()).isHeldByOther());
+}
+
+void TestProjectLock::isTakenOverFromADeadProcess()
+{
+    const TestProject project;
+    project.write(lockFile, lockOf(endedProcess(), u"vantrel-cli"_s, QSysInfo::machineHostName()));
+    const ProjectLock lock(project.dir());
+    QVERIFY(!lock.isHeldByOther());
+    QVERIFY(project.read(lockFile).startsWith(QByteArray::number(QCoreApplication::applicationPid()) + '\n'));
+}
+
+void TestProjectLock::isTakenOverFromAProcessThatDiedBeforeItWroteItsName()
+{
+    const TestProject project;
+    project.write(lockFile, QByteArray());
+    const ProjectLock lock(project.dir());
+    QVERIFY(!lock.isHeldByOther());
+    QVERIFY(!project.read(lockFile).isEmpty());
+}
+
+void TestProjectLock::isLeftToAnotherHost()
+{
+    const TestProject project;
+    project.write(lockFile, lockOf(endedProcess(), u"vantrel"_s, u"another-host"_s));
+    const ProjectLock lock(project.dir());
+    QVERIFY(lock.isHeldByOther());
+    QVERIFY2(lock.holder().endsWith(" on another-host"_L1), qPrintable(lock.holder()));
+}
+
+void TestProjectLock::isNotMissedWhereItCannotBeMade()
+{
+    const TestProject project;
+    QVERIFY(!ProjectLock(project.path(u"gone"_s)).isHeldByOther());
+    QFile::setPermissions(project.dir(), QFile::Permissions::fromInt(0x5555));
+    const OrdinaryUser user;
+    const ProjectLock lock(project.dir());
+    QVERIFY(!lock.isHeldByOther());
+    QVERIFY(!project.exists(lockFile));
+}
+
+QTEST_GUILESS_MAIN(TestProjectLock)
+#include "tst_projectlock.moc"

@@ -1,0 +1,189 @@
+// The file that says how far a run came.
+#include "StageFile.h"
+#include "TestProject.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+RunFacts someFacts()
+{
+    return {.program = u"vantrel-cli 1.2.3"_s,
+            .started = QDateTime(QDate(2024, 3, 5), QTime(14, 7, 9)),
+            .shapeNames = {u"pump.plb"_s, u"gate valve.plb"_s},
+            .makesFolders = true,
+            .listIsWhole = false,
+            .hadTempFolder = true,
+            .screens = {u"a.psc"_s, u"boiler/100% b\nc: d.psc"_s, u" \u00fc.psc "_s},
+            .olderFiles = {u"a.psc"_s},
+            .olderFolders = {u"boiler"_s}};
+}
+
+RunState someState()
+{
+    return {.stage = RunStage::CopyingBack, .unsaved = {u"a.psc"_s}, .endedAt = RunStage::Removing};
+}
+
+} // namespace
+
+class TestStageFile final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsWhatItWrote();
+    void isReadable();
+    void knowsEveryStage();
+    void doesNotUnderstandWhatIsNotWhole();
+    void tellsTheLastStageOnly();
+    void leavesNothingBesideIt();
+    void staysWhenItsWriterIsGone();
+    void isRemovedWithWhatAnInterruptionLeft();
+    void isRemovedWhereALaterStageCannotBeWritten();
+    void doesNotFollowALink();
+    void isNotMissedWhereItCannotBeMade();
+};
+
+void TestStageFile::readsWhatItWrote()
+{
+    const std::optional<RunRecord> record = readRunRecord(toText(someState(), toLines(someFacts())));
+    QVERIFY(record);
+    const RunFacts facts = someFacts();
+    QCOMPARE(record->facts.program, facts.program);
+    QCOMPARE(record->facts.started, facts.started);
+    QCOMPARE(record->facts.shapeNames, facts.shapeNames);
+    QCOMPARE(record->facts.makesFolders, true);
+    QCOMPARE(record->facts.listIsWhole, false);
+    QCOMPARE(record->facts.hadTempFolder, true);
+    QCOMPARE(record->facts.screens, facts.screens);
+    QCOMPARE(record->facts.olderFiles, facts.olderFiles);
+    QCOMPARE(record->facts.olderFolders, facts.olderFolders);
+    QCOMPARE(record->state.stage, RunStage::CopyingBack);
+    QCOMPARE(record->state.unsaved, someState().unsaved);
+    QCOMPARE(record->state.endedAt, RunStage::Removing);
+}
+
+void TestStageFile::isReadable()
+{
+    QCOMPARE(toText(someState(), toLines(someFacts())), "vantrel run 1\n"
+                                                        "stage: copying back\n"
+                                                        "ended at: removing the screens that are backed up\n"
+                                                        "program: vantrel-cli 1.2.3\n"
+                                                        "started: 2024-03-05T14:07:09\n"
+                                                        "makes folders: yes\n"
+                                                        "list is whole: no\n"
+                                                        "had scr_temp: yes\n"
+                                                        "shape: pump.plb\n"
+                                                        "shape: gate valve.plb\n"
+                                                        "screen: a.psc\n"
+                                                        "screen: boiler/100%25 b%0Ac: d.psc\n"
+                                                        "screen:  %C3%BC.psc \n"
+                                                        "older file: a.psc\n"
+                                                        "older folder: boiler\n"
+                                                        "unsaved: a.psc\n"
+                                                        "end\n");
+}
+
+void TestStageFile::knowsEveryStage()
+{
+    for (const RunStageRow &row : runStageRows) {
+        const RunState state{.stage = row.stage, .unsaved = {}, .endedAt = RunStage::Done};
+        const std::optional<RunRecord> record = readRunRecord(toText(state, toLines(someFacts())));
+        QVERIFY2(record, row.name);
+        QCOMPARE(record->state.stage, row.stage);
+    }
+}
+
+void TestStageFile::doesNotUnderstandWhatIsNotWhole()
+{
+    const QByteArray whole = toText(someState(), toLines(someFacts()));
+    for (qsizetype size = 0; size < whole.size(); ++size)
+        QVERIFY2(!readRunRecord(whole.left(size)), qPrintable(QString::number(size)));
+    QVERIFY(!readRunRecord(QByteArray(whole).replace("copying back", "sleeping")));
+    QVERIFY(!readRunRecord(QByteArray(whole).replace("shape: ", "form: ")));
+    QVERIFY(!readRunRecord(QByteArray(whole).replace("run 1", "run 2")));
+    QVERIFY(!readRunRecord(QByteArray(whole).replace("folders: yes", "folders: maybe")));
+    QVERIFY(!readRunRecord(whole + "\n"));
+}
+
+void TestStageFile::tellsTheLastStageOnly()
+{
+    const TestProject project;
+    StageFile file(project.dir(), someFacts());
+    QVERIFY(!StageFile::exists(project.dir()));
+    file.enter({.stage = RunStage::Converting, .unsaved = {}, .endedAt = RunStage::Converting});
+    QVERIFY(StageFile::exists(project.dir()));
+    QCOMPARE(StageFile::read(project.dir())->state.stage, RunStage::Converting);
+    file.enter(someState());
+    QCOMPARE(StageFile::read(project.dir())->state.stage, RunStage::CopyingBack);
+    QCOMPARE(StageFile::read(project.dir())->facts.screens, someFacts().screens);
+}
+
+void TestStageFile::leavesNothingBesideIt()
+{
+    const TestProject project;
+    StageFile file(project.dir(), someFacts());
+    file.enter(someState());
+    file.enter(someState());
+    QCOMPARE(project.files(u""_s), QStringList{u".vantrel.run"_s});
+    QVERIFY(file.remove());
+    QCOMPARE(project.files(u""_s), QStringList());
+    QVERIFY(file.remove());
+}
+
+void TestStageFile::staysWhenItsWriterIsGone()
+{
+    const TestProject project;
+    StageFile(project.dir(), someFacts()).enter(someState());
+    QCOMPARE(StageFile::read(project.dir())->facts.program, someFacts().program);
+}
+
+void TestStageFile::isRemovedWithWhatAnInterruptionLeft()
+{
+    const TestProject project;
+    project.write(u".vantrel.run.new"_s, "vantrel run 1\nstage: do");
+    StageFile file(project.dir(), someFacts());
+    QVERIFY(file.remove());
+    QCOMPARE(project.files(u""_s), QStringList());
+}
+
+void TestStageFile::isRemovedWhereALaterStageCannotBeWritten()
+{
+    const TestProject project;
+    StageFile file(project.dir(), someFacts());
+    file.enter({.stage = RunStage::Converting, .unsaved = {}, .endedAt = RunStage::Converting});
+    project.makeFolder(u".vantrel.run.new"_s);
+    file.enter(someState());
+    QVERIFY(!StageFile::exists(project.dir()));
+
+    // Nor is one begun anew in the middle of a run.
+    project.remove(u".vantrel.run.new"_s);
+    file.enter(someState());
+    QVERIFY(!StageFile::exists(project.dir()));
+}
+
+void TestStageFile::doesNotFollowALink()
+{
+    const TestProject project;
+    project.write(u"kept"_s, "kept");
+    project.link(u"kept"_s, u".vantrel.run.new"_s);
+    project.link(u"kept"_s, u".vantrel.run"_s);
+    StageFile file(project.dir(), someFacts());
+    file.enter(someState());
+    QCOMPARE(project.read(u"kept"_s), "kept");
+}
+
+void TestStageFile::isNotMissedWhereItCannotBeMade()
+{
+    const TestProject project;
+    StageFile file(project.path(u"gone"_s), someFacts());
+    file.enter(someState());
+    QVERIFY(!StageFile::exists(project.path(u"gone"_s)));
+    QVERIFY(!StageFile::read(project.path(u"gone"_s)));
+    QVERIFY(file.remove());
+}
+
+QTEST_GUILESS_MAIN(TestStageFile)
+#include "tst_stagefile.moc"

@@ -1,0 +1,199 @@
+// What a run writes down, so that another process can tell where it ended.
+#include "RunRecord.h"
+
+#include <QCoreApplication>
+#include <QDirIterator>
+#include <QFile>
+#include <QHash>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr const char *firstLine = "vantrel run 1";
+constexpr const char *lastLine = "end";
+constexpr const char *yes = "yes";
+constexpr const char *no = "no";
+
+/// A line of a stage file: takes its value, or returns false where that makes no sense.
+struct LineRow
+{
+    const char *key;
+    bool (*read)(RunRecord &record, const QByteArray &value);
+};
+
+/// A name on one line, readable where it is plain.
+QByteArray encoded(const QString &name)
+{
+    return QFile::encodeName(name).toPercentEncoding("/ !\"#$&'()*+,:;<=>?@[]^`{|}");
+}
+
+QString decoded(const QByteArray &value)
+{
+    return QFile::decodeName(QByteArray::fromPercentEncoding(value));
+}
+
+bool readFlag(bool &flag, const QByteArray &value)
+{
+    flag = value == yes;
+    return value == yes || value == no;
+}
+
+bool readStage(RunStage &stage, const QByteArray &value)
+{
+    const auto row = std::find_if(runStageRows.begin(), runStageRows.end(),
+                                  [&value](const RunStageRow &candidate) { return value == candidate.name; });
+    if (row == runStageRows.end())
+        return false;
+    stage = row->stage;
+    return true;
+}
+
+bool readName(QStringList &names, const QByteArray &value)
+{
+    names.append(decoded(value));
+    return true;
+}
+
+constexpr std::array lineRows{
+    LineRow{"stage",
+            [](RunRecord &record, const QByteArray &value) { return readStage(record.state.stage, value); }},
+    LineRow{"ended at", [](RunRecord &record,
+                           const QByteArray &value) { return readStage(record.state.endedAt, value); }},
+    LineRow{"unsaved",
+            [](RunRecord &record, const QByteArray &value) { return readName(record.state.unsaved, value); }},
+    LineRow{"program",
+            [](RunRecord &record, const QByteArray &value) {
+                record.facts.program = decoded(value);
+                return true;
+            }},
+    LineRow{"started",
+            [](RunRecord &record, const QByteArray &value) {
+                record.facts.started = QDateTime::fromString(QString::fromLatin1(value), Qt::ISODate);
+                return record.facts.started.isValid();
+            }},
+    LineRow{"makes folders",
+            [](RunRecord &record, const QByteArray &value) {
+                return readFlag(record.facts.makesFolders, value);
+            }},
+    LineRow{
+        "list is whole",
+        [](RunRecord &record, const QByteArray &value) { return readFlag(record.facts.listIsWhole, value); }},
+    LineRow{"had scr_temp",
+            [](RunRecord &record, const QByteArray &value) {
+                return readFlag(record.facts.hadTempFolder, value);
+            }},
+    LineRow{"shape", [](RunRecord &record,
+                        const QByteArray &value) { return readName(record.facts.shapeNames, value); }},
+    LineRow{"screen",
+            [](RunRecord &record, const QByteArray &value) { return readName(record.facts.screens, value); }},
+    LineRow{"older file", [](RunRecord &record,
+                             const QByteArray &value) { return readName(record.facts.olderFiles, value); }},
+    LineRow{"older folder",
+            [](RunRecord &record, const QByteArray &value) {
+                return readName(record.facts.olderFolders, value);
+            }},
+};
+
+bool readLine(RunRecord &record, const QByteArray &line)
+{
+    const qsizetype colon = line.indexOf(": ");
+    const QByteArray key = line.left(colon);
+    const auto row = std::find_if(lineRows.begin(), lineRows.end(),
+                                  [&key](const LineRow &candidate) { return key == candidate.key; });
+    return colon > 0 && row != lineRows.end() && row->read(record, line.sliced(colon + 2));
+}
+
+void appendLine(QByteArray &text, const char *key, const QByteArray &value)
+{
+    text.append(key).append(": ").append(value).append('\n');
+}
+
+void appendFlag(QByteArray &text, const char *key, bool flag)
+{
+    appendLine(text, key, flag ? yes : no);
+}
+
+void appendNames(QByteArray &text, const char *key, const QStringList &names)
+{
+    for (const QString &name : names)
+        appendLine(text, key, encoded(name));
+}
+
+void appendStage(QByteArray &text, const char *key, RunStage stage)
+{
+    appendLine(text, key, rowOf(stage).name);
+}
+
+void listOlderFiles(const QString &tempFolder, RunFacts &facts)
+{
+    QDirIterator entries(tempFolder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                         QDirIterator::Subdirectories);
+    while (entries.hasNext()) {
+        const QFileInfo entry = entries.nextFileInfo();
+        const QString name = entry.filePath().sliced(tempFolder.size() + 1);
+        (entry.isDir() && !entry.isSymLink() ? facts.olderFolders : facts.olderFiles).append(name);
+    }
+}
+
+} // namespace
+
+RunFacts factsOfRun(const QString &projectDir, const QList<QFileInfo> &imageFiles)
+{
+    const qsizetype folderLength = projectDir.size() + QStringView(u"/scr/").size();
+    RunFacts facts;
+    facts.program = thisProgram();
+    facts.started = QDateTime::currentDateTime();
+    for (const QFileInfo &imageFile : imageFiles)
+        facts.screens.append(imageFile.filePath().sliced(folderLength));
+    const QString tempFolder = projectDir + "/scr_temp"_L1;
+    facts.hadTempFolder = QFileInfo::exists(tempFolder);
+    if (facts.hadTempFolder)
+        listOlderFiles(tempFolder, facts);
+    return facts;
+}
+
+QByteArray toLines(const RunFacts &facts)
+{
+    QByteArray text;
+    appendLine(text, "program", encoded(facts.program));
+    appendLine(text, "started", facts.started.toString(Qt::ISODate).toLatin1());
+    appendFlag(text, "makes folders", facts.makesFolders);
+    appendFlag(text, "list is whole", facts.listIsWhole);
+    appendFlag(text, "had scr_temp", facts.hadTempFolder);
+    appendNames(text, "shape", facts.shapeNames);
+    appendNames(text, "screen", facts.screens);
+    appendNames(text, "older file", facts.olderFiles);
+    appendNames(text, "older folder", facts.olderFolders);
+    return text;
+}
+
+QByteArray toText(const RunState &state, const QByteArray &factLines)
+{
+    QByteArray text(firstLine);
+    text.append('\n');
+    appendStage(text, "stage", state.stage);
+    appendStage(text, "ended at", state.endedAt);
+    text.append(factLines);
+    appendNames(text, "unsaved", state.unsaved);
+    return text.append(lastLine).append('\n');
+}
+
+std::optional<RunRecord> readRunRecord(const QByteArray &text)
+{
+    QList<QByteArray> lines = text.split('\n');
+    // Behind the last line end stands nothing.
+    const bool isWhole = lines.size() > 3 && lines.takeLast().isEmpty() && lines.takeLast() == lastLine &&
+                         lines.takeFirst() == firstLine;
+    RunRecord record;
+    const bool isUnderstood =
+        isWhole && std::all_of(lines.cbegin(), lines.cend(),
+                               [&](const QByteArray &line) { return readLine(record, line); });
+    return isUnderstood ? std::optional(record) : std::nullopt;
+}
+
+QString thisProgram()
+{
+    const QString name = QCoreApplication::applicationName();
+    return u"%1 %2"_s.arg(name.isEmpty() ? u"vantrel"_s : name, QLatin1StringView(VANTREL_VERSION));
+}

@@ -1,0 +1,82 @@
+// Putting the converted screens of a project into the place of the original ones.
+#include "ScreenExchange.h"
+
+#include "Backup.h"
+#include "StageFile.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+ScreenExchange::ScreenExchange(QString projectDir, FolderCreation creation, QStringList screens,
+                               StageFile &stageFile)
+    : m_projectDir(std::move(projectDir))
+    , m_creation(creation)
+    , m_screens(std::move(screens))
+    , m_stageFile(stageFile)
+{
+}
+
+bool ScreenExchange::discardAndGoOn()
+{
+    enter(RunStage::Discarding);
+    updUtils::removeDir(folder("/scr_bak"_L1));
+    return backUpAndGoOn();
+}
+
+bool ScreenExchange::backUpAndGoOn()
+{
+    enter(RunStage::BackingUp);
+    if (updUtils::transferImageFiles(u"/scr"_s, u"/scr_bak"_s, m_projectDir, m_creation))
+        return removeAndGoOn();
+    m_unsaved = screensInPlace();
+    return copyBack();
+}
+
+bool ScreenExchange::removeAndGoOn()
+{
+    enter(RunStage::Removing);
+    updUtils::removeDir(folder("/scr"_L1));
+    return copyBack();
+}
+
+bool ScreenExchange::copyBack()
+{
+    enter(RunStage::CopyingBack);
+    // Still there only where not all of them could be backed up, or where one resists removal.
+    QList<QFileInfo> originals;
+    updUtils::findImageFiles(folder("/scr"_L1), originals);
+    return updUtils::moveImageFiles(u"/scr_temp"_s, u"/scr"_s, m_projectDir, m_creation) ||
+           retryCopyBack(originals);
+}
+
+/// Copies back into an empty image folder. It is emptied only when its originals lie in the backup.
+bool ScreenExchange::retryCopyBack(const QList<QFileInfo> &originals)
+{
+    if (!completeBackup(originals, m_projectDir))
+        return false;
+    m_unsaved.clear();
+    enter(RunStage::Removing);
+    updUtils::removeDir(folder("/scr"_L1));
+    enter(RunStage::CopyingBack);
+    return updUtils::moveImageFiles(u"/scr_temp"_s, u"/scr"_s, m_projectDir, m_creation);
+}
+
+void ScreenExchange::enter(RunStage stage) const
+{
+    m_stageFile.enter({.stage = stage, .unsaved = m_unsaved, .endedAt = stage});
+}
+
+QStringList ScreenExchange::screensInPlace() const
+{
+    const QString imageFolder = folder("/scr/"_L1);
+    QStringList inPlace;
+    std::copy_if(m_screens.cbegin(), m_screens.cend(), std::back_inserter(inPlace),
+                 [&](const QString &screen) { return QFileInfo(imageFolder + screen).isFile(); });
+    return inPlace;
+}
+
+QString ScreenExchange::folder(QLatin1StringView name) const
+{
+    return m_projectDir + name;
+}

@@ -1,0 +1,40 @@
+// Putting the converted screens of a project into the place of the original ones.
+#pragma once
+
+#include "RunRecord.h"
+#include "updUtils.h"
+
+#include <QFileInfo>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+class StageFile;
+
+/// The end of a run: moves "scr" to "scr_bak", in place of the backup of an earlier run, and
+/// "scr_temp" to "scr". Writes each stage down before it begins.
+class ScreenExchange final
+{
+public:
+    /// `screens` are the image files of "scr" before the run, as its facts name them.
+    ScreenExchange(QString projectDir, FolderCreation creation, QStringList screens, StageFile &stageFile);
+
+    /// These do what remains from a stage on. They return whether all that "scr_temp" holds
+    /// came to "scr"; where not, "scr_temp" is left alone.
+    bool discardAndGoOn();
+    bool backUpAndGoOn();
+    bool removeAndGoOn();
+    bool copyBack();
+
+private:
+    void enter(RunStage stage) const;
+    bool retryCopyBack(const QList<QFileInfo> &originals);
+    QStringList screensInPlace() const;
+    QString folder(QLatin1StringView name) const;
+
+    QString m_projectDir;
+    FolderCreation m_creation;
+    QStringList m_screens;
+    QStringList m_unsaved;
+    StageFile &m_stageFile;
+};

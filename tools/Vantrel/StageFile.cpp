@@ -1,0 +1,104 @@
+// The file that says how far a run came.
+#include "StageFile.h"
+
+#include <QFile>
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool writeAll(int file, const QByteArray &bytes)
+{
+    qsizetype written = 0;
+    while (written < bytes.size()) {
+        const ssize_t count =
+            write(file, bytes.constData() + written, static_cast<std::size_t>(bytes.size() - written));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            return false;
+        written += count;
+    }
+    return true;
+}
+
+bool writeToDisk(const QByteArray &path, const QByteArray &bytes)
+{
+    constexpr mode_t forAll = 0666;
+    const int file = open(path.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, forAll);
+    if (file < 0)
+        return false;
+    const bool isWritten = writeAll(file, bytes) && fsync(file) == 0;
+    return close(file) == 0 && isWritten;
+}
+
+/// Makes a change of a folder's entries last.
+bool syncFolder(const QByteArray &path)
+{
+    const int folder = open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder < 0)
+        return false;
+    const bool isSynced = fsync(folder) == 0;
+    close(folder);
+    return isSynced;
+}
+
+} // namespace
+
+StageFile::StageFile(const QString &projectDir, const RunFacts &facts)
+    : m_folder(QFile::encodeName(projectDir))
+    , m_path(QFile::encodeName(path(projectDir)))
+    , m_factLines(toLines(facts))
+{
+}
+
+void StageFile::enter(const RunState &state)
+{
+    if (!m_isUsable)
+        return;
+    m_isUsable = write(toText(state, m_factLines));
+    if (!m_isUsable)
+        remove();
+}
+
+/// Writes beside the file and exchanges it, so that it is whole at any time.
+bool StageFile::write(const QByteArray &text) const
+{
+    const QByteArray beside = m_path + ".new";
+    const bool isWritten = writeToDisk(beside, text) && rename(beside.constData(), m_path.constData()) == 0;
+    if (!isWritten)
+        unlink(beside.constData());
+    return isWritten && syncFolder(m_folder);
+}
+
+bool StageFile::remove()
+{
+    // What an interruption of the writing left.
+    unlink((m_path + ".new").constData());
+    const bool isGone = unlink(m_path.constData()) == 0 || errno == ENOENT;
+    syncFolder(m_folder);
+    return isGone;
+}
+
+QString StageFile::path(const QString &projectDir)
+{
+    return projectDir + "/.vantrel.run"_L1;
+}
+
+bool StageFile::exists(const QString &projectDir)
+{
+    struct stat file = {};
+    return lstat(QFile::encodeName(path(projectDir)).constData(), &file) == 0;
+}
+
+std::optional<RunRecord> StageFile::read(const QString &projectDir)
+{
+    QFile file(path(projectDir));
+    return file.open(QIODevice::ReadOnly) ? readRunRecord(file.readAll()) : std::nullopt;
+}
