@@ -8,6 +8,10 @@
 #include <QMetaMethod>
 #include <QtTest>
 
+#include <cstdio>
+
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -102,6 +106,8 @@ private Q_SLOTS:
     void takesOverTheLockOfADeadProcess();
     void runsWhereNeitherStageNorLockCanBeMade();
 
+    void reportsFoldersThatCannotBeListed();
+    void reportsNamesThatAreNotText();
     void backsUpImageFilesOnly();
     void replacesTheBackupOfTheRunBefore();
     void leavesFailedFilesToTheBackup();
@@ -631,6 +637,55 @@ void TestConverter::runsWhereNeitherStageNorLockCanBeMade()
                                            u"report REPLACE"_s, u"progress 1 1"_s, u"end"_s}));
     QCOMPARE(project.read(u"scr_temp/a.psc"_s), converted);
     QCOMPARE(project.read(u"scr/a.psc"_s), candidate);
+}
+
+void TestConverter::reportsFoldersThatCannotBeListed()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, plain);
+    project.write(u"scr/sub/b.psc"_s, plain);
+    for (const QString &folder : {u""_s, u"scr"_s})
+        QFile::setPermissions(project.path(folder), QFile::Permissions::fromInt(0x7777));
+    QFile::setPermissions(project.path(u"scr/sub"_s), QFile::Permissions::fromInt(0));
+    Converter converter(project.dir());
+    const RunRecorder recorder(converter);
+    const LogRecorder log;
+    {
+        const OrdinaryUser user;
+        converter.convert();
+    }
+    QFile::setPermissions(project.path(u"scr/sub"_s), QFile::Permissions::fromInt(0x7777));
+
+    const QString message = u"Could not list Folder %1: Permission denied"_s.arg(project.path(u"scr/sub"_s));
+    QCOMPARE(recorder.events.constFirst(), u"report ERROR"_s);
+    QCOMPARE(recorder.reports.constFirst().imageFile, project.path(u"scr/sub"_s));
+    QCOMPARE(recorder.reports.constFirst().error, message);
+    QCOMPARE(log.entries.constFirst(), "error: "_L1 + message);
+    QCOMPARE(log.entries.constLast(), copyBackFailed);
+    QCOMPARE(project.files(u"scr"_s), (QStringList{u"a.psc"_s, u"sub/b.psc"_s}));
+}
+
+void TestConverter::reportsNamesThatAreNotText()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, plain);
+    // The second is what a reader of the first one's name may take it for.
+    const QByteArray odd = QFile::encodeName(project.path(u"scr"_s)) + "/f\xe4.psc";
+    project.write(u"scr/f\ufffd.psc"_s, candidate);
+    QCOMPARE(::rename(QFile::encodeName(project.path(u"scr/a.psc"_s)).constData(), odd.constData()), 0);
+    const Outcome outcome(project);
+
+    const QString shown = project.path(u"scr/f\\xe4.psc"_s);
+    QCOMPARE(outcome.recorder.statusWords(), (QStringList{u"ERROR"_s, u"REPLACE"_s}));
+    QCOMPARE(outcome.recorder.reports.constFirst().imageFile, shown);
+    QCOMPARE(outcome.recorder.reports.constFirst().error,
+             u"Could not open Image File: its name is not valid UTF-8"_s);
+    QCOMPARE(outcome.log.entries,
+             (QStringList{u"error: Could not open Image File %1: its name is not valid UTF-8"_s.arg(shown),
+                          copyBackFailed}));
+    QCOMPARE(::access(odd.constData(), F_OK), 0);
+    QCOMPARE(project.read(u"scr/f\ufffd.psc"_s), candidate);
+    QCOMPARE(project.read(u"scr_temp/f\ufffd.psc"_s), converted);
 }
 
 void TestConverter::backsUpImageFilesOnly()

@@ -1,10 +1,16 @@
 // Finding, moving and removing the files of a project.
+#include "ImageFileSearch.h"
+#include "Recorders.h"
 #include "TestProject.h"
 #include "updUtils.h"
 
 #include <QtTest>
 
+#include <cstdio>
 #include <type_traits>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -20,6 +26,15 @@ QStringList found(const TestProject &project, const QString &folder)
     return paths;
 }
 
+/// Writes a file whose name is not valid text.
+void writeOddly(const QString &folder, const char *name)
+{
+    const QByteArray path = QFile::encodeName(folder) + '/' + name;
+    std::FILE *const file = std::fopen(path.constData(), "w");
+    QVERIFY(file != nullptr);
+    std::fclose(file);
+}
+
 } // namespace
 
 class TestUpdUtils : public QObject
@@ -33,6 +48,8 @@ private Q_SLOTS:
     void countsAMissingFolderAsRemoved();
     void stopsAtTheFirstEntryThatCannotBeRemoved();
     void removesLinksWithoutFollowingThem();
+    void removesNamesThatAreNotText();
+    void removesAnEmptyFolderThatCannotBeListed();
     void emptiesARootThatIsALinkAndKeepsIt();
 
     void findsImageFilesDepthFirstByNameIgnoringCase();
@@ -40,7 +57,9 @@ private Q_SLOTS:
     void findsByAnyPartOfThePath();
     void appendsToTheList();
     void findsNothingWhereThereIsNoFolder();
+    void ordersNamesThatDifferInCaseOnly();
     void findsNothingHidden();
+    void findsNoPipesAndNoDanglingLinks();
     void followsLinksToFolders();
     void neverEntersAFolderThatItIsInsideOf();
 
@@ -53,10 +72,13 @@ private Q_SLOTS:
     void doesNotOverwrite();
     void makesOneLevelOfFoldersOnly();
     void makesFoldersWithTheirParentsWhenAskedTo();
+    void leavesASourceThatCouldNotBeListed();
+    void leavesASourceWithANameThatIsNotText();
     void countsNothingToMoveAsMoved_data();
     void countsNothingToMoveAsMoved();
     void copiesEveryByte();
     void makesFolders();
+    void makesAFolderAgainUntilItIsThere();
 };
 
 void TestUpdUtils::isPolymorphic()
@@ -130,6 +152,28 @@ void TestUpdUtils::removesLinksWithoutFollowingThem()
     QCOMPARE(project.files(u"outside"_s), QStringList{u"kept.psc"_s});
 }
 
+void TestUpdUtils::removesNamesThatAreNotText()
+{
+    const TestProject project;
+    project.write(u"tree/a.txt"_s, "a"_ba);
+    writeOddly(project.path(u"tree"_s), "f\xe4.psc");
+    QCOMPARE(::mkdir(QFile::encodeName(project.path(u"tree"_s)).append("/d\xe4"), 0777), 0);
+    writeOddly(project.path(u"tree"_s), "d\xe4/\xff.txt");
+    QVERIFY(updUtils::removeDir(project.path(u"tree"_s)));
+    QVERIFY(!project.exists(u"tree"_s));
+}
+
+void TestUpdUtils::removesAnEmptyFolderThatCannotBeListed()
+{
+    const TestProject project;
+    project.makeFolder(u"tree/empty"_s);
+    QFile::setPermissions(project.path(u"tree/empty"_s), QFile::Permissions::fromInt(0));
+    for (const QString &folder : {u""_s, u"tree"_s})
+        QFile::setPermissions(project.path(folder), QFile::Permissions::fromInt(0x7777));
+    const OrdinaryUser user;
+    QVERIFY(updUtils::removeDir(project.path(u"tree"_s)));
+}
+
 void TestUpdUtils::emptiesARootThatIsALinkAndKeepsIt()
 {
     const TestProject project;
@@ -194,6 +238,29 @@ void TestUpdUtils::findsNothingWhereThereIsNoFolder()
     project.write(u"file.psc"_s, QByteArray());
     QCOMPARE(found(project, u"gone"_s), QStringList());
     QCOMPARE(found(project, u"file.psc"_s), QStringList());
+}
+
+void TestUpdUtils::ordersNamesThatDifferInCaseOnly()
+{
+    const TestProject project;
+    for (const QString &file :
+         {u"scr/b.psc"_s, u"scr/a.psc"_s, u"scr/B.psc"_s, u"scr/A.psc"_s, u"scr/_.psc"_s, u"scr/\u00c4.psc"_s,
+          u"scr/\u00e4.psc"_s, u"scr/z.psc"_s, u"scr/Z/1.psc"_s})
+        project.write(file, QByteArray());
+    QCOMPARE(found(project, u"scr"_s),
+             (QStringList{u"scr/_.psc"_s, u"scr/A.psc"_s, u"scr/a.psc"_s, u"scr/B.psc"_s, u"scr/b.psc"_s,
+                          u"scr/Z/1.psc"_s, u"scr/z.psc"_s, u"scr/\u00c4.psc"_s, u"scr/\u00e4.psc"_s}));
+}
+
+void TestUpdUtils::findsNoPipesAndNoDanglingLinks()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, QByteArray());
+    project.link(u"nowhere"_s, u"scr/b.psc"_s);
+    project.link(u"c.psc"_s, u"scr/c.psc"_s);
+    QCOMPARE(::mkfifo(QFile::encodeName(project.path(u"scr/d.psc"_s)).constData(), 0666), 0);
+    QCOMPARE(found(project, u"scr"_s), QStringList{u"scr/a.psc"_s});
+    QVERIFY(searchImageFiles(project.path(u"scr"_s)).isWhole());
 }
 
 void TestUpdUtils::findsNothingHidden()
@@ -343,6 +410,47 @@ void TestUpdUtils::makesFoldersWithTheirParentsWhenAskedTo()
     QCOMPARE(project.files(u""_s), QStringList{u"scr_bak/area/deep/a.psc"_s});
 }
 
+void TestUpdUtils::leavesASourceThatCouldNotBeListed()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, "a"_ba);
+    project.write(u"scr/sub/b.psc"_s, "b"_ba);
+    for (const QString &folder : {u""_s, u"scr"_s})
+        QFile::setPermissions(project.path(folder), QFile::Permissions::fromInt(0x7777));
+    QFile::setPermissions(project.path(u"scr/sub"_s), QFile::Permissions::fromInt(0));
+    LogRecorder log;
+    {
+        const OrdinaryUser user;
+        QVERIFY(!updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir()));
+    }
+    QFile::setPermissions(project.path(u"scr/sub"_s), QFile::Permissions::fromInt(0x7777));
+    QCOMPARE(project.files(u""_s), (QStringList{u"scr/a.psc"_s, u"scr/sub/b.psc"_s, u"scr_bak/a.psc"_s}));
+    QCOMPARE(log.entries, QStringList{u"error: Could not list Folder %1: Permission denied"_s.arg(
+                              project.path(u"scr/sub"_s))});
+}
+
+void TestUpdUtils::leavesASourceWithANameThatIsNotText()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, "a"_ba);
+    writeOddly(project.path(u"scr"_s), "f\xe4.psc");
+    const FoundImageFiles files = searchImageFiles(project.path(u"scr"_s));
+    QCOMPARE(files.unnamable, QList<QByteArray>{QFile::encodeName(project.path(u"scr/f"_s)) + "\xe4.psc"});
+    QCOMPARE(shownPath(files.unnamable.first()), project.path(u"scr/f\\xe4.psc"_s));
+
+    QVERIFY(!updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir()));
+    QCOMPARE(::access(files.unnamable.first().constData(), F_OK), 0);
+    QCOMPARE(project.read(u"scr/a.psc"_s), "a"_ba);
+
+    // Hidden or of another kind, it counts as little as any other.
+    QCOMPARE(::rename(files.unnamable.first().constData(),
+                      QFile::encodeName(project.path(u"scr/f"_s)).append("\xe4.txt").constData()),
+             0);
+    project.remove(u"scr_bak"_s);
+    QVERIFY(updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir()));
+    QVERIFY(!project.exists(u"scr"_s));
+}
+
 void TestUpdUtils::countsNothingToMoveAsMoved_data()
 {
     QTest::addColumn<QString>("file");
@@ -385,6 +493,17 @@ void TestUpdUtils::makesFolders()
     updUtils::makeFolder(project.path(u"a"_s), FolderCreation::OneLevel);
     updUtils::makeFolder(project.path(u"c/d/e"_s), FolderCreation::WithParents);
     QVERIFY(project.exists(u"c/d/e"_s));
+}
+
+void TestUpdUtils::makesAFolderAgainUntilItIsThere()
+{
+    const TestProject project;
+    FolderMaker folders(FolderCreation::OneLevel);
+    folders.make(project.path(u"a/b"_s));
+    QVERIFY(!project.exists(u"a/b"_s));
+    folders.make(project.path(u"a"_s));
+    folders.make(project.path(u"a/b"_s));
+    QVERIFY(project.exists(u"a/b"_s));
 }
 
 QTEST_GUILESS_MAIN(TestUpdUtils)

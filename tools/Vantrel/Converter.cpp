@@ -4,6 +4,7 @@
 #include "FileIo.h"
 #include "ImageFile.h"
 #include "LineCheck.h"
+#include "ImageFileSearch.h"
 #include "Logger.h"
 #include "ObjectCutter.h"
 #include "ProjectLock.h"
@@ -263,14 +264,14 @@ void Converter::convertProject()
     if (!beginRun())
         return;
 
-    QList<QFileInfo> imageFiles;
-    updUtils::findImageFiles(m_run->imageFolder(), imageFiles);
+    const FoundImageFiles found = searchImageFiles(m_run->imageFolder());
     createLogFileName();
 
-    enterConversion(imageFiles);
-    if (convertImageFiles(imageFiles)) {
+    enterConversion(found);
+    reportHiddenFiles(found);
+    if (convertImageFiles(found.files)) {
         backUpAndCopyBack();
-        const auto count = static_cast<int>(imageFiles.size());
+        const auto count = static_cast<int>(found.files.size());
         Q_EMIT sigProgressChanged(count, count);
     }
     m_run->stageFile->remove();
@@ -305,9 +306,10 @@ bool Converter::beginRun()
 }
 
 /// Writes down what another process needs to know where this one does not come to the run's end.
-void Converter::enterConversion(const QList<QFileInfo> &imageFiles)
+void Converter::enterConversion(const FoundImageFiles &found)
 {
-    m_run->facts = factsOfRun(m_run->projectDir, imageFiles);
+    m_run->facts = factsOfRun(m_run->projectDir, found.files);
+    m_run->facts.listIsWhole = found.isWhole();
     m_run->facts.shapeNames = m_run->filterNames.values();
     m_run->facts.shapeNames.sort();
     m_run->facts.makesFolders = m_run->folderCreation == FolderCreation::WithParents;
@@ -315,14 +317,27 @@ void Converter::enterConversion(const QList<QFileInfo> &imageFiles)
     m_run->stageFile->enter({.stage = RunStage::Converting, .unsaved = {}, .endedAt = RunStage::Converting});
 }
 
+/// Reports what keeps image files from being converted before any of them is opened.
+void Converter::reportHiddenFiles(const FoundImageFiles &found)
+{
+    logFailures(found);
+    for (const ListingFailure &failure : found.failures)
+        reportFile(failure.folder, Error, messageOf(failure));
+    for (const QByteArray &path : found.unnamable) {
+        QString message = u"Could not open Image File: its name is not valid UTF-8"_s;
+        reportImageFileError(shownPath(path), message);
+    }
+}
+
 /// Returns false when the run was stopped.
 bool Converter::convertImageFiles(const QList<QFileInfo> &imageFiles)
 {
     const auto count = static_cast<int>(imageFiles.size());
+    FolderMaker folders(m_run->folderCreation);
     for (int index = 0; index < count; ++index) {
         const QFileInfo &imageFile = imageFiles.at(index);
         // Before the flag is looked at: a stopped run leaves the folder of the file it stopped at.
-        updUtils::makeFolder(inTempFolder(imageFile.absolutePath()), m_run->folderCreation);
+        folders.make(inTempFolder(imageFile.absolutePath()));
         if (stopRequested)
             return false;
 

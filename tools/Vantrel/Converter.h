@@ -21,6 +21,7 @@
 
 class FileLines;
 class ShapeLibrary;
+struct FoundImageFiles;
 struct ImageFile;
 
 /// Performs conversion runs on a thread of its own. The owner speaks to it by queued signals
@@ -162,7 +163,8 @@ private:
     bool beginStart();
     void convertProject();
     bool beginRun();
-    void enterConversion(const QList<QFileInfo> &imageFiles);
+    void enterConversion(const FoundImageFiles &found);
+    void reportHiddenFiles(const FoundImageFiles &found);
     bool convertImageFiles(const QList<QFileInfo> &imageFiles);
     void convertImageFile(const QString &imageFile, const QString &tempFile);
     void copyUnchanged(const ImageFile &image, const QString &tempFile);

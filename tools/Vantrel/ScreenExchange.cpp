@@ -2,6 +2,7 @@
 #include "ScreenExchange.h"
 
 #include "Backup.h"
+#include "ImageFileSearch.h"
 #include "StageFile.h"
 
 #include <algorithm>
@@ -44,16 +45,16 @@ bool ScreenExchange::copyBack()
 {
     enter(RunStage::CopyingBack);
     // Still there only where not all of them could be backed up, or where one resists removal.
-    QList<QFileInfo> originals;
-    updUtils::findImageFiles(folder("/scr"_L1), originals);
+    const FoundImageFiles originals = searchImageFiles(folder("/scr"_L1));
+    logFailures(originals);
     return updUtils::moveImageFiles(u"/scr_temp"_s, u"/scr"_s, m_projectDir, m_creation) ||
            retryCopyBack(originals);
 }
 
 /// Copies back into an empty image folder. It is emptied only when its originals lie in the backup.
-bool ScreenExchange::retryCopyBack(const QList<QFileInfo> &originals)
+bool ScreenExchange::retryCopyBack(const FoundImageFiles &originals)
 {
-    if (!completeBackup(originals, m_projectDir))
+    if (!originals.isWhole() || !completeBackup(originals.files, m_projectDir))
         return false;
     m_unsaved.clear();
     enter(RunStage::Removing);

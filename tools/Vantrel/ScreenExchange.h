@@ -4,12 +4,11 @@
 #include "RunRecord.h"
 #include "updUtils.h"
 
-#include <QFileInfo>
-#include <QList>
 #include <QString>
 #include <QStringList>
 
 class StageFile;
+struct FoundImageFiles;
 
 /// The end of a run: moves "scr" to "scr_bak", in place of the backup of an earlier run, and
 /// "scr_temp" to "scr". Writes each stage down before it begins.
@@ -28,7 +27,7 @@ public:
 
 private:
     void enter(RunStage stage) const;
-    bool retryCopyBack(const QList<QFileInfo> &originals);
+    bool retryCopyBack(const FoundImageFiles &originals);
     QStringList screensInPlace() const;
     QString folder(QLatin1StringView name) const;
 

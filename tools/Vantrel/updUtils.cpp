@@ -2,12 +2,17 @@
 #include "updUtils.h"
 
 #include "FileMove.h"
+#include "FolderListing.h"
+#include "ImageFileSearch.h"
 
 #include <QDir>
 #include <QFile>
 #include <QStringList>
 
 #include <algorithm>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -33,20 +38,6 @@ void insideFolder(const QString &path, FolderTrail &trail, Search search)
     trail.removeLast();
 }
 
-void collectImageFiles(const QString &path, FolderTrail &trail, QList<QFileInfo> &files)
-{
-    const QFileInfoList entries = QDir(path).entryInfoList();
-    for (const QFileInfo &entry : entries) {
-        if (isDotEntry(entry))
-            continue;
-        const QString entryPath = entry.filePath();
-        if (entry.isDir())
-            insideFolder(entryPath, trail, [&] { collectImageFiles(entryPath, trail, files); });
-        else if (entryPath.contains(".psc"_L1))
-            files.append(entry);
-    }
-}
-
 void searchBitmap(const QString &folder, const QString &fileName, FolderTrail &trail, bool &found)
 {
     const QFileInfoList entries = QDir(folder).entryInfoList();
@@ -68,36 +59,84 @@ QString mapped(QString path, const QString &from, const QString &to)
     return path.replace(from, to, Qt::CaseSensitive);
 }
 
+/// Whether a file lies in both places, with one length.
+bool hasArrived(const FileMove &move)
+{
+    const QFileInfo source(move.from);
+    const QFileInfo target(move.to);
+    return source.isFile() && target.isFile() && source.size() == target.size();
+}
+
 /// Copies every file, also after one that could not be copied.
 bool copyAll(const QList<FileMove> &moves)
 {
-    return std::count_if(moves.cbegin(), moves.cend(),
-                         [](const FileMove &move) { return !QFile::copy(move.from, move.to); }) == 0;
+    return std::count_if(moves.cbegin(), moves.cend(), [](const FileMove &move) {
+               return !QFile::copy(move.from, move.to) || !hasArrived(move);
+           }) == 0;
+}
+
+/// Whether nothing lies below a folder but these image files: one may have come since it was
+/// listed, and would go away with the folder.
+bool holdsNothingElse(const QString &folder, const QList<FileMove> &moves)
+{
+    QSet<QString> known;
+    for (const FileMove &move : moves)
+        known.insert(move.from);
+    const FoundImageFiles found = searchImageFiles(folder);
+    return found.isWhole() &&
+           std::all_of(found.files.cbegin(), found.files.cend(),
+                       [&](const QFileInfo &file) { return known.contains(file.filePath()); });
+}
+
+bool removeEntries(const OpenFolder &folder);
+
+bool removeEntry(const OpenFolder &folder, const FolderEntry &entry)
+{
+    if (entry.kind != EntryKind::Folder)
+        return unlinkat(folder.descriptor(), entry.name.constData(), 0) == 0;
+    {
+        const OpenFolder inner(folder, entry.name);
+        // One that cannot be opened may be empty.
+        if (inner.isOpen() && !removeEntries(inner))
+            return false;
+    }
+    return unlinkat(folder.descriptor(), entry.name.constData(), AT_REMOVEDIR) == 0;
+}
+
+/// Removes folders first, each kind by name; stops at the first entry that stays.
+bool removeEntries(const OpenFolder &folder)
+{
+    FolderListing listing = folder.list();
+    if (listing.error != 0)
+        return false;
+    std::sort(listing.entries.begin(), listing.entries.end(),
+              [](const FolderEntry &first, const FolderEntry &second) {
+                  const bool firstIsFolder = first.kind == EntryKind::Folder;
+                  const bool secondIsFolder = second.kind == EntryKind::Folder;
+                  return firstIsFolder != secondIsFolder ? firstIsFolder : first.name < second.name;
+              });
+    return std::all_of(listing.entries.cbegin(), listing.entries.cend(),
+                       [&folder](const FolderEntry &entry) { return removeEntry(folder, entry); });
 }
 
 } // namespace
 
 bool updUtils::removeDir(const QString &path)
 {
-    const QDir folder(path);
-    if (!folder.exists())
-        return true;
-
-    const QFileInfoList entries = folder.entryInfoList(
-        QDir::NoDotAndDotDot | QDir::AllDirs | QDir::Files | QDir::Hidden | QDir::System, QDir::DirsFirst);
-    for (const QFileInfo &entry : entries) {
-        const QString entryPath = entry.absoluteFilePath();
-        const bool isFolder = entry.isDir() && !entry.isSymLink();
-        if (!(isFolder ? removeDir(entryPath) : QFile::remove(entryPath)))
+    const QByteArray folderPath = QFile::encodeName(path);
+    {
+        const OpenFolder folder(folderPath);
+        if (saysMissing(folder.error()))
+            return true;
+        if (folder.isOpen() && !removeEntries(folder))
             return false;
     }
-    return QDir().rmdir(path);
+    return rmdir(folderPath.constData()) == 0;
 }
 
 void updUtils::findImageFiles(const QString &path, QList<QFileInfo> &files)
 {
-    FolderTrail trail;
-    insideFolder(path, trail, [&] { collectImageFiles(path, trail, files); });
+    files += searchImageFiles(path).files;
 }
 
 bool updUtils::moveImageFiles(const QString &from, const QString &to, const QString &projectDir,
@@ -113,16 +152,19 @@ bool updUtils::transferImageFiles(const QString &from, const QString &to, const 
                                   FolderCreation creation)
 {
     const QString source = projectDir + from;
-    QList<QFileInfo> files;
-    findImageFiles(source, files);
+    const FoundImageFiles found = searchImageFiles(source);
+    logFailures(found);
 
+    FolderMaker folders(creation);
     QList<FileMove> moves;
-    for (const QFileInfo &file : std::as_const(files)) {
-        makeFolder(mapped(file.absolutePath(), from, to), creation);
+    for (const QFileInfo &file : found.files) {
+        folders.make(mapped(file.absolutePath(), from, to));
         moves.append({file.filePath(), mapped(file.filePath(), from, to)});
     }
     // Renaming leaves what copying and removing leave, without moving a byte.
-    return renameAll(moves, source) || copyAll(moves);
+    if (found.isWhole() && renameAll(moves, source))
+        return holdsNothingElse(source, {});
+    return copyAll(moves) && found.isWhole() && holdsNothingElse(source, moves);
 }
 
 void updUtils::findFileInBmpFolders(const QString &folder, const QString &fileName, bool &found)
@@ -131,12 +173,15 @@ void updUtils::findFileInBmpFolders(const QString &folder, const QString &fileNa
     insideFolder(folder, trail, [&] { searchBitmap(folder, fileName, trail, found); });
 }
 
-void updUtils::makeFolder(const QString &path, FolderCreation creation)
+bool updUtils::makeFolder(const QString &path, FolderCreation creation)
 {
     if (QDir(path).exists())
-        return;
-    if (creation == FolderCreation::WithParents)
-        QDir().mkpath(path);
-    else
-        QDir().mkdir(path);
+        return true;
+    return creation == FolderCreation::WithParents ? QDir().mkpath(path) : QDir().mkdir(path);
+}
+
+void FolderMaker::make(const QString &path)
+{
+    if (!m_present.contains(path) && updUtils::makeFolder(path, m_creation))
+        m_present.insert(path);
 }

@@ -3,6 +3,7 @@
 
 #include <QFileInfo>
 #include <QList>
+#include <QSet>
 #include <QString>
 
 /// How a missing folder is made.
@@ -18,7 +19,8 @@ public:
     virtual ~updUtils() = default;
 
     /// Removes a folder with all that it holds. Links in it are removed, never followed. Stops at
-    /// the first entry that cannot be removed. Returns whether the folder is gone.
+    /// the first entry that cannot be removed, and before a folder that cannot be listed.
+    /// Returns whether the folder is gone.
     static bool removeDir(const QString &path);
 
     /// Appends the image files below a folder, depth first, by name ignoring case: every file that
@@ -27,8 +29,10 @@ public:
     static void findImageFiles(const QString &path, QList<QFileInfo> &files);
 
     /// Moves every image file below `projectDir` + `from` to the path in which each `from` is
-    /// replaced by `to`; existing files are not overwritten. Where all arrived, removes the
-    /// whole source folder and returns true; otherwise leaves it alone and returns false.
+    /// replaced by `to`; existing files are not overwritten. Where all arrived with their whole
+    /// length, and every folder could be listed, removes the whole source folder and returns
+    /// true; otherwise leaves it alone and returns false. Folders that could not be listed are
+    /// logged.
     ///     moveImageFiles("/scr", "/scr_bak", "/plant")
     static bool moveImageFiles(const QString &from, const QString &to, const QString &projectDir,
                                FolderCreation creation = FolderCreation::OneLevel);
@@ -41,6 +45,23 @@ public:
     /// in lower case. Sets `found` where it exists; the caller clears it first.
     static void findFileInBmpFolders(const QString &folder, const QString &fileName, bool &found);
 
-    /// Makes the folder where it is missing. What cannot be made shows when it is used.
-    static void makeFolder(const QString &path, FolderCreation creation);
+    /// Makes the folder where it is missing. Returns whether it is there; what cannot be made
+    /// shows when it is used, too.
+    static bool makeFolder(const QString &path, FolderCreation creation);
+};
+
+/// Makes folders as they are needed, and looks for each only until it is there.
+class FolderMaker final
+{
+public:
+    explicit FolderMaker(FolderCreation creation)
+        : m_creation(creation)
+    {
+    }
+
+    void make(const QString &path);
+
+private:
+    FolderCreation m_creation;
+    QSet<QString> m_present;
 };

@@ -1,0 +1,105 @@
+// What a folder holds, or why that could not be read.
+#include "FolderListing.h"
+
+#include <cerrno>
+#include <string_view>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+EntryKind kindOfMode(mode_t mode)
+{
+    switch (mode & S_IFMT) {
+    case S_IFREG:
+        return EntryKind::File;
+    case S_IFDIR:
+        return EntryKind::Folder;
+    case S_IFLNK:
+        return EntryKind::Link;
+    default:
+        return EntryKind::Other;
+    }
+}
+
+/// Few file systems do not tell the kind along with the name.
+EntryKind kindOf(int folder, const dirent &entry)
+{
+    struct stat file = {};
+    switch (entry.d_type) {
+    case DT_REG:
+        return EntryKind::File;
+    case DT_DIR:
+        return EntryKind::Folder;
+    case DT_LNK:
+        return EntryKind::Link;
+    case DT_UNKNOWN:
+        return fstatat(folder, entry.d_name, &file, AT_SYMLINK_NOFOLLOW) == 0 ? kindOfMode(file.st_mode)
+                                                                              : EntryKind::Other;
+    default:
+        return EntryKind::Other;
+    }
+}
+
+bool isDotName(std::string_view name)
+{
+    return name == "." || name == "..";
+}
+
+int errorUnless(bool isDone)
+{
+    return isDone ? 0 : errno;
+}
+
+constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+
+} // namespace
+
+OpenFolder::OpenFolder(const QByteArray &path)
+    : m_descriptor(open(path.constData(), folderFlags))
+    , m_error(errorUnless(isOpen()))
+{
+}
+
+OpenFolder::OpenFolder(const OpenFolder &parent, const QByteArray &name)
+    : m_descriptor(openat(parent.m_descriptor, name.constData(), folderFlags | O_NOFOLLOW))
+    , m_error(errorUnless(isOpen()))
+{
+}
+
+OpenFolder::~OpenFolder()
+{
+    if (isOpen())
+        close(m_descriptor);
+}
+
+FolderListing OpenFolder::list() const
+{
+    FolderListing listing;
+    // A stream takes its descriptor with it when it is closed.
+    const int descriptor = fcntl(m_descriptor, F_DUPFD_CLOEXEC, 0);
+    DIR *const stream = descriptor >= 0 ? fdopendir(descriptor) : nullptr;
+    if (stream == nullptr) {
+        listing.error = errno;
+        if (descriptor >= 0)
+            close(descriptor);
+        return listing;
+    }
+    errno = 0;
+    while (const dirent *const entry = readdir(stream)) {
+        if (!isDotName(entry->d_name))
+            listing.entries.append({entry->d_name, kindOf(m_descriptor, *entry)});
+        errno = 0;
+    }
+    listing.error = errno;
+    closedir(stream);
+    return listing;
+}
+
+bool saysMissing(int error)
+{
+    return error == ENOENT || error == ENOTDIR;
+}
