@@ -10,6 +10,18 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+bool backUp(const QString &original, const QString &place)
+{
+    if (haveSameContent(original, place))
+        return true;
+    // What lies there is no copy of the original: a partial one, or that of an earlier run.
+    QFile::remove(place);
+    QDir().mkpath(QFileInfo(place).path());
+    return QFile::copy(original, place) && haveSameContent(original, place);
+}
+
+} // namespace
+
 bool haveSameContent(const QString &first, const QString &second)
 {
     QFile a(first);
@@ -25,18 +37,6 @@ bool haveSameContent(const QString &first, const QString &second)
     }
     return true;
 }
-
-bool backUp(const QString &original, const QString &place)
-{
-    if (haveSameContent(original, place))
-        return true;
-    // What lies there is no copy of the original: a partial one, or that of an earlier run.
-    QFile::remove(place);
-    QDir().mkpath(QFileInfo(place).path());
-    return QFile::copy(original, place) && haveSameContent(original, place);
-}
-
-} // namespace
 
 bool completeBackup(const QList<QFileInfo> &originals, const QString &projectDir)
 {

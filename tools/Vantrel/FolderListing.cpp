@@ -72,8 +72,12 @@ OpenFolder::OpenFolder(const OpenFolder &parent, const QByteArray &name)
 
 OpenFolder::~OpenFolder()
 {
-    if (isOpen())
-        close(m_descriptor);
+    if (!isOpen())
+        return;
+    // Why something was not done in the folder is still to be told.
+    const int error = errno;
+    close(m_descriptor);
+    errno = error;
 }
 
 FolderListing OpenFolder::list() const
@@ -96,6 +100,7 @@ FolderListing OpenFolder::list() const
     }
     listing.error = errno;
     closedir(stream);
+    errno = listing.error;
     return listing;
 }
 

@@ -170,15 +170,17 @@ QString messageOf(const ListingFailure &failure)
     return u"Could not list Folder %1: %2"_s.arg(failure.folder, failure.reason);
 }
 
-void logFailures(const FoundImageFiles &found)
+void logError(const QString &message)
 {
     constexpr unsigned char errorLevel = 3;
     constexpr int sourceLine = 1720;
-    for (const ListingFailure &failure : found.failures) {
-        Qel::Logger::instance()
-            ->out(errorLevel, messageOf(failure), "tools/Vantrel/Converter", sourceLine)
-            .endl();
-    }
+    Qel::Logger::instance()->out(errorLevel, message, "tools/Vantrel/Converter", sourceLine).endl();
+}
+
+void logFailures(const FoundImageFiles &found)
+{
+    for (const ListingFailure &failure : found.failures)
+        logError(messageOf(failure));
 }
 
 QString shownPath(const QByteArray &path)

@@ -21,7 +21,7 @@ ScreenExchange::ScreenExchange(QString projectDir, FolderCreation creation, QStr
 bool ScreenExchange::discardAndGoOn()
 {
     enter(RunStage::Discarding);
-    updUtils::removeDir(folder("/scr_bak"_L1));
+    updUtils::removeDirOrLog(folder("/scr_bak"_L1));
     return backUpAndGoOn();
 }
 
@@ -30,19 +30,19 @@ bool ScreenExchange::backUpAndGoOn()
     enter(RunStage::BackingUp);
     if (updUtils::transferImageFiles(u"/scr"_s, u"/scr_bak"_s, m_projectDir, m_creation))
         return removeAndGoOn();
-    m_unsaved = screensInPlace();
-    return copyBack();
+    return copyBack(screensInPlace());
 }
 
 bool ScreenExchange::removeAndGoOn()
 {
     enter(RunStage::Removing);
-    updUtils::removeDir(folder("/scr"_L1));
+    updUtils::removeDirOrLog(folder("/scr"_L1));
     return copyBack();
 }
 
-bool ScreenExchange::copyBack()
+bool ScreenExchange::copyBack(const QStringList &unsaved)
 {
+    m_unsaved = unsaved;
     enter(RunStage::CopyingBack);
     // Still there only where not all of them could be backed up, or where one resists removal.
     const FoundImageFiles originals = searchImageFiles(folder("/scr"_L1));
@@ -58,7 +58,7 @@ bool ScreenExchange::retryCopyBack(const FoundImageFiles &originals)
         return false;
     m_unsaved.clear();
     enter(RunStage::Removing);
-    updUtils::removeDir(folder("/scr"_L1));
+    updUtils::removeDirOrLog(folder("/scr"_L1));
     enter(RunStage::CopyingBack);
     return updUtils::moveImageFiles(u"/scr_temp"_s, u"/scr"_s, m_projectDir, m_creation);
 }

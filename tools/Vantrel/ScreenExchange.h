@@ -23,7 +23,8 @@ public:
     bool discardAndGoOn();
     bool backUpAndGoOn();
     bool removeAndGoOn();
-    bool copyBack();
+    /// `unsaved` are the screens that lie in "scr" and not in "scr_bak".
+    bool copyBack(const QStringList &unsaved = {});
 
 private:
     void enter(RunStage stage) const;

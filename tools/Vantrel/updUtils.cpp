@@ -10,6 +10,8 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -134,6 +136,14 @@ bool updUtils::removeDir(const QString &path)
     return rmdir(folderPath.constData()) == 0;
 }
 
+void updUtils::removeDirOrLog(const QString &path)
+{
+    // Of a folder that is reached by a link, the link stays: that is no failure.
+    if (removeDir(path) || errno == ENOTDIR)
+        return;
+    logError(u"Could not remove Folder %1: %2"_s.arg(path, QString::fromLocal8Bit(std::strerror(errno))));
+}
+
 void updUtils::findImageFiles(const QString &path, QList<QFileInfo> &files)
 {
     files += searchImageFiles(path).files;
@@ -144,7 +154,7 @@ bool updUtils::moveImageFiles(const QString &from, const QString &to, const QStr
 {
     if (!transferImageFiles(from, to, projectDir, creation))
         return false;
-    removeDir(projectDir + from);
+    removeDirOrLog(projectDir + from);
     return true;
 }
 
