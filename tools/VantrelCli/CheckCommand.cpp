@@ -1,6 +1,7 @@
 // The command that reads a project and tells what a user should look at before a run.
 #include "CheckCommand.h"
 
+#include "LeftOverRun.h"
 #include "NearestWord.h"
 #include "Presenter.h"
 #include "ProjectPath.h"
@@ -161,7 +162,8 @@ ExitCode runCheck(const CheckOptions &options, Presenter &presenter)
     const auto fileCount = static_cast<int>(survey.imageFiles.size());
     presenter.showProgress(fileCount, fileCount);
 
-    const QList<Finding> findings = survey.findings + LibraryCheck(options.projectDir, usage).findings() +
+    const QList<Finding> findings = findLeftOverRun(options.projectDir) + survey.findings +
+                                    LibraryCheck(options.projectDir, usage).findings() +
                                     unmatchedNames(options.shapeNames, survey.shapeNames);
     for (const Finding &finding : findings)
         presenter.showFinding(finding);

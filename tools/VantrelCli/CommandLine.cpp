@@ -8,6 +8,7 @@
 #include "JsonPresenter.h"
 #include "NearestWord.h"
 #include "Output.h"
+#include "RecoverCommand.h"
 #include "ShapesCommand.h"
 #include "TextPresenter.h"
 #include "UpdateCommand.h"
@@ -129,6 +130,8 @@ private:
     QString complaintAboutValues();
     QString takeShapeNames();
     QString complaintAboutUpdate() const;
+    QString complaintAboutRecover() const;
+    RecoverAction recoverAction() const;
     void setColors(ColorMode mode);
     ExitCode perform();
     ExitCode performUpdate(Presenter &presenter);
@@ -174,6 +177,8 @@ QString CommandRequest::complaintAboutValues()
         return u"the root folder is no project directory; use --project DIR"_s;
     if (const QString complaint = takeShapeNames(); !complaint.isEmpty())
         return complaint;
+    if (m_command.command == Command::Recover)
+        return complaintAboutRecover();
     return m_command.command == Command::Update ? complaintAboutUpdate() : QString();
 }
 
@@ -210,6 +215,33 @@ QString CommandRequest::complaintAboutUpdate() const
     return {};
 }
 
+struct RecoverOption
+{
+    QLatin1StringView name;
+    RecoverAction action;
+};
+
+constexpr std::array recoverActions{
+    RecoverOption{"roll-back"_L1, RecoverAction::RollBack},
+    RecoverOption{"finish"_L1, RecoverAction::Finish},
+    RecoverOption{"undo"_L1, RecoverAction::Undo},
+};
+
+QString CommandRequest::complaintAboutRecover() const
+{
+    const auto chosen = std::count_if(recoverActions.begin(), recoverActions.end(),
+                                      [this](const RecoverOption &option) { return isSet(option.name); });
+    return chosen > 1 ? u"--roll-back, --finish and --undo exclude each other"_s : QString();
+}
+
+RecoverAction CommandRequest::recoverAction() const
+{
+    const auto *const chosen =
+        std::find_if(recoverActions.begin(), recoverActions.end(),
+                     [this](const RecoverOption &option) { return isSet(option.name); });
+    return chosen == recoverActions.end() ? RecoverAction::Tell : chosen->action;
+}
+
 /// Whether an option was given; not every command has every option.
 bool CommandRequest::isSet(const QString &option) const
 {
@@ -235,6 +267,8 @@ ExitCode CommandRequest::perform()
         return runShapes(m_projectDir, *presenter);
     case Command::Diff:
         return runDiff(m_projectDir, *presenter);
+    case Command::Recover:
+        return runRecover({m_projectDir, recoverAction()}, *presenter);
     case Command::Update:
         break;
     }

@@ -13,7 +13,7 @@ struct OptionRow
     QLatin1StringView meaning;
 };
 
-enum class Command { Check, Shapes, Update, Diff };
+enum class Command { Check, Shapes, Update, Diff, Recover };
 
 struct CommandRow
 {
@@ -83,6 +83,20 @@ inline constexpr std::array updateOptions{
 
 inline constexpr std::array diffOptions{Options::project, Options::json, Options::color, Options::help};
 
+inline constexpr std::array recoverOptions{
+    Options::project,
+    OptionRow{QLatin1StringView("roll-back"),
+              {},
+              QLatin1StringView("put every screen back as it was before the interrupted run")},
+    OptionRow{QLatin1StringView("finish"), {}, QLatin1StringView("complete the interrupted run")},
+    OptionRow{QLatin1StringView("undo"),
+              {},
+              QLatin1StringView("take a completed run back; \"scr_undone\" keeps what it had made")},
+    Options::json,
+    Options::color,
+    Options::help,
+};
+
 inline constexpr std::array generalOptions{
     Options::help,
     OptionRow{QLatin1StringView("version"), {}, QLatin1StringView("show the version")},
@@ -105,4 +119,7 @@ inline constexpr std::array commandRows{
     CommandRow{Command::Diff, QLatin1StringView("diff"),
                QLatin1StringView("show what changed between the backup of the last run and the screens"),
                diffOptions},
+    CommandRow{Command::Recover, QLatin1StringView("recover"),
+               QLatin1StringView("tell where an interrupted run ended, complete it or take it back"),
+               recoverOptions},
 };

@@ -50,6 +50,9 @@ enum class FindingKind {
     FileUnreadable,
     ScratchFailed,
     ScreenLost,
+    RunInterrupted,
+    Recovery,
+    RecoveryUndecided,
 };
 
 struct FindingRow
@@ -136,6 +139,12 @@ inline constexpr std::array findingRows{
                QLatin1StringView("a dry run could not set up its scratch folder")},
     FindingRow{FindingKind::ScreenLost, QLatin1StringView("screen-lost"), Severity::Obstacle,
                QLatin1StringView("after a run, a screen is neither in \"scr\" nor reported")},
+    FindingRow{FindingKind::RunInterrupted, QLatin1StringView("run-interrupted"), Severity::Obstacle,
+               QLatin1StringView("a run is under way or did not come to its end")},
+    FindingRow{FindingKind::Recovery, QLatin1StringView("recovery"), Severity::Hint,
+               QLatin1StringView("what an interrupted run has left, and what recovers it")},
+    FindingRow{FindingKind::RecoveryUndecided, QLatin1StringView("recovery-undecided"), Severity::Obstacle,
+               QLatin1StringView("a file keeps an interrupted run from being recovered")},
 };
 
 constexpr const FindingRow &rowOf(FindingKind kind)

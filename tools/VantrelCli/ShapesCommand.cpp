@@ -1,6 +1,7 @@
 // The command that lists the shapes that a project's screens use.
 #include "ShapesCommand.h"
 
+#include "LeftOverRun.h"
 #include "Presenter.h"
 #include "ReadingListener.h"
 
@@ -14,8 +15,8 @@ namespace {
 bool hidesObjects(const Finding &finding)
 {
     constexpr std::array kinds{FindingKind::FolderMissing, FindingKind::FolderUnreadable,
-                               FindingKind::NameNotUtf8, FindingKind::ScreenUnreadable,
-                               FindingKind::ScreenInvalid};
+                               FindingKind::NameNotUtf8,   FindingKind::ScreenUnreadable,
+                               FindingKind::ScreenInvalid, FindingKind::RunInterrupted};
     return std::find(kinds.begin(), kinds.end(), finding.kind) != kinds.end();
 }
 
@@ -39,7 +40,7 @@ ExitCode runShapes(const QString &projectDir, Presenter &presenter)
     presenter.showProgress(fileCount, fileCount);
 
     bool isSomethingFound = false;
-    for (const Finding &finding : survey.findings) {
+    for (const Finding &finding : findLeftOverRun(projectDir) + survey.findings) {
         if (!hidesObjects(finding))
             continue;
         presenter.showFinding(finding);

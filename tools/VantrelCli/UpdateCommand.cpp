@@ -1,7 +1,9 @@
 // The command that replaces placed objects by their current shapes.
 #include "UpdateCommand.h"
 
+#include "LeftOverRun.h"
 #include "Presenter.h"
+#include "ProjectLock.h"
 #include "ProjectPath.h"
 #include "ProjectSurvey.h"
 #include "ScratchProject.h"
@@ -19,6 +21,12 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// A run that was refused has not even a name for its change log.
+bool hasBegun(const RunResult &result)
+{
+    return !result.changeLogPath.isEmpty();
+}
+
 class UpdateCommand final
 {
 public:
@@ -32,6 +40,8 @@ public:
     ExitCode execute();
 
 private:
+    bool isInUse() const;
+    ExitCode refuseLeftOver(const QList<Finding> &leftOver);
     ExitCode refuse(const QList<Finding> &obstacles);
     ExitCode changeProject();
     ExitCode tryOnStandIn();
@@ -52,6 +62,9 @@ private:
 
 ExitCode UpdateCommand::execute()
 {
+    const QList<Finding> leftOver = findLeftOverRun(m_options.projectDir);
+    if (!leftOver.isEmpty() && (m_options.dryRun || !isInUse()))
+        return refuseLeftOver(leftOver);
     m_survey = surveyProject(m_options.projectDir, m_options.makeFolders);
     const QList<Finding> obstacles = m_survey.obstacles();
     if (!obstacles.isEmpty() && !m_options.force)
@@ -60,6 +73,20 @@ ExitCode UpdateCommand::execute()
     if (m_stopSignals.received() != 0)
         return endWith(stoppedBy(m_stopSignals.received()));
     return m_options.dryRun ? tryOnStandIn() : changeProject();
+}
+
+/// Whether a run is under way; the run itself tells whose.
+bool UpdateCommand::isInUse() const
+{
+    return ProjectLock(m_options.projectDir).isHeldByOther();
+}
+
+/// Refuses whatever was asked for: a run would replace the backup, which may hold the screens.
+ExitCode UpdateCommand::refuseLeftOver(const QList<Finding> &leftOver)
+{
+    for (const Finding &finding : leftOver)
+        m_presenter.showFinding(finding);
+    return endWith(ExitCode::Refused);
 }
 
 ExitCode UpdateCommand::refuse(const QList<Finding> &obstacles)
@@ -71,6 +98,8 @@ ExitCode UpdateCommand::refuse(const QList<Finding> &obstacles)
 ExitCode UpdateCommand::changeProject()
 {
     const RunResult result = convert(m_options.projectDir, {});
+    if (!hasBegun(result))
+        return endWith(ExitCode::Refused);
     CommandEnd end = describeEnd(result, {});
     end.changeLogPath = QFileInfo::exists(result.changeLogPath) ? result.changeLogPath : QString();
     if (!result.isCompleted)

@@ -1,0 +1,123 @@
+// Completing a run that was interrupted after its last screen was converted.
+#include "FinishRun.h"
+
+#include "Backup.h"
+#include "SafeCopy.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSet>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+FinishRun::FinishRun(const ScreenPlaces &places, const RecoveryPlan &plan)
+    : m_places(places)
+    , m_plan(plan)
+    , m_stageFile(places.projectDir(), plan.record.facts)
+    , m_exchange(places.projectDir(),
+                 plan.record.facts.makesFolders ? FolderCreation::WithParents : FolderCreation::OneLevel,
+                 plan.record.facts.screens, m_stageFile)
+{
+}
+
+FinishResult FinishRun::perform()
+{
+    switch (m_plan.record.state.stage) {
+    case RunStage::Discarding:
+        return resultOf(m_exchange.discardAndGoOn());
+    case RunStage::BackingUp:
+        return finishBackup();
+    case RunStage::Removing:
+        return finishRemoval();
+    case RunStage::CopyingBack:
+        return finishCopyBack();
+    default:
+        return FinishResult::Finished;
+    }
+}
+
+FinishResult FinishRun::resultOf(bool isCopiedBack) const
+{
+    return isCopiedBack ? FinishResult::Finished : FinishResult::NotAllCopiedBack;
+}
+
+FinishResult FinishRun::finishBackup()
+{
+    // As long as all screens lie in "scr", the backup holds nothing else: it is made anew.
+    if (m_plan.inBackup.isEmpty())
+        return resultOf(m_exchange.discardAndGoOn());
+    for (const QString &screen : m_plan.inPlace)
+        removeDuplicate(m_places.backup(screen), m_places.inPlace(screen));
+    return resultOf(m_exchange.backUpAndGoOn());
+}
+
+FinishResult FinishRun::finishRemoval()
+{
+    return isContradictory() ? FinishResult::Contradictory : resultOf(m_exchange.removeAndGoOn());
+}
+
+/// Where the run was copying, all lies still in "scr_temp", and is copied from the start. Where it
+/// was renaming, each screen lies in one of the two folders.
+FinishResult FinishRun::finishCopyBack()
+{
+    bool isWhole = true;
+    const QStringList converted = m_places.screensConverted(isWhole);
+    const QStringList present = m_places.screensInPlace(isWhole);
+    if (!isWhole || isContradictory())
+        return FinishResult::Contradictory;
+
+    const QSet<QString> unsaved(m_plan.inPlace.cbegin(), m_plan.inPlace.cend());
+    const bool isCopying = std::all_of(present.cbegin(), present.cend(), [&](const QString &screen) {
+        return unsaved.contains(screen) || QFileInfo::exists(m_places.converted(screen));
+    });
+    if (!isCopying)
+        return arriveRest(converted);
+    if (unsaved.isEmpty())
+        return resultOf(m_exchange.removeAndGoOn());
+    for (const QString &screen : present) {
+        if (!unsaved.contains(screen))
+            removeDuplicate(m_places.inPlace(screen), m_places.converted(screen));
+    }
+    return resultOf(m_exchange.copyBack(m_plan.inPlace));
+}
+
+FinishResult FinishRun::arriveRest(const QStringList &converted)
+{
+    for (const QString &screen : converted) {
+        const QString place = m_places.inPlace(screen);
+        if (QFileInfo::exists(place) && !haveSameContent(place, m_places.converted(screen)))
+            m_contradictoryFiles.append(place);
+    }
+    if (!m_contradictoryFiles.isEmpty())
+        return FinishResult::Contradictory;
+    for (const QString &screen : converted) {
+        if (!putCopy(m_places.converted(screen), m_places.inPlace(screen)).isEmpty())
+            return FinishResult::NotAllCopiedBack;
+    }
+    updUtils::removeDir(m_places.folder(u"scr_temp"_s));
+    return FinishResult::Finished;
+}
+
+/// Whether a file in "scr" may go away: another one holds the same bytes.
+bool FinishRun::isAccountedFor(const QString &screen) const
+{
+    const QString place = m_places.inPlace(screen);
+    return haveSameContent(place, m_places.backup(screen)) ||
+           haveSameContent(place, m_places.converted(screen));
+}
+
+/// Whether "scr" holds a screen that was changed since the run ended.
+bool FinishRun::isContradictory()
+{
+    bool isWhole = true;
+    const QSet<QString> unsaved(m_plan.inPlace.cbegin(), m_plan.inPlace.cend());
+    for (const QString &screen : m_places.screensInPlace(isWhole)) {
+        const bool mayHaveBeenRenamed = m_plan.record.state.stage == RunStage::CopyingBack &&
+                                        !QFileInfo::exists(m_places.converted(screen));
+        if (!unsaved.contains(screen) && !mayHaveBeenRenamed && !isAccountedFor(screen))
+            m_contradictoryFiles.append(m_places.inPlace(screen));
+    }
+    return !isWhole || !m_contradictoryFiles.isEmpty();
+}

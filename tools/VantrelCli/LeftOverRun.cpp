@@ -1,0 +1,34 @@
+// What commands say about a run that did not come to its end.
+#include "LeftOverRun.h"
+
+#include "StageFile.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto stageFileName = ".vantrel.run"_L1;
+
+QString describe(const std::optional<RunRecord> &record)
+{
+    if (!record)
+        return u"a run is under way or was interrupted; the file that tells its stage cannot be read"_s;
+    return u"a run is under way or was interrupted: %1 (%2, begun at %3)"_s.arg(
+        QLatin1StringView(rowOf(record->state.stage).name), record->facts.program,
+        record->facts.started.toString(u"yyyy-MM-dd hh:mm:ss"));
+}
+
+} // namespace
+
+QList<Finding> findLeftOverRun(const QString &projectDir)
+{
+    if (!StageFile::exists(projectDir))
+        return {};
+    return {{FindingKind::RunInterrupted, stageFileName, describe(StageFile::read(projectDir)),
+             u"where none is under way, see \"%1\""_s.arg(recoverCommandFor(projectDir))}};
+}
+
+QString recoverCommandFor(const QString &projectDir)
+{
+    return u"vantrel-cli recover --project %1"_s.arg(projectDir);
+}

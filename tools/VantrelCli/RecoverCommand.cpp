@@ -1,0 +1,327 @@
+// The command that tells what an interrupted run has left, and completes it or takes it back.
+#include "RecoverCommand.h"
+
+#include "FinishRun.h"
+#include "LeftOverRun.h"
+#include "Presenter.h"
+#include "ProjectLock.h"
+#include "ProjectPath.h"
+#include "RecoveryPlan.h"
+#include "RollBack.h"
+#include "StageFile.h"
+#include "StopSignals.h"
+#include "UpdateRun.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What lies where at a stage, in plain words, and what the two ways out of it do.
+struct StageText
+{
+    RunStage stage;
+    QLatin1StringView whole;
+    QLatin1StringView rollBack;
+    QLatin1StringView finish;
+};
+
+constexpr QLatin1StringView nothingToRestore("removes \"scr_temp\"; \"scr\" stays as it is");
+constexpr QLatin1StringView
+    restoresScreens("copies the screens from \"scr_bak\" to \"scr\" and removes \"scr_temp\"");
+constexpr QLatin1StringView convertsAgain("takes the run back, then performs it anew");
+
+constexpr std::array stageTexts{
+    StageText{RunStage::Converting, "\"scr\" is untouched"_L1, nothingToRestore,
+              "converts all screens again and goes on"_L1},
+    StageText{
+        RunStage::Discarding,
+        "\"scr\" is untouched, and \"scr_temp\" holds all converted screens; the last backup is partly gone"_L1,
+        nothingToRestore, "backs up and copies back"_L1},
+    StageText{
+        RunStage::BackingUp,
+        "each screen lies in \"scr\" or in \"scr_bak\", and \"scr_temp\" holds all converted screens"_L1,
+        restoresScreens, "backs up the rest and copies back"_L1},
+    StageText{RunStage::Removing,
+              "\"scr_bak\" holds all screens from before the run, and \"scr_temp\" all converted ones"_L1,
+              restoresScreens, "copies back"_L1},
+    StageText{
+        RunStage::CopyingBack,
+        "\"scr_bak\" holds the screens from before the run; \"scr\" and \"scr_temp\" hold the converted ones"_L1,
+        restoresScreens, "copies the rest back"_L1},
+    StageText{RunStage::Done, "the run is complete"_L1, restoresScreens, "removes what tells of the run"_L1},
+    StageText{RunStage::RollingBack, "each screen from before the run lies in \"scr_bak\" or in \"scr\""_L1,
+              restoresScreens, convertsAgain},
+    StageText{RunStage::RolledBack, "\"scr\" is as it was before the run"_L1, nothingToRestore,
+              convertsAgain},
+};
+
+const StageText &textOf(RunStage stage)
+{
+    const auto *const row = std::find_if(stageTexts.begin(), stageTexts.end(),
+                                         [stage](const StageText &text) { return text.stage == stage; });
+    return row == stageTexts.end() ? stageTexts.back() : *row;
+}
+
+QString screensText(qsizetype count)
+{
+    return count == 1 ? u"1 screen"_s : u"%1 screens"_s.arg(count);
+}
+
+class RecoverCommand final
+{
+public:
+    RecoverCommand(const RecoverOptions &options, Presenter &presenter)
+        : m_options(options)
+        , m_presenter(presenter)
+        , m_places(options.projectDir)
+        , m_lock(std::make_unique<ProjectLock>(options.projectDir))
+    {
+    }
+
+    ExitCode execute();
+
+private:
+    ExitCode recoverRun(const RunRecord &record);
+    ExitCode recoverUndoing(const RunRecord &record);
+    ExitCode tell(const RecoveryPlan &plan);
+    ExitCode rollBack(const RecoveryPlan &plan);
+    ExitCode finish(const RecoveryPlan &plan);
+    ExitCode finishConversion(const RecoveryPlan &plan);
+    ExitCode finishLater(const RecoveryPlan &plan);
+    ExitCode undo();
+    ExitCode takeBack(const RecoveryPlan &plan);
+
+    ExitCode refuse(const QString &message);
+    ExitCode refuseUndecided(const RecoveryPlan &plan);
+    ExitCode endWith(ExitCode code, const QString &message, qsizetype files);
+    void tellFact(const QString &path, const QString &text, const QString &advice);
+
+    const RecoverOptions &m_options;
+    Presenter &m_presenter;
+    ScreenPlaces m_places;
+    std::unique_ptr<ProjectLock> m_lock;
+};
+
+ExitCode RecoverCommand::execute()
+{
+    if (m_lock->isHeldByOther())
+        return refuse(u"A run is under way: the project is in use by %1."_s.arg(m_lock->holder()));
+    if (!StageFile::exists(m_options.projectDir)) {
+        if (m_options.action == RecoverAction::Undo)
+            return undo();
+        // A run that was killed before its first stage has touched nothing, but may have left
+        // the beginning of a stage file.
+        if (m_options.action != RecoverAction::Tell)
+            StageFile(m_options.projectDir, {}).remove();
+        return endWith(ExitCode::Done, u"No run was interrupted; there is nothing to recover."_s, 0);
+    }
+    const std::optional<RunRecord> record = StageFile::read(m_options.projectDir);
+    if (!record) {
+        return refuse(
+            u"\".vantrel.run\" cannot be read or understood. Look which of \"scr\", \"scr_bak\" and "
+            "\"scr_temp\" are whole, put them in order, then remove it."_s);
+    }
+    const bool isUndoing =
+        record->state.stage >= RunStage::SettingAside && record->state.endedAt == RunStage::Done;
+    return isUndoing ? recoverUndoing(*record) : recoverRun(*record);
+}
+
+ExitCode RecoverCommand::recoverRun(const RunRecord &record)
+{
+    const RecoveryPlan plan = makeRecoveryPlan(m_places, record);
+    if (!plan.isDecidable())
+        return refuseUndecided(plan);
+    switch (m_options.action) {
+    case RecoverAction::RollBack:
+        return rollBack(plan);
+    case RecoverAction::Finish:
+        return finish(plan);
+    case RecoverAction::Undo:
+        return refuse(u"The last run was interrupted; --roll-back takes it back."_s);
+    case RecoverAction::Tell:
+        break;
+    }
+    return tell(plan);
+}
+
+ExitCode RecoverCommand::recoverUndoing(const RunRecord &record)
+{
+    const RecoveryPlan plan = makeRecoveryPlan(m_places, record);
+    if (!plan.isDecidable())
+        return refuseUndecided(plan);
+    if (m_options.action == RecoverAction::Undo)
+        return takeBack(plan);
+    for (const Finding &finding : findLeftOverRun(m_options.projectDir))
+        m_presenter.showFinding(finding);
+    const QString message = u"The undoing of a run was interrupted; --undo goes on with it."_s;
+    return m_options.action == RecoverAction::Tell
+               ? endWith(ExitCode::DoneWithFindings, message, plan.record.facts.screens.size())
+               : refuse(message);
+}
+
+void RecoverCommand::tellFact(const QString &path, const QString &text, const QString &advice)
+{
+    m_presenter.showFinding({FindingKind::Recovery, path, text, advice});
+}
+
+ExitCode RecoverCommand::tell(const RecoveryPlan &plan)
+{
+    const StageText &text = textOf(plan.record.state.stage);
+    const QString command = recoverCommandFor(m_options.projectDir);
+    for (const Finding &finding : findLeftOverRun(m_options.projectDir))
+        m_presenter.showFinding(finding);
+    tellFact(u"scr"_s,
+             u"%1 from before the run whole here; %2"_s.arg(screensText(plan.inPlace.size()), text.whole),
+             u"\"%1 --roll-back\" %2"_s.arg(command, text.rollBack));
+    tellFact(u"scr_bak"_s, u"%1 from before the run whole here only"_s.arg(screensText(plan.inBackup.size())),
+             u"\"%1 --finish\" %2"_s.arg(command, text.finish));
+    return endWith(ExitCode::DoneWithFindings, u"Nothing was changed; --roll-back or --finish does it."_s,
+                   plan.record.facts.screens.size());
+}
+
+ExitCode RecoverCommand::rollBack(const RecoveryPlan &plan)
+{
+    RollBack rollBack(m_places, plan);
+    if (const QString error = rollBack.perform(); !error.isEmpty())
+        return endWith(ExitCode::FilesMissing, u"%1. No screen is lost; repeat the command."_s.arg(error), 0);
+    StageFile(m_options.projectDir, plan.record.facts).remove();
+    return endWith(
+        ExitCode::Done,
+        u"The run was taken back: \"scr\" is as it was before it. Copied from \"scr_bak\": %1."_s.arg(
+            screensText(rollBack.restoredScreens())),
+        plan.record.facts.screens.size());
+}
+
+ExitCode RecoverCommand::finish(const RecoveryPlan &plan)
+{
+    const RunStage stage = plan.record.state.stage;
+    if (stage == RunStage::RollingBack || stage == RunStage::RolledBack) {
+        if (const QString error = RollBack(m_places, plan).perform(); !error.isEmpty())
+            return endWith(ExitCode::FilesMissing, u"%1. No screen is lost; repeat the command."_s.arg(error),
+                           0);
+        return finishConversion(plan);
+    }
+    return stage == RunStage::Converting ? finishConversion(plan) : finishLater(plan);
+}
+
+ExitCode RecoverCommand::finishConversion(const RecoveryPlan &plan)
+{
+    const RunFacts &facts = plan.record.facts;
+    restoreTempFolder(m_places, facts);
+    m_lock.reset();
+    StopSignals stopSignals;
+    UpdateRun run({m_options.projectDir, QSet<QString>(facts.shapeNames.cbegin(), facts.shapeNames.cend()),
+                   facts.makesFolders, QString()},
+                  m_presenter);
+    QObject::connect(&stopSignals, &StopSignals::sigStopWanted, &run, &UpdateRun::stop);
+    const RunResult result = run.execute();
+    if (!result.isCompleted && stopSignals.received() != 0)
+        return endWith(stoppedBy(stopSignals.received()), u"Stopped. \"scr\" is untouched."_s,
+                       result.fileCount);
+    if (!result.isCompleted || !result.isCopiedBack)
+        return endWith(ExitCode::FilesMissing, u"The run could not be completed."_s, result.fileCount);
+    const bool hasErrors =
+        std::any_of(result.reports.cbegin(), result.reports.cend(),
+                    [](const Converter::STBlock &report) { return statusText(report.status) == "ERROR"_L1; });
+    return endWith(hasErrors ? ExitCode::DoneWithErrors : ExitCode::Done,
+                   u"The screens were converted again, and the run is complete."_s, result.fileCount);
+}
+
+ExitCode RecoverCommand::finishLater(const RecoveryPlan &plan)
+{
+    FinishRun finishRun(m_places, plan);
+    const FinishResult result = finishRun.perform();
+    if (result == FinishResult::Contradictory) {
+        for (const QString &path : finishRun.contradictoryFiles()) {
+            m_presenter.showFinding({FindingKind::RecoveryUndecided, relativeTo(m_options.projectDir, path),
+                                     u"it holds neither what the run had found nor what it had made"_s,
+                                     u"move it away"_s});
+        }
+        return refuse(u"Refused, nothing was touched: files were changed since the run ended."_s);
+    }
+    StageFile(m_options.projectDir, plan.record.facts).remove();
+    const qsizetype count = plan.record.facts.screens.size();
+    if (result == FinishResult::NotAllCopiedBack) {
+        return endWith(ExitCode::FilesMissing,
+                       u"Not all files could be copied from \"scr_temp\" to \"scr\"; copy them by hand."_s,
+                       count);
+    }
+    return endWith(
+        ExitCode::Done,
+        u"The run is complete: \"scr\" holds the converted screens, \"scr_bak\" those from before it."_s,
+        count);
+}
+
+ExitCode RecoverCommand::undo()
+{
+    if (QFileInfo::exists(m_places.folder(u"scr_undone"_s)))
+        return refuse(u"Refused: there is a folder \"scr_undone\" already; move it away."_s);
+    bool isWhole = true;
+    const RunRecord record = recordOfCompletedRun(m_places, isWhole);
+    if (!isWhole)
+        return refuse(
+            u"Refused: \"scr\" or \"scr_bak\" cannot be read whole, or holds a name that is no text."_s);
+    if (record.facts.screens.isEmpty())
+        return refuse(u"Refused: there is no \"scr_bak\" with screens in it."_s);
+    return takeBack(makeRecoveryPlan(m_places, record));
+}
+
+ExitCode RecoverCommand::takeBack(const RecoveryPlan &plan)
+{
+    RollBack rollBack(m_places, plan);
+    if (const QString error = rollBack.perform(); !error.isEmpty())
+        return endWith(ExitCode::FilesMissing, u"%1. No screen is lost; repeat the command."_s.arg(error), 0);
+    StageFile(m_options.projectDir, plan.record.facts).remove();
+    return endWith(
+        ExitCode::Done,
+        u"The last run was undone: \"scr\" holds the screens from before it, \"scr_undone\" those that it "
+        "had made."_s,
+        plan.record.facts.screens.size());
+}
+
+ExitCode RecoverCommand::refuseUndecided(const RecoveryPlan &plan)
+{
+    const auto show = [this](const QString &path, const QString &text, const QString &advice) {
+        m_presenter.showFinding({FindingKind::RecoveryUndecided, path, text, advice});
+    };
+    for (const QString &screen : plan.missing) {
+        show("scr/"_L1 + screen,
+             u"it lies neither in \"scr\" nor in \"scr_bak\", where the run had left it"_s, u"put it back"_s);
+    }
+    for (const QString &screen : plan.contradictory) {
+        show("scr/"_L1 + screen, u"its versions in \"scr\" and \"scr_bak\" differ, but should be one"_s,
+             u"move the wrong one away"_s);
+    }
+    for (const QString &folder : plan.unreadable)
+        show(folder, u"its folders cannot be read whole"_s, u"make them readable"_s);
+    return refuse(u"Refused, nothing was touched: what is right cannot be decided."_s);
+}
+
+ExitCode RecoverCommand::refuse(const QString &message)
+{
+    return endWith(ExitCode::Refused, message, 0);
+}
+
+ExitCode RecoverCommand::endWith(ExitCode code, const QString &message, qsizetype files)
+{
+    CommandEnd end;
+    end.command = "recover"_L1;
+    end.projectDir = m_options.projectDir;
+    end.exitCode = code;
+    end.counts = {{Count::Files, files}};
+    end.message = message;
+    m_presenter.showEnd(end);
+    return code;
+}
+
+} // namespace
+
+ExitCode runRecover(const RecoverOptions &options, Presenter &presenter)
+{
+    return RecoverCommand(options, presenter).execute();
+}

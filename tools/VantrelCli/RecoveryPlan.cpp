@@ -1,0 +1,126 @@
+// What an interrupted run has left, and where each screen lies whole.
+#include "RecoveryPlan.h"
+
+#include "Backup.h"
+
+#include <QFileInfo>
+#include <QSet>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+enum class Place {
+    Untouched, ///< in "scr", where no run has moved it
+    Original,  ///< in "scr"
+    Backup,
+};
+
+bool isFile(const QString &path)
+{
+    return QFileInfo(path).isFile();
+}
+
+class Planner final
+{
+public:
+    Planner(const ScreenPlaces &places, const RunRecord &record)
+        : m_places(places)
+        , m_unsaved(record.state.unsaved.cbegin(), record.state.unsaved.cend())
+    {
+        m_plan.record = record;
+    }
+
+    RecoveryPlan plan()
+    {
+        if (!m_plan.record.facts.listIsWhole && m_plan.hasBackup())
+            addUnlistedScreens();
+        for (const QString &screen : std::as_const(m_plan.record.facts.screens))
+            locate(screen);
+        return m_plan;
+    }
+
+private:
+    void addUnlistedScreens();
+    void locate(const QString &screen);
+    Place placeOf(const QString &screen) const;
+
+    const ScreenPlaces &m_places;
+    QSet<QString> m_unsaved;
+    RecoveryPlan m_plan;
+};
+
+/// A run that could not list all of "scr" at its start may have moved more than it knew of.
+void Planner::addUnlistedScreens()
+{
+    bool isWhole = true;
+    QStringList &screens = m_plan.record.facts.screens;
+    QSet<QString> known(screens.cbegin(), screens.cend());
+    QStringList present = m_places.screensInBackup(isWhole);
+    if (m_plan.record.state.stage == RunStage::BackingUp)
+        present += m_places.screensInPlace(isWhole);
+    for (const QString &screen : std::as_const(present)) {
+        if (known.contains(screen))
+            continue;
+        known.insert(screen);
+        screens.append(screen);
+    }
+    if (!isWhole)
+        m_plan.unreadable.append(m_places.projectDir());
+}
+
+void Planner::locate(const QString &screen)
+{
+    const bool isMoving = m_plan.record.state.stage == RunStage::BackingUp;
+    const QString inPlace = m_places.inPlace(screen);
+    const QString backup = m_places.backup(screen);
+    if (isMoving && isFile(inPlace) && isFile(backup) && !haveSameContent(inPlace, backup)) {
+        m_plan.contradictory.append(screen);
+        return;
+    }
+    switch (placeOf(screen)) {
+    case Place::Untouched:
+        // One that is gone was removed by somebody else.
+        if (isFile(inPlace))
+            m_plan.inPlace.append(screen);
+        break;
+    case Place::Original:
+        (isFile(inPlace) ? m_plan.inPlace : m_plan.missing).append(screen);
+        break;
+    case Place::Backup:
+        (isFile(backup) ? m_plan.inBackup : m_plan.missing).append(screen);
+        break;
+    }
+}
+
+Place Planner::placeOf(const QString &screen) const
+{
+    switch (m_plan.record.state.stage) {
+    case RunStage::Converting:
+    case RunStage::Discarding:
+    case RunStage::RolledBack:
+        return Place::Untouched;
+    case RunStage::BackingUp:
+        return isFile(m_places.inPlace(screen)) ? Place::Original : Place::Backup;
+    case RunStage::Removing:
+    case RunStage::CopyingBack:
+    case RunStage::Done:
+    case RunStage::SettingAside:
+    case RunStage::RollingBack:
+        break;
+    }
+    return m_unsaved.contains(screen) ? Place::Original : Place::Backup;
+}
+
+} // namespace
+
+RunStage RecoveryPlan::lastStage() const
+{
+    const bool isBeingRecovered = record.state.stage >= RunStage::SettingAside;
+    return isBeingRecovered ? record.state.endedAt : record.state.stage;
+}
+
+RecoveryPlan makeRecoveryPlan(const ScreenPlaces &places, const RunRecord &record)
+{
+    return Planner(places, record).plan();
+}

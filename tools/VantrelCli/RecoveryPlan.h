@@ -1,0 +1,28 @@
+// What an interrupted run has left, and where each screen lies whole.
+#pragma once
+
+#include "RunRecord.h"
+#include "ScreenPlaces.h"
+
+#include <QStringList>
+
+/// A look at a project whose run did not come to its end. Changes nothing.
+struct RecoveryPlan
+{
+    RunRecord record;
+    QStringList inPlace;  ///< screens from before the run that lie whole in "scr"
+    QStringList inBackup; ///< the others that lie whole in "scr_bak"
+    QStringList missing;  ///< those that lie nowhere
+    /// Screens of which nobody can tell which version is the right one: something has changed
+    /// them since the run ended.
+    QStringList contradictory;
+    QStringList unreadable; ///< folders that could not be read whole
+
+    bool isDecidable() const { return missing.isEmpty() && contradictory.isEmpty() && unreadable.isEmpty(); }
+    /// Whether "scr_bak" is the backup of this run, not of the one before.
+    bool hasBackup() const { return lastStage() >= RunStage::BackingUp; }
+    /// Where the run itself ended, whatever has been done to recover it.
+    RunStage lastStage() const;
+};
+
+RecoveryPlan makeRecoveryPlan(const ScreenPlaces &places, const RunRecord &record);

@@ -1,0 +1,43 @@
+// Taking a run back, whether it was interrupted or completed.
+#pragma once
+
+#include "RecoveryPlan.h"
+#include "ScreenPlaces.h"
+
+#include <QString>
+#include <QStringList>
+
+/// Puts every screen back as the plan knows it. Copies, compares and only then removes; writes
+/// its own stages down, so that it can be interrupted and repeated at any point.
+class RollBack final
+{
+public:
+    RollBack(const ScreenPlaces &places, const RecoveryPlan &plan);
+
+    /// Returns what went wrong; empty where every screen is back and the rest is tidied up.
+    /// The stage file is left with the stage RolledBack.
+    QString perform();
+
+    /// How many screens were not as they had been.
+    int restoredScreens() const { return m_restoredScreens; }
+
+private:
+    bool isUndoing() const { return m_plan.lastStage() == RunStage::Done; }
+    void enter(RunStage stage) const;
+    QString setScreensAside() const;
+    QString restoreScreens();
+    QString returnOlderFiles() const;
+    void removeSetAside() const;
+    void removeBackup() const;
+
+    const ScreenPlaces &m_places;
+    const RecoveryPlan &m_plan;
+    int m_restoredScreens = 0;
+};
+
+/// The record of a completed run that is about to be taken back: made from what lies in "scr_bak"
+/// and "scr" now. `isWhole` is cleared where not all of them could be read.
+RunRecord recordOfCompletedRun(const ScreenPlaces &places, bool &isWhole);
+
+/// Makes "scr_temp" what it was before the run: removes all that was not in it.
+void restoreTempFolder(const ScreenPlaces &places, const RunFacts &facts);

@@ -1,0 +1,66 @@
+// Putting a copy of a file into the place of another one.
+#include "SafeCopy.h"
+
+#include "Backup.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The name of a copy that has not taken its place. One that an interruption left is replaced by
+/// the next, since copies are made in one order.
+constexpr auto unfinishedCopy = "/.vantrel.copy"_L1;
+
+/// Makes an exchange of names in a folder last.
+void syncFolder(const QString &path)
+{
+    const int folder = open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder < 0)
+        return;
+    fsync(folder);
+    close(folder);
+}
+
+} // namespace
+
+QString putCopy(const QString &source, const QString &target)
+{
+    if (haveSameContent(source, target))
+        return {};
+    const QString folder = QFileInfo(target).path();
+    const QString beside = folder + unfinishedCopy;
+    QDir().mkpath(folder);
+    QFile::remove(beside);
+    QFile original(source);
+    if (!original.copy(beside))
+        return u"%1 could not be copied to %2: %3"_s.arg(source, folder, original.errorString());
+    if (!haveSameContent(source, beside)) {
+        QFile::remove(beside);
+        return u"%1 could not be copied to %2 whole"_s.arg(source, folder);
+    }
+    if (std::rename(QFile::encodeName(beside).constData(), QFile::encodeName(target).constData()) != 0) {
+        const QString reason = QString::fromLocal8Bit(std::strerror(errno));
+        QFile::remove(beside);
+        return u"%1 could not be put in place: %2"_s.arg(target, reason);
+    }
+    syncFolder(folder);
+    return {};
+}
+
+bool removeDuplicate(const QString &file, const QString &copy)
+{
+    if (!QFileInfo::exists(file))
+        return true;
+    return haveSameContent(file, copy) && QFile::remove(file);
+}

@@ -1,0 +1,13 @@
+// Putting a copy of a file into the place of another one.
+#pragma once
+
+#include <QString>
+
+/// Makes `target` a copy of `source`, unless it is one. The copy is made beside it, compared byte
+/// by byte and on the disk before it takes the place of what lies there; folders are made with
+/// their parents. Returns what went wrong; empty where nothing did.
+QString putCopy(const QString &source, const QString &target);
+
+/// Removes a file of which a copy is known to lie elsewhere, if both hold the same bytes.
+/// Returns whether the file is gone.
+bool removeDuplicate(const QString &file, const QString &copy);

@@ -1,0 +1,36 @@
+// Where the versions of a project's screens lie while it is recovered.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+/// Names screens by their paths below "scr", and tells where their versions lie.
+class ScreenPlaces final
+{
+public:
+    explicit ScreenPlaces(QString projectDir)
+        : m_projectDir(std::move(projectDir))
+    {
+    }
+
+    const QString &projectDir() const { return m_projectDir; }
+
+    QString inPlace(const QString &screen) const;   ///< below "scr"
+    QString backup(const QString &screen) const;    ///< below "scr_bak"
+    QString converted(const QString &screen) const; ///< below "scr_temp"
+    QString setAside(const QString &screen) const;  ///< below "scr_undone"
+
+    /// The screens of which a version lies below such a folder. Clears `isWhole` where not all
+    /// of it could be read.
+    QStringList screensInPlace(bool &isWhole) const;
+    QStringList screensInBackup(bool &isWhole) const;
+    QStringList screensConverted(bool &isWhole) const;
+
+    QString folder(const QString &name) const { return m_projectDir + u'/' + name; }
+
+private:
+    QString place(const QString &folder, const QString &screen) const;
+    QStringList screensIn(const QString &folder, bool &isWhole) const;
+
+    QString m_projectDir;
+};
