@@ -69,12 +69,27 @@ bool hasArrived(const FileMove &move)
     return source.isFile() && target.isFile() && source.size() == target.size();
 }
 
+/// Why a file was not copied is told only where the disk is to blame: a file in its place and a
+/// missing folder follow from how a project is laid out.
+void logFailedCopy(const FileMove &move, const QString &reason)
+{
+    if (!QFileInfo::exists(move.to) && QFileInfo(QFileInfo(move.to).path()).isDir())
+        logError(u"Could not copy File %1 to %2: %3"_s.arg(move.from, move.to, reason));
+}
+
+bool copy(const FileMove &move)
+{
+    QFile source(move.from);
+    if (source.copy(move.to))
+        return hasArrived(move);
+    logFailedCopy(move, source.errorString());
+    return false;
+}
+
 /// Copies every file, also after one that could not be copied.
 bool copyAll(const QList<FileMove> &moves)
 {
-    return std::count_if(moves.cbegin(), moves.cend(), [](const FileMove &move) {
-               return !QFile::copy(move.from, move.to) || !hasArrived(move);
-           }) == 0;
+    return std::count_if(moves.cbegin(), moves.cend(), [](const FileMove &move) { return !copy(move); }) == 0;
 }
 
 /// Whether nothing lies below a folder but these image files: one may have come since it was

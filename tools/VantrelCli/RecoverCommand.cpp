@@ -3,6 +3,7 @@
 
 #include "FinishRun.h"
 #include "LeftOverRun.h"
+#include "LoggedErrors.h"
 #include "Presenter.h"
 #include "ProjectLock.h"
 #include "ProjectPath.h"
@@ -219,21 +220,24 @@ ExitCode RecoverCommand::finishConversion(const RecoveryPlan &plan)
                    facts.makesFolders, QString()},
                   m_presenter);
     QObject::connect(&stopSignals, &StopSignals::sigStopWanted, &run, &UpdateRun::stop);
+    const LoggedErrors errors;
     const RunResult result = run.execute();
     if (!result.isCompleted && stopSignals.received() != 0)
         return endWith(stoppedBy(stopSignals.received()), u"Stopped. \"scr\" is untouched."_s,
                        result.fileCount);
     if (!result.isCompleted || !result.isCopiedBack)
         return endWith(ExitCode::FilesMissing, u"The run could not be completed."_s, result.fileCount);
-    const bool hasErrors =
-        std::any_of(result.reports.cbegin(), result.reports.cend(),
-                    [](const Converter::STBlock &report) { return statusText(report.status) == "ERROR"_L1; });
+    const bool hasErrors = errors.hasAny() || std::any_of(result.reports.cbegin(), result.reports.cend(),
+                                                          [](const Converter::STBlock &report) {
+                                                              return statusText(report.status) == "ERROR"_L1;
+                                                          });
     return endWith(hasErrors ? ExitCode::DoneWithErrors : ExitCode::Done,
                    u"The screens were converted again, and the run is complete."_s, result.fileCount);
 }
 
 ExitCode RecoverCommand::finishLater(const RecoveryPlan &plan)
 {
+    const LoggedErrors errors(&m_presenter);
     FinishRun finishRun(m_places, plan);
     const FinishResult result = finishRun.perform();
     if (result == FinishResult::Contradictory) {

@@ -2,6 +2,7 @@
 #include "UpdateCommand.h"
 
 #include "LeftOverRun.h"
+#include "LoggedErrors.h"
 #include "Presenter.h"
 #include "ProjectLock.h"
 #include "ProjectPath.h"
@@ -58,6 +59,7 @@ private:
     QElapsedTimer m_timer;
     StopSignals m_stopSignals;
     ProjectSurvey m_survey;
+    bool m_hasLoggedErrors = false;
 };
 
 ExitCode UpdateCommand::execute()
@@ -102,7 +104,11 @@ ExitCode UpdateCommand::changeProject()
         return endWith(ExitCode::Refused);
     CommandEnd end = describeEnd(result, {});
     end.changeLogPath = QFileInfo::exists(result.changeLogPath) ? result.changeLogPath : QString();
-    if (!result.isCompleted)
+    if (!findLeftOverRun(m_options.projectDir).isEmpty()) {
+        end.exitCode = ExitCode::FilesMissing;
+        end.message =
+            u"The run did not come to its end; see \"%1\"."_s.arg(recoverCommandFor(m_options.projectDir));
+    } else if (!result.isCompleted)
         end.message = u"Stopped. \"scr\" is untouched; \"scr_temp\" keeps the files converted so far."_s;
     return finish(end);
 }
@@ -140,7 +146,10 @@ RunResult UpdateCommand::convert(const QString &projectDir, const QString &scrat
         shapeNames.unite(m_survey.shapeNames);
     UpdateRun run({projectDir, shapeNames, m_options.makeFolders, scratchRoot}, m_presenter);
     QObject::connect(&m_stopSignals, &StopSignals::sigStopWanted, &run, &UpdateRun::stop);
-    return run.execute();
+    const LoggedErrors errors;
+    RunResult result = run.execute();
+    m_hasLoggedErrors = errors.hasAny();
+    return result;
 }
 
 void UpdateCommand::showChanges(const ScratchProject &standIn, ScreenDiffs &diffs)
@@ -190,7 +199,7 @@ ExitCode UpdateCommand::exitCodeOf(const RunResult &result, const QStringList &l
         return stoppedBy(m_stopSignals.received());
     if (!result.isCompleted || !result.isCopiedBack || !lost.isEmpty())
         return ExitCode::FilesMissing;
-    return result.errors > 0 ? ExitCode::DoneWithErrors : ExitCode::Done;
+    return result.errors > 0 || m_hasLoggedErrors ? ExitCode::DoneWithErrors : ExitCode::Done;
 }
 
 ExitCode UpdateCommand::endWith(ExitCode code)
