@@ -45,6 +45,7 @@ private Q_SLOTS:
     void isNotTakenFromALiveProcessHoweverOld();
     void isTakenOverFromADeadProcess();
     void isTakenOverFromAProcessThatDiedBeforeItWroteItsName();
+    void isTakenOverWhereTakingItOverWasInterrupted();
     void isLeftToAnotherHost();
     void isNotMissedWhereItCannotBeMade();
 };
@@ -99,6 +100,18 @@ void TestProjectLock::isTakenOverFromAProcessThatDiedBeforeItWroteItsName()
     const ProjectLock lock(project.dir());
     QVERIFY(!lock.isHeldByOther());
     QVERIFY(!project.read(lockFile).isEmpty());
+}
+
+void TestProjectLock::isTakenOverWhereTakingItOverWasInterrupted()
+{
+    const TestProject project;
+    project.write(lockFile, lockOf(endedProcess(), u"vantrel-cli"_s, QSysInfo::machineHostName()));
+    project.write(lockFile + ".rmlock"_L1, QByteArray());
+    {
+        const ProjectLock lock(project.dir());
+        QVERIFY(!lock.isHeldByOther());
+    }
+    QCOMPARE(project.files(u""_s), QStringList());
 }
 
 void TestProjectLock::isLeftToAnotherHost()

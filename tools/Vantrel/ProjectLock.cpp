@@ -28,6 +28,9 @@ ProjectLock::ProjectLock(const QString &projectDir)
 
 void ProjectLock::take()
 {
+    // Taking a dead process's lock over is itself guarded by a lock, which another process may
+    // have left when it died; one that is in use is left alone.
+    QLockFile(m_file.fileName() + ".rmlock"_L1).removeStaleLockFile();
     if (m_file.tryLock() || !isUnfinished())
         return;
     // Nobody's name is in it: its process is about to write it, or died before it could.

@@ -137,13 +137,14 @@ ExitCode RecoverCommand::recoverRun(const RunRecord &record)
     const RecoveryPlan plan = makeRecoveryPlan(m_places, record);
     if (!plan.isDecidable())
         return refuseUndecided(plan);
+    const bool isCompleted = record.state.stage == RunStage::Done;
     switch (m_options.action) {
     case RecoverAction::RollBack:
-        return rollBack(plan);
+        return isCompleted ? undo() : rollBack(plan);
     case RecoverAction::Finish:
         return finish(plan);
     case RecoverAction::Undo:
-        return refuse(u"The last run was interrupted; --roll-back takes it back."_s);
+        return isCompleted ? undo() : refuse(u"The last run was interrupted; --roll-back takes it back."_s);
     case RecoverAction::Tell:
         break;
     }
@@ -155,7 +156,7 @@ ExitCode RecoverCommand::recoverUndoing(const RunRecord &record)
     const RecoveryPlan plan = makeRecoveryPlan(m_places, record);
     if (!plan.isDecidable())
         return refuseUndecided(plan);
-    if (m_options.action == RecoverAction::Undo)
+    if (m_options.action == RecoverAction::Undo || m_options.action == RecoverAction::RollBack)
         return takeBack(plan);
     for (const Finding &finding : findLeftOverRun(m_options.projectDir))
         m_presenter.showFinding(finding);

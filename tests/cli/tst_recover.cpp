@@ -1,0 +1,636 @@
+// The command "recover": stage by stage, what it says, what it leaves, and when it does nothing.
+#include "CliRun.h"
+#include "ExitCode.h"
+#include "ProjectLock.h"
+#include "ProjectTree.h"
+#include "SmallPlant.h"
+#include "StageFile.h"
+
+#include <QFile>
+#include <QMap>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QStringList allScreens{u"00.psc"_s, u"a.psc"_s, u"hall/00.psc"_s, u"hall/bad.psc"_s};
+/// The last one cannot be converted.
+const QStringList convertedScreens = allScreens.first(3);
+const QStringList hall{u"hall/00.psc"_s, u"hall/bad.psc"_s};
+
+/// Puts a small plant into the state in which a run was interrupted.
+using Interruption = void (*)(const TestProject &project);
+
+QByteArray original(const QString &screen)
+{
+    if (screen.endsWith("a.psc"_L1))
+        return SmallPlant::screenWith("pump.plb");
+    return screen.endsWith("bad.psc"_L1) ? SmallPlant::invalidScreen() : SmallPlant::plainScreen();
+}
+
+QByteArray converted(const QString &screen)
+{
+    return screen.endsWith("a.psc"_L1) ? SmallPlant::screenAfterUpdate() : original(screen);
+}
+
+void putOriginals(const TestProject &project, const QString &folder, const QStringList &screens = allScreens)
+{
+    for (const QString &screen : screens)
+        project.write(folder + u'/' + screen, original(screen));
+}
+
+void putConverted(const TestProject &project, const QString &folder,
+                  const QStringList &screens = convertedScreens)
+{
+    for (const QString &screen : screens)
+        project.write(folder + u'/' + screen, converted(screen));
+}
+
+RunFacts someFacts()
+{
+    RunFacts facts;
+    facts.program = u"vantrel-cli 1.2.3"_s;
+    facts.started = QDateTime(QDate(2024, 3, 5), QTime(14, 7, 9));
+    facts.shapeNames = QStringList{u"pump.plb"_s};
+    facts.screens = allScreens;
+    return facts;
+}
+
+void writeStage(const TestProject &project, const RunState &state)
+{
+    StageFile(project.dir(), someFacts()).enter(state);
+}
+
+void writeStage(const TestProject &project, RunStage stage, const QStringList &unsaved = {})
+{
+    writeStage(project, {.stage = stage, .unsaved = unsaved, .endedAt = stage});
+}
+
+/// The files below a folder of the project with their bytes.
+QMap<QString, QByteArray> bytesBelow(const TestProject &project, const QString &folder)
+{
+    QMap<QString, QByteArray> bytes;
+    for (const QString &file : project.files(folder))
+        bytes.insert(file, project.read(folder + u'/' + file));
+    return bytes;
+}
+
+QMap<QString, QByteArray> originals()
+{
+    QMap<QString, QByteArray> bytes;
+    for (const QString &screen : allScreens)
+        bytes.insert(screen, original(screen));
+    return bytes;
+}
+
+QMap<QString, QByteArray> conversions()
+{
+    QMap<QString, QByteArray> bytes;
+    for (const QString &screen : convertedScreens)
+        bytes.insert(screen, converted(screen));
+    return bytes;
+}
+
+CliResult recover(const TestProject &project, const QStringList &options = {})
+{
+    return CliRun().execute(QStringList{u"recover"_s, u"--project"_s, project.dir()} + options);
+}
+
+void addInterruptions()
+{
+    const auto row = [](const char *name, Interruption interruption) { QTest::newRow(name) << interruption; };
+    QTest::addColumn<Interruption>("interruption");
+    row("while converting", [](const TestProject &project) {
+        putOriginals(project, u"scr"_s);
+        putConverted(project, u"scr_temp"_s, {u"00.psc"_s});
+        project.write(u"scr_temp/a.psc"_s, "ID;1;Ell");
+        project.write(u"scr_bak/old.psc"_s, "old");
+        writeStage(project, RunStage::Converting);
+    });
+    row("while removing the last backup", [](const TestProject &project) {
+        putOriginals(project, u"scr"_s);
+        putConverted(project, u"scr_temp"_s);
+        project.write(u"scr_bak/old.psc"_s, "old");
+        writeStage(project, RunStage::Discarding);
+    });
+    row("while backing up by renaming", [](const TestProject &project) {
+        putOriginals(project, u"scr"_s, hall);
+        putOriginals(project, u"scr_bak"_s, allScreens.first(2));
+        project.makeFolder(u"scr_bak/hall"_s);
+        putConverted(project, u"scr_temp"_s);
+        writeStage(project, RunStage::BackingUp);
+    });
+    row("while backing up by copying", [](const TestProject &project) {
+        putOriginals(project, u"scr"_s);
+        putOriginals(project, u"scr_bak"_s, allScreens.first(2));
+        putConverted(project, u"scr_temp"_s);
+        writeStage(project, RunStage::BackingUp);
+    });
+    row("while removing the screens", [](const TestProject &project) {
+        putOriginals(project, u"scr"_s, hall);
+        putOriginals(project, u"scr_bak"_s);
+        putConverted(project, u"scr_temp"_s);
+        writeStage(project, RunStage::Removing);
+    });
+    row("while copying back by renaming", [](const TestProject &project) {
+        putConverted(project, u"scr"_s, convertedScreens.first(2));
+        putOriginals(project, u"scr_bak"_s);
+        putConverted(project, u"scr_temp"_s, {u"hall/00.psc"_s});
+        writeStage(project, RunStage::CopyingBack);
+    });
+    row("once all is copied back by renaming", [](const TestProject &project) {
+        putConverted(project, u"scr"_s);
+        putOriginals(project, u"scr_bak"_s);
+        project.makeFolder(u"scr_temp/hall"_s);
+        writeStage(project, RunStage::CopyingBack);
+    });
+    row("while copying back by copying", [](const TestProject &project) {
+        putConverted(project, u"scr"_s, {u"a.psc"_s});
+        putOriginals(project, u"scr_bak"_s);
+        putConverted(project, u"scr_temp"_s);
+        writeStage(project, RunStage::CopyingBack);
+    });
+    row("while removing the converted screens", [](const TestProject &project) {
+        putConverted(project, u"scr"_s);
+        putOriginals(project, u"scr_bak"_s);
+        putConverted(project, u"scr_temp"_s, {u"hall/00.psc"_s});
+        writeStage(project, RunStage::CopyingBack);
+    });
+    row("while copying back beside screens without a backup", [](const TestProject &project) {
+        putOriginals(project, u"scr"_s, hall);
+        putConverted(project, u"scr"_s, {u"a.psc"_s});
+        putOriginals(project, u"scr_bak"_s, allScreens.first(2));
+        putConverted(project, u"scr_temp"_s);
+        writeStage(project, RunStage::CopyingBack, hall);
+    });
+}
+
+void addInterruptedRollBacks()
+{
+    QTest::newRow("while rolling back") << Interruption([](const TestProject &project) {
+        putOriginals(project, u"scr"_s, {u"00.psc"_s, u"a.psc"_s, u"hall/bad.psc"_s});
+        putOriginals(project, u"scr_bak"_s, convertedScreens);
+        writeStage(project, {.stage = RunStage::RollingBack,
+                             .unsaved = {u"hall/bad.psc"_s},
+                             .endedAt = RunStage::CopyingBack});
+    });
+    QTest::newRow("once it is rolled back") << Interruption([](const TestProject &project) {
+        putOriginals(project, u"scr"_s);
+        putOriginals(project, u"scr_bak"_s, hall);
+        putConverted(project, u"scr_temp"_s, {u"hall/00.psc"_s});
+        writeStage(project, {.stage = RunStage::RolledBack, .unsaved = {}, .endedAt = RunStage::CopyingBack});
+    });
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Interruption)
+
+#define COMPARE_EXIT_CODE(result, code) QCOMPARE((result).exitCode, static_cast<int>(ExitCode::code))
+
+class TestRecover final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void rollsBack_data();
+    void rollsBack();
+    void finishes_data();
+    void finishes();
+    void tellsAndChangesNothing();
+    void tellsTheSameAsJson();
+    void findsNothingToRecover();
+
+    void takesAnOlderTempFolderAsTheRunFoundIt();
+    void convertsWithTheShapesOfTheRun();
+    void undoesACompletedRun();
+    void undoesWhereFoldersAreRenamedInTheBackup();
+    void goesOnWithAnInterruptedUndoing();
+    void keepsScreensThatCameLater();
+
+    void touchesNothingWhereItCannotDecide_data();
+    void touchesNothingWhereItCannotDecide();
+    void refusesToUndo_data();
+    void refusesToUndo();
+    void refusesWhileARunIsUnderWay();
+    void excludesItsOptions();
+
+    void isToldByOtherCommands_data();
+    void isToldByOtherCommands();
+    void keepsUpdateFromStarting_data();
+    void keepsUpdateFromStarting();
+    void namesTheProgramThatHoldsTheProject();
+    void needsNoFilesInAProtectedProject();
+};
+
+void TestRecover::rollsBack_data()
+{
+    addInterruptions();
+    addInterruptedRollBacks();
+}
+
+void TestRecover::rollsBack()
+{
+    QFETCH(const Interruption, interruption);
+    const TestProject project;
+    project.write(u"mac/pump.plb"_s, SmallPlant::shape());
+    interruption(project);
+    const bool hasOlderBackup = project.exists(u"scr_bak/old.psc"_s);
+
+    const CliResult result = recover(project, {u"--roll-back"_s});
+    COMPARE_EXIT_CODE(result, Done);
+    QVERIFY2(result.errorOutput.startsWith("The run was taken back"), result.errorOutput.constData());
+    QCOMPARE(bytesBelow(project, u"scr"_s), originals());
+    QVERIFY(!project.exists(u"scr_temp"_s));
+    QCOMPARE(project.files(u"scr_bak"_s), hasOlderBackup ? QStringList{u"old.psc"_s} : QStringList());
+    QVERIFY(!StageFile::exists(project.dir()));
+    QVERIFY(!project.exists(u".vantrel.lock"_s));
+
+    QCOMPARE(recover(project, {u"--roll-back"_s}).errorOutput,
+             "No run was interrupted; there is nothing to recover.\n");
+    QCOMPARE(bytesBelow(project, u"scr"_s), originals());
+}
+
+void TestRecover::finishes_data()
+{
+    addInterruptions();
+    addInterruptedRollBacks();
+}
+
+void TestRecover::finishes()
+{
+    QFETCH(const Interruption, interruption);
+    const TestProject project;
+    project.write(u"mac/pump.plb"_s, SmallPlant::shape());
+    interruption(project);
+
+    const CliResult result = recover(project, {u"--finish"_s});
+    // An invalid screen is reported where the screens are converted again.
+    const bool isConvertedAgain = result.errorOutput.contains("converted again");
+    QCOMPARE(result.exitCode, static_cast<int>(isConvertedAgain ? ExitCode::DoneWithErrors : ExitCode::Done));
+    QCOMPARE(bytesBelow(project, u"scr"_s), conversions());
+    QCOMPARE(bytesBelow(project, u"scr_bak"_s), originals());
+    QVERIFY(!project.exists(u"scr_temp"_s));
+    QVERIFY(!StageFile::exists(project.dir()));
+    QVERIFY(!project.exists(u".vantrel.lock"_s));
+}
+
+void TestRecover::tellsAndChangesNothing()
+{
+    const TestProject project;
+    putConverted(project, u"scr"_s, convertedScreens.first(2));
+    putOriginals(project, u"scr_bak"_s);
+    putConverted(project, u"scr_temp"_s, {u"hall/00.psc"_s});
+    writeStage(project, RunStage::CopyingBack);
+    const QStringList before = describeTree(project.dir());
+
+    const CliResult result = recover(project);
+    COMPARE_EXIT_CODE(result, DoneWithFindings);
+    QCOMPARE(
+        withPlaceholders(result.output, project.dir()),
+        ".vantrel.run: obstacle: a run is under way or was interrupted: copying back (vantrel-cli 1.2.3, "
+        "begun "
+        "at 2024-03-05 14:07:09); where none is under way, see \"vantrel-cli recover --project <project>\"\n"
+        "scr: hint: 0 screens from before the run whole here; \"scr_bak\" holds the screens from before the "
+        "run; \"scr\" and \"scr_temp\" hold the converted ones; \"vantrel-cli recover --project <project> "
+        "--roll-back\" copies the screens from \"scr_bak\" to \"scr\" and removes \"scr_temp\"\n"
+        "scr_bak: hint: 4 screens from before the run whole here only; \"vantrel-cli recover --project "
+        "<project> --finish\" copies the rest back\n"
+        "\n"
+        "Files         4\n");
+    QCOMPARE(result.errorOutput, "Nothing was changed; --roll-back or --finish does it.\n");
+    QCOMPARE(describeTree(project.dir()), before);
+}
+
+void TestRecover::tellsTheSameAsJson()
+{
+    const TestProject project;
+    putOriginals(project, u"scr"_s);
+    writeStage(project, RunStage::Converting);
+    const CliResult result = recover(project, {u"--json"_s});
+    COMPARE_EXIT_CODE(result, DoneWithFindings);
+    QCOMPARE(result.errorOutput, QByteArray());
+    QCOMPARE(result.output.count('\n'), 4);
+    QVERIFY2(result.output.contains("\"check\":\"run-interrupted\""), result.output.constData());
+    QVERIFY2(result.output.contains("\"command\":\"recover\""), result.output.constData());
+}
+
+void TestRecover::findsNothingToRecover()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    const QStringList before = describeTree(project.dir());
+    for (const QString &option : {u"--roll-back"_s, u"--finish"_s, u"--color=never"_s}) {
+        const CliResult result = recover(project, {option});
+        COMPARE_EXIT_CODE(result, Done);
+        QCOMPARE(result.errorOutput, "No run was interrupted; there is nothing to recover.\n");
+    }
+    QCOMPARE(describeTree(project.dir()), before);
+
+    project.write(u".vantrel.run.new"_s, "vantrel run 1\nstage: conv");
+    COMPARE_EXIT_CODE(recover(project, {u"--finish"_s}), Done);
+    QCOMPARE(describeTree(project.dir()), before);
+}
+
+void TestRecover::takesAnOlderTempFolderAsTheRunFoundIt()
+{
+    const TestProject project;
+    project.write(u"mac/pump.plb"_s, SmallPlant::shape());
+    putOriginals(project, u"scr"_s);
+    project.write(u"scr_temp/older.psc"_s, "older");
+    project.write(u"scr_temp/00.psc"_s, "older");
+    RunFacts facts = someFacts();
+    facts.hadTempFolder = true;
+    facts.olderFiles = QStringList{u"older.psc"_s, u"00.psc"_s};
+    // What the interrupted run has made.
+    project.write(u"scr_temp/a.psc"_s, "half");
+    project.makeFolder(u"scr_temp/hall"_s);
+    StageFile(project.dir(), facts).enter({});
+
+    const QMap<QString, QByteArray> older{{u"00.psc"_s, "older"}, {u"older.psc"_s, "older"}};
+    COMPARE_EXIT_CODE(recover(project, {u"--roll-back"_s}), Done);
+    QCOMPARE(bytesBelow(project, u"scr_temp"_s), older);
+    QVERIFY(!project.exists(u"scr_temp/hall"_s));
+
+    project.write(u"scr_temp/a.psc"_s, "half");
+    StageFile(project.dir(), facts).enter({});
+    COMPARE_EXIT_CODE(recover(project, {u"--finish"_s}), DoneWithErrors);
+    QMap<QString, QByteArray> expected = conversions();
+    expected.insert(older);
+    QCOMPARE(bytesBelow(project, u"scr"_s), expected);
+}
+
+void TestRecover::convertsWithTheShapesOfTheRun()
+{
+    const TestProject project;
+    project.write(u"mac/pump.plb"_s, SmallPlant::shape());
+    project.write(u"scr/hall/cellar/a.psc"_s, SmallPlant::screenWith("pump.plb"));
+    RunFacts facts = someFacts();
+    facts.screens = QStringList{u"hall/cellar/a.psc"_s};
+    facts.shapeNames.clear();
+    facts.makesFolders = true;
+    StageFile(project.dir(), facts).enter({});
+    COMPARE_EXIT_CODE(recover(project, {u"--finish"_s}), Done);
+    QCOMPARE(project.read(u"scr/hall/cellar/a.psc"_s), SmallPlant::screenWith("pump.plb"));
+    QCOMPARE(project.read(u"scr_bak/hall/cellar/a.psc"_s), SmallPlant::screenWith("pump.plb"));
+}
+
+void TestRecover::undoesACompletedRun()
+{
+    const TestProject project;
+    putConverted(project, u"scr"_s);
+    project.write(u"scr/extra.psc"_s, "extra");
+    putOriginals(project, u"scr_bak"_s);
+    COMPARE_EXIT_CODE(recover(project, {u"--undo"_s}), Done);
+    QCOMPARE(bytesBelow(project, u"scr"_s), originals());
+    QMap<QString, QByteArray> setAside = conversions();
+    setAside.insert(u"extra.psc"_s, "extra");
+    QCOMPARE(bytesBelow(project, u"scr_undone"_s), setAside);
+    QVERIFY(!project.exists(u"scr_bak"_s));
+    QVERIFY(!StageFile::exists(project.dir()));
+}
+
+void TestRecover::undoesWhereFoldersAreRenamedInTheBackup()
+{
+    const TestProject project;
+    project.write(u"scr/script/a.psc"_s, "after");
+    project.write(u"scr_bak/scr_bakipt/a.psc"_s, "before");
+    COMPARE_EXIT_CODE(recover(project, {u"--undo"_s}), Done);
+    QCOMPARE(project.files(u""_s), (QStringList{u"scr/script/a.psc"_s, u"scr_undone/script/a.psc"_s}));
+    QCOMPARE(project.read(u"scr/script/a.psc"_s), "before");
+    QCOMPARE(project.read(u"scr_undone/script/a.psc"_s), "after");
+}
+
+void TestRecover::goesOnWithAnInterruptedUndoing()
+{
+    const TestProject project;
+    putConverted(project, u"scr"_s);
+    putOriginals(project, u"scr_bak"_s);
+    putConverted(project, u"scr_undone"_s, {u"00.psc"_s});
+    writeStage(project, {.stage = RunStage::SettingAside, .unsaved = {}, .endedAt = RunStage::Done});
+    COMPARE_EXIT_CODE(recover(project, {u"--finish"_s}), Refused);
+    COMPARE_EXIT_CODE(recover(project), DoneWithFindings);
+    QCOMPARE(bytesBelow(project, u"scr"_s), conversions());
+    COMPARE_EXIT_CODE(recover(project, {u"--undo"_s}), Done);
+    QCOMPARE(bytesBelow(project, u"scr"_s), originals());
+    QCOMPARE(bytesBelow(project, u"scr_undone"_s), conversions());
+}
+
+void TestRecover::keepsScreensThatCameLater()
+{
+    const TestProject project;
+    putConverted(project, u"scr"_s, convertedScreens.first(2));
+    putOriginals(project, u"scr_bak"_s);
+    putConverted(project, u"scr_temp"_s, {u"hall/00.psc"_s});
+    project.write(u"scr/later.psc"_s, "later");
+    project.write(u"scr_bak/later_too.psc"_s, "later");
+    writeStage(project, RunStage::CopyingBack);
+    COMPARE_EXIT_CODE(recover(project, {u"--roll-back"_s}), Done);
+    QCOMPARE(project.read(u"scr/later.psc"_s), "later");
+    QCOMPARE(project.files(u"scr_bak"_s), QStringList{u"later_too.psc"_s});
+    QCOMPARE(project.read(u"scr/a.psc"_s), original(u"a.psc"_s));
+}
+
+void TestRecover::touchesNothingWhereItCannotDecide_data()
+{
+    QTest::addColumn<Interruption>("interruption");
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QByteArray>("complaint");
+    const Interruption isMissing = [](const TestProject &project) {
+        putOriginals(project, u"scr_bak"_s, convertedScreens);
+        putConverted(project, u"scr_temp"_s);
+        writeStage(project, RunStage::Removing);
+    };
+    const QByteArray missing = "scr/hall/bad.psc: obstacle: it lies neither in \"scr\" nor in \"scr_bak\"";
+    QTest::newRow("a screen is missing, roll back") << isMissing << u"--roll-back"_s << missing;
+    QTest::newRow("a screen is missing, finish") << isMissing << u"--finish"_s << missing;
+    QTest::newRow("a screen is missing, tell")
+        << isMissing << u"--json"_s << QByteArray("\"path\":\"scr/hall/bad.psc\"");
+
+    const Interruption isChanged = [](const TestProject &project) {
+        putOriginals(project, u"scr"_s);
+        putOriginals(project, u"scr_bak"_s, allScreens.first(2));
+        project.write(u"scr/a.psc"_s, "changed");
+        writeStage(project, RunStage::BackingUp);
+    };
+    QTest::newRow("two versions of a screen")
+        << isChanged << u"--roll-back"_s
+        << QByteArray("scr/a.psc: obstacle: its versions in \"scr\" and \"scr_bak\" differ");
+    QTest::newRow("a changed screen would be removed")
+        << Interruption([](const TestProject &project) {
+               project.write(u"scr/a.psc"_s, "changed");
+               putOriginals(project, u"scr_bak"_s);
+               putConverted(project, u"scr_temp"_s);
+               writeStage(project, RunStage::Removing);
+           })
+        << u"--finish"_s
+        << QByteArray("scr/a.psc: obstacle: it holds neither what the run had found nor what");
+    QTest::newRow("a changed screen would be replaced")
+        << Interruption([](const TestProject &project) {
+               putConverted(project, u"scr"_s, {u"00.psc"_s});
+               project.write(u"scr/a.psc"_s, "changed");
+               putOriginals(project, u"scr_bak"_s);
+               putConverted(project, u"scr_temp"_s, {u"a.psc"_s, u"hall/00.psc"_s});
+               writeStage(project, RunStage::CopyingBack);
+           })
+        << u"--finish"_s
+        << QByteArray("scr/a.psc: obstacle: it holds neither what the run had found nor what");
+    QTest::newRow("a stage file that is cut off") << Interruption([](const TestProject &project) {
+        putOriginals(project, u"scr"_s);
+        project.write(u".vantrel.run"_s, "vantrel run 1\nstage: converting\n");
+    }) << u"--roll-back"_s << QByteArray("\".vantrel.run\" cannot be read or understood");
+}
+
+void TestRecover::touchesNothingWhereItCannotDecide()
+{
+    QFETCH(const Interruption, interruption);
+    QFETCH(const QString, option);
+    QFETCH(const QByteArray, complaint);
+    const TestProject project;
+    interruption(project);
+    const QStringList before = describeTree(project.dir());
+    const CliResult result = recover(project, {option});
+    COMPARE_EXIT_CODE(result, Refused);
+    const QByteArray output = result.output + result.errorOutput;
+    QVERIFY2(output.contains(complaint), output.constData());
+    QCOMPARE(describeTree(project.dir()), before);
+}
+
+void TestRecover::refusesToUndo_data()
+{
+    QTest::addColumn<Interruption>("interruption");
+    QTest::addColumn<QByteArray>("complaint");
+    QTest::newRow("without a backup")
+        << Interruption([](const TestProject &project) { putConverted(project, u"scr"_s); })
+        << QByteArray("Refused: there is no \"scr_bak\" with screens in it.\n");
+    QTest::newRow("over what an earlier one has kept") << Interruption([](const TestProject &project) {
+        putConverted(project, u"scr"_s);
+        putOriginals(project, u"scr_bak"_s);
+        project.makeFolder(u"scr_undone"_s);
+    }) << QByteArray("Refused: there is a folder \"scr_undone\" already; move it away.\n");
+    QTest::newRow("an interrupted run") << Interruption([](const TestProject &project) {
+        putOriginals(project, u"scr"_s);
+        writeStage(project, RunStage::Converting);
+    }) << QByteArray("The last run was interrupted; --roll-back takes it back.\n");
+}
+
+void TestRecover::refusesToUndo()
+{
+    QFETCH(const Interruption, interruption);
+    QFETCH(const QByteArray, complaint);
+    const TestProject project;
+    interruption(project);
+    const QStringList before = describeTree(project.dir());
+    const CliResult result = recover(project, {u"--undo"_s});
+    COMPARE_EXIT_CODE(result, Refused);
+    QCOMPARE(result.errorOutput, complaint);
+    QCOMPARE(describeTree(project.dir()), before);
+}
+
+void TestRecover::refusesWhileARunIsUnderWay()
+{
+    const TestProject project;
+    putOriginals(project, u"scr"_s);
+    writeStage(project, RunStage::Converting);
+    const ProjectLock lock(project.dir());
+    const QString holder = ProjectLock(project.dir()).holder();
+    for (const QString &option : {u"--roll-back"_s, u"--finish"_s, u"--undo"_s}) {
+        const CliResult result = recover(project, {option});
+        COMPARE_EXIT_CODE(result, Refused);
+        QCOMPARE(result.errorOutput,
+                 u"A run is under way: the project is in use by %1.\n"_s.arg(holder).toUtf8());
+    }
+    QVERIFY(StageFile::exists(project.dir()));
+}
+
+void TestRecover::excludesItsOptions()
+{
+    const TestProject project;
+    const CliResult result = recover(project, {u"--roll-back"_s, u"--finish"_s});
+    COMPARE_EXIT_CODE(result, WrongUsage);
+    QCOMPARE(result.errorOutput, "vantrel-cli: --roll-back, --finish and --undo exclude each other; see "
+                                 "\"vantrel-cli recover --help\"\n");
+}
+
+void TestRecover::isToldByOtherCommands_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::newRow("check") << u"check"_s;
+    QTest::newRow("shapes") << u"shapes"_s;
+}
+
+void TestRecover::isToldByOtherCommands()
+{
+    QFETCH(const QString, command);
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    writeStage(project, RunStage::CopyingBack);
+    const QStringList before = describeTree(project.dir());
+    const CliResult result = CliRun().execute({command, u"--project"_s, project.dir()});
+    COMPARE_EXIT_CODE(result, DoneWithFindings);
+    QVERIFY2(
+        result.output.contains(".vantrel.run: obstacle: a run is under way or was interrupted: copying back"),
+        result.output.constData());
+    QVERIFY2(result.output.contains("recover --project"), result.output.constData());
+    QCOMPARE(describeTree(project.dir()), before);
+}
+
+void TestRecover::keepsUpdateFromStarting_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::newRow("plainly") << QStringList();
+    QTest::newRow("with force") << QStringList{u"--force"_s};
+    QTest::newRow("as a dry run") << QStringList{u"--dry-run"_s, u"--force"_s};
+}
+
+void TestRecover::keepsUpdateFromStarting()
+{
+    QFETCH(const QStringList, options);
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    writeStage(project, RunStage::CopyingBack);
+    const QStringList before = describeTree(project.dir());
+    const CliResult result = CliRun().execute(
+        QStringList{u"update"_s, u"--project"_s, project.dir(), u"--all-shapes"_s} + options);
+    COMPARE_EXIT_CODE(result, Refused);
+    QVERIFY2(result.output.contains("see \"vantrel-cli recover --project"), result.output.constData());
+    QCOMPARE(describeTree(project.dir()), before);
+}
+
+void TestRecover::namesTheProgramThatHoldsTheProject()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    writeStage(project, RunStage::Converting);
+    const ProjectLock lock(project.dir());
+    const QStringList before = describeTree(project.dir());
+    const CliResult result =
+        CliRun().execute({u"update"_s, u"--project"_s, project.dir(), u"--all-shapes"_s, u"--quiet"_s});
+    COMPARE_EXIT_CODE(result, Refused);
+    QCOMPARE(result.errorOutput, u"error: Project %1 is in use by %2; the run was not started\n"_s
+                                     .arg(project.dir(), ProjectLock(project.dir()).holder())
+                                     .toUtf8());
+    QCOMPARE(describeTree(project.dir()), before);
+}
+
+void TestRecover::needsNoFilesInAProtectedProject()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.makeFolder(u"scr_temp"_s);
+    QFile::setPermissions(project.dir(), QFile::Permissions::fromInt(0x5555));
+    CliRun run;
+    run.setPermissionsHold();
+    const CliResult result =
+        run.execute({u"update"_s, u"--project"_s, project.dir(), u"--all-shapes"_s, u"--force"_s});
+    QFile::setPermissions(project.dir(), QFile::Permissions::fromInt(0x7777));
+    COMPARE_EXIT_CODE(result, FilesMissing);
+    QVERIFY2(result.output.contains("REPLACE  scr/a.psc"), result.output.constData());
+    QCOMPARE(project.read(u"scr/a.psc"_s), SmallPlant::screenWith("pump.plb"));
+    QVERIFY(!StageFile::exists(project.dir()));
+    QVERIFY(!project.exists(u".vantrel.lock"_s));
+}
+
+QTEST_GUILESS_MAIN(TestRecover)
+#include "tst_recover.moc"
