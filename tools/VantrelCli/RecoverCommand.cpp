@@ -228,10 +228,7 @@ ExitCode RecoverCommand::finishConversion(const RecoveryPlan &plan)
                        result.fileCount);
     if (!result.isCompleted || !result.isCopiedBack)
         return endWith(ExitCode::FilesMissing, u"The run could not be completed."_s, result.fileCount);
-    const bool hasErrors = errors.hasAny() || std::any_of(result.reports.cbegin(), result.reports.cend(),
-                                                          [](const Converter::STBlock &report) {
-                                                              return statusText(report.status) == "ERROR"_L1;
-                                                          });
+    const bool hasErrors = errors.hasAny() || result.errors > 0;
     return endWith(hasErrors ? ExitCode::DoneWithErrors : ExitCode::Done,
                    u"The screens were converted again, and the run is complete."_s, result.fileCount);
 }
