@@ -32,6 +32,9 @@ private Q_SLOTS:
     void init();
     void endsInGoodOrderOnSignals_data();
     void endsInGoodOrderOnSignals();
+    void answersWithoutADisplay_data();
+    void answersWithoutADisplay();
+    void opensWithTheGivenProject();
 };
 
 void TestProgram::init()
@@ -70,6 +73,52 @@ void TestProgram::endsInGoodOrderOnSignals()
     const QSettings settings(u"QEL"_s, u"Vantrel"_s);
     QCOMPARE(settings.value("projDir"_L1).toString(), u"/plants/kept"_s);
     QVERIFY(settings.contains("pos"_L1));
+}
+
+void TestProgram::answersWithoutADisplay_data()
+{
+    QTest::addColumn<QString>("argument");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QByteArray>("output");
+    QTest::addColumn<QByteArray>("error");
+    QTest::newRow("version") << u"--version"_s << 0 << QByteArray("vantrel 0.1.0\n") << QByteArray();
+    QTest::newRow("unknown option") << u"--odd"_s << 2 << QByteArray()
+                                    << QByteArray(
+                                           "vantrel: unknown option \"--odd\"; see \"vantrel --help\"\n");
+    QTest::newRow("missing project") << u"/no/such"_s << 2 << QByteArray()
+                                     << QByteArray("vantrel: there is no project \"/no/such\"; "
+                                                   "see \"vantrel --help\"\n");
+}
+
+void TestProgram::answersWithoutADisplay()
+{
+    QFETCH(const QString, argument);
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(u"DISPLAY"_s);
+    environment.remove(u"WAYLAND_DISPLAY"_s);
+    environment.insert(u"QT_QPA_PLATFORM"_s, u"xcb"_s); // would end the program if it were asked for
+    program.setProcessEnvironment(environment);
+    program.start(QStringLiteral(VANTREL_PROGRAM), {argument});
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QTEST(program.exitCode(), "exitCode");
+    QTEST(program.readAllStandardOutput(), "output");
+    QTEST(program.readAllStandardError(), "error");
+}
+
+void TestProgram::opensWithTheGivenProject()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, "");
+    QSettings(u"QEL"_s, u"Vantrel"_s).setValue("projDir"_L1, u"/plants/of/last/time"_s);
+    QProcess program;
+    program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    program.start(QStringLiteral(VANTREL_PROGRAM), {project.path(u"scr/a.psc"_s)});
+    QTRY_VERIFY(log().contains("====== Vantrel start ======"));
+    QCOMPARE(::kill(static_cast<pid_t>(program.processId()), SIGTERM), 0);
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(QSettings(u"QEL"_s, u"Vantrel"_s).value("projDir"_L1).toString(), project.dir());
 }
 
 QTEST_GUILESS_MAIN(TestProgram)

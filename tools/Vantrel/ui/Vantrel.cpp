@@ -313,13 +313,19 @@ QString Vantrel::imageFolder() const
     return ui.lnProjectPath->text() + "/scr"_L1;
 }
 
+void Vantrel::openProject(const QString &projectDir) const
+{
+    if (projectDir.isEmpty())
+        return;
+    ui.lnProjectPath->setText(projectDir);
+}
+
 void Vantrel::onBtnBrowsePressed()
 {
     const QString folder =
         QFileDialog::getExistingDirectory(this, tr("Select Project"), ui.lnProjectPath->text(),
                                           QFileDialog::ShowDirsOnly | QFileDialog::DontUseNativeDialog);
-    if (!folder.isEmpty())
-        ui.lnProjectPath->setText(folder);
+    openProject(folder);
 }
 
 void Vantrel::onFolderPathChanged()

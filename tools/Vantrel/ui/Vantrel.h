@@ -27,6 +27,9 @@ public:
     explicit Vantrel(QWidget *parent = nullptr);
     ~Vantrel() override;
 
+    /// Puts a project's path into its line; an empty path changes nothing.
+    void openProject(const QString &projectDir) const;
+
     /// Adds a log entry to the log table, the newest on top, and fits the table to its contents.
     void handleMessage(QString level, QString time, QString message) override;
 
