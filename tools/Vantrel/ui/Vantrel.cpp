@@ -5,6 +5,9 @@
 #include "ContentFit.h"
 #include "FilterNames.h"
 #include "Filters_UI.h"
+#include "ProjectCompleter.h"
+#include "ProjectDrop.h"
+#include "RecentProjects.h"
 #include "SortingPause.h"
 #include "WatchFolderThread.h"
 #include "updUtils.h"
@@ -108,6 +111,7 @@ Vantrel::Vantrel(QWidget *parent)
     converter = std::make_unique<Converter>();
     watcher = std::make_unique<WatchFolderThread>(imageFolder());
     connectSignals();
+    setUpProjectLine();
 
     setUpTables();
     Qel::Logger::registerLogListener(this);
@@ -152,6 +156,12 @@ void Vantrel::setUpTables()
     table.horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     table.setSortingEnabled(true);
     logTableFit = new ContentFit(table);
+}
+
+void Vantrel::setUpProjectLine()
+{
+    new ProjectCompleter(*ui.lnProjectPath);
+    new ProjectDrop(*this, *ui.lnProjectPath, [this](const QString &project) { openProject(project); });
 }
 
 void Vantrel::connectSignals()
@@ -229,6 +239,7 @@ void Vantrel::startRun()
     converter->setProjectDir(ui.lnProjectPath->text());
     converter->setFilterNames(selectedFilterNames);
     logMilestone(u"Start"_s, __LINE__);
+    rememberProject(ui.lnProjectPath->text());
 
     ++endsToCome;
     converter->announceStart();
@@ -318,6 +329,7 @@ void Vantrel::openProject(const QString &projectDir) const
     if (projectDir.isEmpty())
         return;
     ui.lnProjectPath->setText(projectDir);
+    rememberProject(projectDir);
 }
 
 void Vantrel::onBtnBrowsePressed()

@@ -27,7 +27,7 @@ public:
     explicit Vantrel(QWidget *parent = nullptr);
     ~Vantrel() override;
 
-    /// Puts a project's path into its line; an empty path changes nothing.
+    /// Puts a project's path into its line and remembers the project; an empty path changes nothing.
     void openProject(const QString &projectDir) const;
 
     /// Adds a log entry to the log table, the newest on top, and fits the table to its contents.
@@ -70,6 +70,7 @@ private:
     void saveSettings() const;
     void setUpWidgets() const;
     void setUpTables();
+    void setUpProjectLine();
     void connectSignals();
     void stopWorker();
 
