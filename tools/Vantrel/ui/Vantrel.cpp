@@ -5,10 +5,16 @@
 #include "ContentFit.h"
 #include "FilterNames.h"
 #include "Filters_UI.h"
+#include "LightBase.h"
+#include "PlainToolTip.h"
 #include "ProjectCompleter.h"
 #include "ProjectDrop.h"
 #include "RecentProjects.h"
+#include "ReportedFile.h"
+#include "RowToolTips.h"
 #include "SortingPause.h"
+#include "TableActions.h"
+#include "TableLayout.h"
 #include "WatchFolderThread.h"
 #include "updUtils.h"
 
@@ -19,7 +25,6 @@
 #include <QMessageBox>
 #include <QMetaMethod>
 #include <QSettings>
-#include <QTextDocument>
 #include <QThread>
 #include <QUrl>
 
@@ -65,12 +70,6 @@ void removeRows(QTableWidget &table)
         table.removeRow(row);
 }
 
-/// A tool tip takes a text for rich text if it looks like it; a file name may.
-QString asToolTip(const QString &text)
-{
-    return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text) : text;
-}
-
 QUrl fileUrl(const QString &path)
 {
     const QString encodedPath = QString::fromLatin1(QUrl::toPercentEncoding(path, "/"));
@@ -114,6 +113,7 @@ Vantrel::Vantrel(QWidget *parent)
     setUpProjectLine();
 
     setUpTables();
+    setUpTableHelpers();
     Qel::Logger::registerLogListener(this);
     logMilestone(u"====== Vantrel start ======"_s, __LINE__);
 }
@@ -156,6 +156,22 @@ void Vantrel::setUpTables()
     table.horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     table.setSortingEnabled(true);
     logTableFit = new ContentFit(table);
+}
+
+void Vantrel::setUpTableHelpers()
+{
+    const auto fileOfRow = [this](int row) {
+        constexpr int fileColumn = 1;
+        const QTableWidgetItem *item = ui.rplShapeTable->item(row, fileColumn);
+        return item != nullptr ? reportedFile(item->text(), runProjectDir) : QString();
+    };
+    new TableActions(*ui.rplShapeTable, fileOfRow, [this](const QString &path) { openReported(path); });
+    new TableActions(*ui.logTable);
+    for (QTableWidget *table : {ui.rplShapeTable, ui.logTable}) {
+        new TableLayout(*table);
+        new RowToolTips(*table);
+        new LightBase(*table);
+    }
 }
 
 void Vantrel::setUpProjectLine()
@@ -239,8 +255,9 @@ void Vantrel::startRun()
     converter->setProjectDir(ui.lnProjectPath->text());
     converter->setFilterNames(selectedFilterNames);
     logMilestone(u"Start"_s, __LINE__);
-    rememberProject(ui.lnProjectPath->text());
 
+    runProjectDir = ui.lnProjectPath->text();
+    rememberProject(runProjectDir);
     ++endsToCome;
     converter->announceStart();
     Q_EMIT sigStartConvert();
@@ -401,6 +418,14 @@ void Vantrel::openFile(const QString &path, const QString &missingText)
     QMessageBox box(QMessageBox::Critical, tr("Vantrel Info"), missingText, QMessageBox::Ok, this);
     box.setTextFormat(Qt::PlainText);
     box.exec();
+}
+
+void Vantrel::openReported(const QString &path)
+{
+    if (QFileInfo(path).isDir())
+        QDesktopServices::openUrl(fileUrl(path));
+    else
+        openFile(path, tr("File %1 does not exist anymore").arg(path));
 }
 
 // --- Log view ---

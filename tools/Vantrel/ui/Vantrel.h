@@ -70,6 +70,7 @@ private:
     void saveSettings() const;
     void setUpWidgets() const;
     void setUpTables();
+    void setUpTableHelpers();
     void setUpProjectLine();
     void connectSignals();
     void stopWorker();
@@ -83,8 +84,10 @@ private:
     void collectNames();
     void writeLogCell(int column, const QFont &font, const QBrush &brush, const QString &text) const;
     void openFile(const QString &path, const QString &missingText);
+    void openReported(const QString &path);
     QString imageFolder() const;
 
     ContentFit *logTableFit = nullptr; ///< belongs to the log table
+    QString runProjectDir;             ///< of the run whose reports are in the table
     int endsToCome = 0;                ///< runs that were started and have not told their end
 };

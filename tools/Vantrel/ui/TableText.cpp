@@ -1,0 +1,93 @@
+// A table as text for other programs.
+#include "TableText.h"
+
+#include <QHeaderView>
+#include <QTableWidget>
+
+#include <algorithm>
+#include <numeric>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool separatesCells(QChar character)
+{
+    return character == u'\t' || character == u'\n' || character == u'\r';
+}
+
+QString withoutSeparators(QString cell)
+{
+    std::replace_if(cell.begin(), cell.end(), separatesCells, u' ');
+    return cell;
+}
+
+QString quotedIfNeeded(const QString &cell)
+{
+    const bool isPlain = std::none_of(cell.begin(), cell.end(), [](QChar character) {
+        return character == u',' || character == u'"' || character == u'\n' || character == u'\r';
+    });
+    if (isPlain)
+        return cell;
+    return u'"' + QString(cell).replace(u'"', "\"\""_L1) + u'"';
+}
+
+template <typename CellText>
+QString joined(const TextRows &rows, CellText cellText, QChar separator, QLatin1StringView lineEnd)
+{
+    QString text;
+    for (const QStringList &row : rows) {
+        QStringList cells;
+        std::transform(row.begin(), row.end(), std::back_inserter(cells), cellText);
+        text += cells.join(separator) + lineEnd;
+    }
+    return text;
+}
+
+} // namespace
+
+QList<int> shownColumns(const QTableWidget &table)
+{
+    const QHeaderView &header = *table.horizontalHeader();
+    QList<int> columns;
+    for (int place = 0; place < header.count(); ++place) {
+        const int column = header.logicalIndex(place);
+        if (!header.isSectionHidden(column))
+            columns += column;
+    }
+    return columns;
+}
+
+TextRows textRows(const QTableWidget &table, const QList<int> &rows, const QList<int> &columns)
+{
+    const QAbstractItemModel &model = *table.model();
+    QStringList head;
+    for (const int column : columns)
+        head += model.headerData(column, Qt::Horizontal).toString().trimmed();
+
+    TextRows texts{head};
+    for (const int row : rows) {
+        QStringList cells;
+        for (const int column : columns)
+            cells += model.index(row, column).data().toString();
+        texts += cells;
+    }
+    return texts;
+}
+
+TextRows allTextRows(const QTableWidget &table)
+{
+    QList<int> rows(table.rowCount());
+    std::iota(rows.begin(), rows.end(), 0);
+    return textRows(table, rows, shownColumns(table));
+}
+
+QString tabSeparated(const TextRows &rows)
+{
+    return joined(rows, withoutSeparators, u'\t', "\n"_L1);
+}
+
+QString commaSeparated(const TextRows &rows)
+{
+    return joined(rows, quotedIfNeeded, u',', "\r\n"_L1);
+}
