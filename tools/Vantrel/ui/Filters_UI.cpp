@@ -1,6 +1,8 @@
 // The dialog in which the user chooses shape files.
 #include "Filters_UI.h"
 
+#include <QShortcut>
+
 Filters_UI::Filters_UI(const QSet<QString> *allNames, const QSet<QString> *selectedNames, QWidget *parent)
     : QDialog(parent)
     , m_allNames(*allNames)
@@ -22,6 +24,12 @@ void Filters_UI::connectSignals()
     connect(ui.btnSelectAll, &QPushButton::clicked, this, &Filters_UI::onSelectAll);
     connect(ui.btnClearAll, &QPushButton::clicked, this, &Filters_UI::onClearAll);
     connect(ui.lineFilter, &QLineEdit::textEdited, this, &Filters_UI::onFilter);
+
+    const auto *searchKey = new QShortcut(QKeySequence::Find, this);
+    connect(searchKey, &QShortcut::activated, ui.lineFilter, [this] {
+        ui.lineFilter->setFocus(Qt::ShortcutFocusReason);
+        ui.lineFilter->selectAll();
+    });
 }
 
 /// All at once: items that are selected one by one take quadratic time.

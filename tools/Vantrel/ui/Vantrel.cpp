@@ -25,6 +25,7 @@
 #include <QMessageBox>
 #include <QMetaMethod>
 #include <QSettings>
+#include <QShortcut>
 #include <QThread>
 #include <QUrl>
 
@@ -111,6 +112,7 @@ Vantrel::Vantrel(QWidget *parent)
     watcher = std::make_unique<WatchFolderThread>(imageFolder());
     connectSignals();
     setUpProjectLine();
+    setUpKeys();
 
     setUpTables();
     setUpTableHelpers();
@@ -178,6 +180,23 @@ void Vantrel::setUpProjectLine()
 {
     new ProjectCompleter(*ui.lnProjectPath);
     new ProjectDrop(*this, *ui.lnProjectPath, [this](const QString &project) { openProject(project); });
+}
+
+/// Keys click their buttons: what is disabled does nothing, and a button's own key would be lost
+/// with its text.
+void Vantrel::setUpKeys()
+{
+    const auto addKey = [this](const QKeySequence &keys, auto *receiver, auto action) {
+        auto *shortcut = new QShortcut(keys, this);
+        shortcut->setAutoRepeat(false);
+        connect(shortcut, &QShortcut::activated, receiver, action);
+    };
+    addKey(Qt::Key_F5, ui.btnStart, &QPushButton::click);
+    addKey(Qt::CTRL | Qt::Key_O, ui.btnBrowse, &QPushButton::click);
+    addKey(Qt::CTRL | Qt::Key_L, ui.lnProjectPath, [this] {
+        ui.lnProjectPath->setFocus(Qt::ShortcutFocusReason);
+        ui.lnProjectPath->selectAll();
+    });
 }
 
 void Vantrel::connectSignals()

@@ -72,6 +72,7 @@ private:
     void setUpTables();
     void setUpTableHelpers();
     void setUpProjectLine();
+    void setUpKeys();
     void connectSignals();
     void stopWorker();
 
