@@ -14,6 +14,7 @@ public:
     using Vantrel::filterNamesStale;
     using Vantrel::guiFunc;
     using Vantrel::logRowsOnTop;
+    using Vantrel::notifier;
     using Vantrel::running;
     using Vantrel::selectedFilterNames;
     using Vantrel::ui;

@@ -12,6 +12,7 @@
 #include "RecentProjects.h"
 #include "ReportedFile.h"
 #include "RowToolTips.h"
+#include "RunNotifier.h"
 #include "SortingPause.h"
 #include "TableActions.h"
 #include "TableLayout.h"
@@ -110,6 +111,7 @@ Vantrel::Vantrel(QWidget *parent)
     guiFunc = std::make_unique<CGuiFunc>(ui);
     converter = std::make_unique<Converter>();
     watcher = std::make_unique<WatchFolderThread>(imageFolder());
+    notifier = std::make_unique<RunNotifier>(*this);
     connectSignals();
     setUpProjectLine();
     setUpKeys();
@@ -242,6 +244,7 @@ void Vantrel::closeEvent(QCloseEvent *event)
 {
     // The destructor waits for the run; this lets it end meanwhile.
     converter->cancel();
+    notifier->runIsCancelled();
     QWidget::closeEvent(event);
 }
 
@@ -250,6 +253,7 @@ void Vantrel::closeEvent(QCloseEvent *event)
 void Vantrel::stopWorker()
 {
     converter->cancel();
+    notifier->runIsCancelled();
     QThread *thread = converter->thread();
     thread->quit();
     thread->wait();
@@ -277,6 +281,8 @@ void Vantrel::startRun()
 
     runProjectDir = ui.lnProjectPath->text();
     rememberProject(runProjectDir);
+    notifier->runBegins(runProjectDir);
+
     ++endsToCome;
     converter->announceStart();
     Q_EMIT sigStartConvert();
@@ -285,15 +291,18 @@ void Vantrel::startRun()
 void Vantrel::cancelRun()
 {
     converter->cancel();
+    notifier->runIsCancelled();
     showIdle();
 }
 
 void Vantrel::onConvertEnd()
 {
-    if (endsEarlierRun())
+    if (endsEarlierRun()) {
         logMilestone(u"End"_s, __LINE__);
-    else
-        showIdle();
+        return;
+    }
+    showIdle();
+    notifier->runEnds();
 }
 
 /// Whether the converter tells the end of a cancelled run while a newer one is under way.
@@ -338,6 +347,7 @@ void Vantrel::onProgressChanged(int max, int pos) const
 {
     ui.progressBar->setMaximum(max);
     ui.progressBar->setValue(pos);
+    notifier->showProgress(max, pos);
 }
 
 void Vantrel::onUpdFileName(QString sFileName) const
@@ -351,6 +361,7 @@ void Vantrel::onConvertInfo(const Converter::STBlock &block)
 {
     guiFunc->addShapeRow(block);
     guiFunc->writeChangeLog(block, converter->logFileName());
+    notifier->countReport(block.status);
 }
 
 // --- Project and filters ---

@@ -13,6 +13,7 @@
 
 class CGuiFunc;
 class ContentFit;
+class RunNotifier;
 class WatchFolderThread;
 
 /// Lets the user choose a project and shape files, starts and cancels runs of the converter, and
@@ -64,6 +65,7 @@ protected:
     QSet<QString> allFilterNames;
     QSet<QString> selectedFilterNames; ///< what the converter receives at the next start
     bool logRowsOnTop = true;
+    std::unique_ptr<RunNotifier> notifier;
 
 private:
     void restoreSettings();
