@@ -1,6 +1,7 @@
 // The main window.
 #include "Vantrel.h"
 
+#include "BusySign.h"
 #include "CGuiFunc.h"
 #include "ContentFit.h"
 #include "FilterNames.h"
@@ -77,27 +78,6 @@ QUrl fileUrl(const QString &path)
     const QString encodedPath = QString::fromLatin1(QUrl::toPercentEncoding(path, "/"));
     return {u"file:///%1"_s.arg(encodedPath), QUrl::StrictMode};
 }
-
-/// Shows the wait cursor while it lives.
-class WaitCursor final
-{
-public:
-    WaitCursor()
-    {
-        QApplication::setOverrideCursor(Qt::WaitCursor);
-        showCursor();
-    }
-    ~WaitCursor()
-    {
-        QApplication::restoreOverrideCursor();
-        showCursor();
-    }
-    Q_DISABLE_COPY_MOVE(WaitCursor)
-
-private:
-    // What the user clicks meanwhile is for later: it must not act on half-collected names.
-    static void showCursor() { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); }
-};
 
 } // namespace
 
@@ -411,16 +391,19 @@ void Vantrel::onBtnFiltersPressed()
 
 void Vantrel::collectNames()
 {
-    const WaitCursor waitCursor;
+    BusySign busySign(*ui.progressBar, running ? BusySign::BarShowsRun : BusySign::BarIsFree);
+    // First: a change that is told meanwhile makes them stale again.
+    filterNamesStale = false;
     QList<QFileInfo> imageFiles;
     updUtils::findImageFiles(imageFolder(), imageFiles);
 
     allFilterNames.clear();
-    for (const QFileInfo &imageFile : std::as_const(imageFiles))
+    for (const QFileInfo &imageFile : std::as_const(imageFiles)) {
         collectFilterNames(imageFile.filePath(), &allFilterNames);
+        busySign.keepRepainted();
+    }
     // The names may be others than those that the user chose from before.
     selectedFilterNames = allFilterNames;
-    filterNamesStale = false;
 }
 
 // --- Files for the desktop ---

@@ -1,0 +1,176 @@
+// The window while it collects names.
+#include "BusySign.h"
+#include "Filters_UI.h"
+#include "Gates.h"
+#include "Surroundings.h"
+#include "TestWindow.h"
+#include "WatchFolderThread.h"
+
+#include <QElapsedTimer>
+#include <QProgressBar>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Counts how often a widget is painted while it lives.
+class PaintCounter final : public QObject
+{
+public:
+    explicit PaintCounter(QWidget &widget) { widget.installEventFilter(this); }
+
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
+} // namespace
+
+class TestBusySign : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { forgetSettings(); }
+
+    void showsThatItIsBusyAndEndsAsBefore();
+    void leavesTheBarOfARunAlone();
+    void repaintsWhatNeedsIt();
+    void leavesInputForLater();
+
+    void windowIsBusyWhileItCollects();
+    void windowLeavesTheProgressOfARun();
+    void changesDuringTheCollectionAreNotLost();
+};
+
+void TestBusySign::showsThatItIsBusyAndEndsAsBefore()
+{
+    QProgressBar bar;
+    bar.setRange(0, 7);
+    bar.setValue(3);
+    {
+        const BusySign sign(bar, BusySign::BarIsFree);
+        QCOMPARE(bar.minimum(), 0);
+        QCOMPARE(bar.maximum(), 0);
+        QCOMPARE(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+    }
+    QCOMPARE(bar.maximum(), 7);
+    QCOMPARE(bar.value(), 3);
+    QCOMPARE(QApplication::overrideCursor(), nullptr);
+}
+
+void TestBusySign::leavesTheBarOfARunAlone()
+{
+    QProgressBar bar;
+    bar.setRange(0, 7);
+    {
+        const BusySign sign(bar, BusySign::BarShowsRun);
+        QCOMPARE(bar.maximum(), 7);
+        QCOMPARE(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+        bar.setValue(5); // the run goes on
+    }
+    QCOMPARE(bar.value(), 5);
+    QCOMPARE(QApplication::overrideCursor(), nullptr);
+}
+
+void TestBusySign::repaintsWhatNeedsIt()
+{
+    TestWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    BusySign sign(*window.ui.progressBar, BusySign::BarShowsRun);
+    QCoreApplication::processEvents();
+    PaintCounter paints(*window.ui.btnStart);
+    window.ui.btnStart->update();
+    while (paints.count == 0) // at the latest when it is next due
+        sign.keepRepainted();
+    QCOMPARE(paints.count, 1);
+}
+
+void TestBusySign::leavesInputForLater()
+{
+    TestWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    bool isClicked = false;
+    connect(window.ui.btnFilters, &QPushButton::clicked, &window, [&] { isClicked = true; });
+    disconnect(window.ui.btnFilters, &QPushButton::clicked, &window, &Vantrel::onBtnFiltersPressed);
+    bool isPainted = false;
+    {
+        BusySign sign(*window.ui.progressBar, BusySign::BarIsFree);
+        const QPoint place = window.ui.btnFilters->mapTo(&window, window.ui.btnFilters->rect().center());
+        QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, place);
+        QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, place);
+        isPainted = true;
+    }
+    QVERIFY(isPainted);
+    QTRY_VERIFY(isClicked);
+}
+
+void TestBusySign::windowIsBusyWhileItCollects()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, "LIB;pump.plb\n");
+    TestWindow window;
+    window.ui.lnProjectPath->setText(project.dir());
+    QList<int> maxima;
+    QTimer::singleShot(0, &window, [&] { maxima += window.ui.progressBar->maximum(); });
+    int answered = 0;
+    whenAsked<Filters_UI>(this, answered, [&](Filters_UI *dialog) {
+        maxima += window.ui.progressBar->maximum();
+        dialog->reject();
+    });
+    window.onBtnFiltersPressed();
+    QCOMPARE(answered, 1);
+    QCOMPARE(maxima, QList<int>({0, 100}));
+    QCOMPARE(window.ui.progressBar->value(), 0);
+}
+
+void TestBusySign::windowLeavesTheProgressOfARun()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, "LIB;pump.plb\n");
+    TestWindow window;
+    window.ui.lnProjectPath->setText(project.dir());
+    WorkerGate gate(WorkerGate::BeforeFile, *window.converter);
+    window.onBtnStartPressed();
+    QVERIFY(gate.isReached());
+    QCoreApplication::processEvents();
+    QCOMPARE(window.ui.progressBar->maximum(), 1);
+    int maximum = 0;
+    QTimer::singleShot(0, &window, [&] { maximum = window.ui.progressBar->maximum(); });
+    int answered = 0;
+    whenAsked<Filters_UI>(this, answered, [](Filters_UI *dialog) { dialog->reject(); });
+    window.onBtnFiltersPressed();
+    QCOMPARE(answered, 1);
+    QCOMPARE(maximum, 1);
+    gate.open();
+    QTRY_VERIFY(window.isIdle());
+}
+
+void TestBusySign::changesDuringTheCollectionAreNotLost()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, "LIB;pump.plb\n");
+    TestWindow window;
+    window.ui.lnProjectPath->setText(project.dir());
+    waitForQueuedCalls(*window.watcher);
+    QCoreApplication::processEvents();
+    int answered = 0;
+    whenAsked<Filters_UI>(this, answered, [](Filters_UI *dialog) { dialog->reject(); });
+    // Told at the end of the collection, when the window handles events once more.
+    QTimer::singleShot(0, &window,
+                       [&] { QTimer::singleShot(0, &window, [&] { window.onFolderChanged(); }); });
+    window.onBtnFiltersPressed();
+    QCOMPARE(answered, 1);
+    QVERIFY(window.filterNamesStale);
+}
+
+QTEST_MAIN(TestBusySign)
+#include "tst_busysign.moc"
