@@ -113,8 +113,9 @@ Vantrel::~Vantrel()
     converter.reset();
 }
 
-void Vantrel::setUpWidgets() const
+void Vantrel::setUpWidgets()
 {
+    setWindowIcon(QIcon(u":/icons/vantrel.svg"_s));
     ui.FileName->clear();
     ui.FileName->setTextFormat(Qt::PlainText);
     ui.progressBar->setRange(0, 100);
@@ -262,7 +263,6 @@ void Vantrel::startRun()
     runProjectDir = ui.lnProjectPath->text();
     rememberProject(runProjectDir);
     notifier->runBegins(runProjectDir);
-
     ++endsToCome;
     converter->announceStart();
     Q_EMIT sigStartConvert();

@@ -70,7 +70,7 @@ protected:
 private:
     void restoreSettings();
     void saveSettings() const;
-    void setUpWidgets() const;
+    void setUpWidgets();
     void setUpTables();
     void setUpTableHelpers();
     void setUpProjectLine();

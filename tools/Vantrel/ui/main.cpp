@@ -1,6 +1,7 @@
 // The program: one window and the event loop.
 #include "CommandLine.h"
 #include "StopSignals.h"
+#include "Translations.h"
 #include "Vantrel.h"
 
 #include <QApplication>
@@ -13,6 +14,7 @@ int main(int argc, char *argv[])
         return endBefore(commandLine);
 
     const QApplication application(argc, argv);
+    const Translations translations;
     const StopSignals stopSignals;
     QObject::connect(&stopSignals, &StopSignals::sigStopWanted, &application, &QCoreApplication::quit);
     Vantrel window;
