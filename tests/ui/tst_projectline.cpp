@@ -100,6 +100,7 @@ private Q_SLOTS:
     void proposesWhileTheUserTypes();
     void takesTheChosenProposal();
     void typedTextStaysAsItIs();
+    void clickBesideTheProposalsCounts();
 };
 
 void TestProjectLine::findsTheProjectOfAPath_data()
@@ -378,6 +379,32 @@ void TestProjectLine::typedTextStaysAsItIs()
     QTRY_VERIFY(popup->isVisible());
     QTest::keyClick(popup, Qt::Key_Return); // chooses nothing
     QCOMPARE(window.ui.lnProjectPath->text(), typed);
+}
+
+void TestProjectLine::clickBesideTheProposalsCounts()
+{
+    const auto project = plant();
+    rememberProject(project->dir());
+    TestWindow window;
+    window.move(0, 0); // all of it on the screen
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    int clicks = 0;
+    disconnect(window.ui.btnStart, &QPushButton::clicked, &window, nullptr);
+    connect(window.ui.btnStart, &QPushButton::clicked, &window, [&] { ++clicks; });
+    window.ui.lnProjectPath->setFocus();
+    window.ui.lnProjectPath->clear();
+    QTest::keyClicks(window.ui.lnProjectPath, u"plant"_s);
+    const QAbstractItemView *popup = window.ui.lnProjectPath->completer()->popup();
+    QTRY_VERIFY(popup->isVisible());
+
+    const QPoint place = window.ui.btnStart->mapTo(&window, window.ui.btnStart->rect().center());
+    QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, place);
+    QTRY_VERIFY(window.ui.btnStart->isDown());
+    QVERIFY(!popup->isVisible());
+    QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, place);
+    QTRY_COMPARE(clicks, 1);
+    QCOMPARE(window.ui.lnProjectPath->text(), u"plant"_s);
 }
 
 QTEST_MAIN(TestProjectLine)

@@ -3,9 +3,13 @@
 
 #include "RecentProjects.h"
 
+#include <QAbstractItemView>
+#include <QApplication>
 #include <QDir>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QStringListModel>
+#include <QWindow>
 
 using namespace Qt::StringLiterals;
 
@@ -36,6 +40,19 @@ QStringList foldersBeginningWith(const QString &path)
     return folders;
 }
 
+/// Gives a press to what lies at its place now.
+void pressAgain(const QMouseEvent &press)
+{
+    const QPointF place = press.globalPosition();
+    const QWidget *target = QApplication::widgetAt(place.toPoint());
+    QWindow *window = target != nullptr ? target->window()->windowHandle() : nullptr;
+    if (window == nullptr)
+        return;
+    const QPointF local = window->mapFromGlobal(place);
+    QCoreApplication::postEvent(window, new QMouseEvent(press.type(), local, local, place, press.button(),
+                                                        press.buttons(), press.modifiers()));
+}
+
 } // namespace
 
 QStringList projectProposals(const QString &text, const QStringList &recent)
@@ -57,6 +74,9 @@ ProjectCompleter::ProjectCompleter(QLineEdit &line)
     // start, so that Return takes it though the user has only typed.
     setCaseSensitivity(Qt::CaseInsensitive);
     setFilterMode(Qt::MatchContains);
+    // Some platforms would repeat a press beside the proposals, others not: it is done here.
+    m_popup = popup();
+    m_popup->setAttribute(Qt::WA_NoMouseReplay);
     // Before the line asks for them: it is given its completer only now.
     connect(&line, &QLineEdit::textEdited, this, &ProjectCompleter::propose);
     line.setCompleter(this);
@@ -66,4 +86,16 @@ void ProjectCompleter::propose(const QString &text)
 {
     const bool isSeen = widget() != nullptr && widget()->isVisible();
     m_proposals->setStringList(isSeen ? projectProposals(text, recentProjects()) : QStringList());
+}
+
+bool ProjectCompleter::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched != m_popup || event->type() != QEvent::MouseButtonPress)
+        return QCompleter::eventFilter(watched, event);
+    const auto &press = *static_cast<QMouseEvent *>(event);
+    if (m_popup->rect().contains(press.position().toPoint()))
+        return QCompleter::eventFilter(watched, event);
+    m_popup->hide();
+    pressAgain(press);
+    return true;
 }
