@@ -95,6 +95,10 @@ Ausgeblendete Namen übernimmt OK nicht. Taste: Strg+F</translation>
         <source>Open Containing Folder</source>
         <translation>Ordner der Datei öffnen</translation>
     </message>
+    <message>
+        <source>this is not a file</source>
+        <translation>dies ist keine Datei</translation>
+    </message>
 </context>
 <context>
     <name>Vantrel</name>
