@@ -57,6 +57,7 @@ private Q_SLOTS:
 
     void hasItsSignalsAndSlotsInOrder();
     void isBuiltFromItsForm();
+    void hasItsIcon();
     void placesItsWidgets_data();
     void placesItsWidgets();
     void showsItsTexts();
@@ -130,6 +131,18 @@ void TestVantrelWindow::isBuiltFromItsForm()
     QCOMPARE(window.ui.gridLayout->horizontalSpacing(), 6);
     QCOMPARE(window.ui.gridLayout->verticalSpacing(), 6);
     QCOMPARE(window.ui.gridLayout->contentsMargins(), QMargins(11, 11, 11, 11));
+}
+
+void TestVantrelWindow::hasItsIcon()
+{
+    const TestWindow window;
+    for (const int size : {64, 256}) {
+        const QImage picture = window.windowIcon().pixmap(size).toImage();
+        QCOMPARE(picture.size(), QSize(size, size));
+        QCOMPARE(picture.pixelColor(0, 0).alpha(), 0);
+        QCOMPARE(picture.pixelColor(size / 2, size * 52 / 64), QColor(0x1f, 0x3a, 0x4d)); // the screen's foot
+    }
+    QCOMPARE(QGuiApplication::desktopFileName(), u"vantrel"_s);
 }
 
 void TestVantrelWindow::placesItsWidgets_data()

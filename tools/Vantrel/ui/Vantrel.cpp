@@ -116,6 +116,8 @@ Vantrel::~Vantrel()
 void Vantrel::setUpWidgets()
 {
     setWindowIcon(QIcon(u":/icons/vantrel.svg"_s));
+    // Desktops that show no window icons take the one of this desktop file.
+    QGuiApplication::setDesktopFileName(u"vantrel"_s);
     ui.FileName->clear();
     ui.FileName->setTextFormat(Qt::PlainText);
     ui.progressBar->setRange(0, 100);
