@@ -83,7 +83,7 @@ private Q_SLOTS:
     void windowTellsItsRuns();
     void windowTellsNoCancelledRun();
 
-private:
+private: // NOLINT(readability-redundant-access-specifiers)
     QDBusConnection program() const { return m_bus->connection(u"program"_s); }
 
     std::unique_ptr<PrivateBus> m_bus;
