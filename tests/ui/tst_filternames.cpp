@@ -2,9 +2,27 @@
 #include "FilterNames.h"
 #include "TestProject.h"
 
+#include <QRandomGenerator>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The same names, found in the obvious way.
+QSet<QString> namesLineByLine(const QByteArray &bytes)
+{
+    QSet<QString> names;
+    const QList<QByteArray> lines = bytes.split('\n');
+    for (const QByteArray &line : lines) {
+        const QList<QByteArray> fields = line.trimmed().split(';');
+        if (fields.first().startsWith("LIB") && fields.size() > 1 && !fields.at(1).isEmpty())
+            names += QString::fromLatin1(fields.at(1));
+    }
+    return names;
+}
+
+} // namespace
 
 class TestFilterNames : public QObject
 {
@@ -13,6 +31,7 @@ class TestFilterNames : public QObject
 private Q_SLOTS:
     void collectsNames_data();
     void collectsNames();
+    void collectsWhatEachLineHolds();
     void addsToWhatIsThere();
     void addsNothingForAFileThatCannotBeRead();
 };
@@ -42,6 +61,8 @@ void TestFilterNames::collectsNames_data()
                                 "bersicht.plb;1\n"_ba
                              << Names{u"\u00dcbersicht.plb"_s};
     QTest::newRow("markup and placeholders") << "LIB;<b>%1</b>;1\n"_ba << Names{u"<b>%1</b>"_s};
+    QTest::newRow("tag as name") << "LIB;LIB;x\nLIB LIB;a\n"_ba << Names{u"LIB"_s, u"a"_s};
+    QTest::newRow("all kinds of blanks before the tag") << "x\n \n\t\v\f\r LIB;a\n"_ba << Names{u"a"_s};
     QTest::newRow("empty lines") << "\n\nLIB;a\n\n"_ba << Names{u"a"_s};
     QTest::newRow("empty file") << ""_ba << Names{};
 }
@@ -56,6 +77,29 @@ void TestFilterNames::collectsNames()
     QSet<QString> collected;
     collectFilterNames(project.path(u"scr/a.psc"_s), &collected);
     QCOMPARE(collected, names);
+}
+
+void TestFilterNames::collectsWhatEachLineHolds()
+{
+    const TestProject project;
+    const QByteArray alphabet = "LLIIBB;;; \n\n\r\t\va\xe4\0"_ba;
+    QRandomGenerator random(1729);
+    int found = 0;
+    for (int round = 0; round < 300; ++round) {
+        QByteArray bytes;
+        for (int line = 0; line < 30; ++line) {
+            bytes += random.bounded(2) == 0 ? "LIB;" : "";
+            for (int length = random.bounded(9); length > 0; --length)
+                bytes += alphabet.at(random.bounded(int(alphabet.size())));
+            bytes += random.bounded(4) == 0 ? "" : "\n";
+        }
+        project.write(u"a.psc"_s, bytes);
+        QSet<QString> names;
+        collectFilterNames(project.path(u"a.psc"_s), &names);
+        QCOMPARE(names, namesLineByLine(bytes));
+        found += int(names.size());
+    }
+    QVERIFY(found > 1000);
 }
 
 void TestFilterNames::addsToWhatIsThere()
