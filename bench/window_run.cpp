@@ -9,6 +9,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <ctime>
 
 using namespace Qt::StringLiterals;
 
@@ -50,6 +51,19 @@ public:
     int logEntries() const { return ui.logTable->rowCount(); }
 };
 
+/// The processor time of the calling thread.
+qint64 processorNanoseconds()
+{
+    timespec time = {};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return time.tv_sec * 1'000'000'000LL + time.tv_nsec;
+}
+
+double milliseconds(qint64 nanoseconds)
+{
+    return static_cast<double>(nanoseconds) * 1e-6;
+}
+
 /// Ticks like the input of a user, who is heard only when the event loop comes round.
 class StallWatch final
 {
@@ -66,13 +80,21 @@ public:
     {
         m_longest = std::max(m_longest, m_clock.nsecsElapsed());
         m_clock.start();
+        const qint64 processor = processorNanoseconds();
+        m_busiest = std::max(m_busiest, processor - m_processorBefore);
+        m_processorBefore = processor;
     }
-    double milliseconds() const { return static_cast<double>(m_longest) * 1e-6; }
+
+    qint64 longest() const { return m_longest; }
+    /// The longest stall on a machine that has nothing else to do.
+    qint64 busiest() const { return m_busiest; }
 
 private:
     QElapsedTimer m_clock;
     QTimer m_ticks;
     qint64 m_longest = 0;
+    qint64 m_busiest = 0;
+    qint64 m_processorBefore = processorNanoseconds();
 };
 
 } // namespace
@@ -92,7 +114,9 @@ int main(int argc, char **argv)
     stalls.tick();
 
     printFigures({{"seconds"_L1, static_cast<double>(clock.nsecsElapsed()) * 1e-9},
-                  {"stall_ms"_L1, stalls.milliseconds()},
+                  {"stall_ms"_L1, milliseconds(stalls.longest())},
+                  {"stall_processor_ms"_L1, milliseconds(stalls.busiest())},
+                  {"window_processor_ms"_L1, milliseconds(processorNanoseconds())},
                   {"replaced"_L1, window.reports(u"REPLACE"_s)},
                   {"errors"_L1, window.reports(u"ERROR"_s)},
                   {"log_entries"_L1, window.logEntries()}});
