@@ -2,6 +2,10 @@
 #include "CGuiFunc.h"
 #include "TestProject.h"
 
+#include <QHeaderView>
+#include <QProxyStyle>
+#include <QRandomGenerator>
+#include <QStyledItemDelegate>
 #include <QTest>
 #include <QWidget>
 
@@ -81,6 +85,44 @@ QStringList numberedTexts(int number)
             block.error};
 }
 
+/// Counts how often a cell is measured.
+class CountingStyle final : public QProxyStyle
+{
+public:
+    QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &size,
+                           const QWidget *widget) const override
+    {
+        measuredCells += type == CT_ItemViewItem ? 1 : 0;
+        return QProxyStyle::sizeFromContents(type, option, size, widget);
+    }
+
+    mutable int measuredCells = 0;
+};
+
+/// The sizes of columns and rows that fit their contents.
+QList<int> fittingSizes(QTableWidget &table)
+{
+    table.resizeColumnsToContents();
+    table.resizeRowsToContents();
+    QList<int> sizes;
+    for (int column = 0; column < table.columnCount(); ++column)
+        sizes += table.columnWidth(column);
+    for (int row = 0; row < table.rowCount(); ++row)
+        sizes += table.rowHeight(row);
+    return sizes;
+}
+
+/// The same, with every cell measured.
+QList<int> fittingSizesWithoutMemory(QTableWidget &table)
+{
+    QAbstractItemDelegate *delegate = table.itemDelegate();
+    QStyledItemDelegate plain;
+    table.setItemDelegate(&plain);
+    const QList<int> sizes = fittingSizes(table);
+    table.setItemDelegate(delegate);
+    return sizes;
+}
+
 } // namespace
 
 class TestReplacedShapes : public QObject
@@ -109,6 +151,9 @@ private Q_SLOTS:
     void sortsWhenAskedTo();
     void fitsColumnsOnlyNowAndThen();
     void clearsTheSelectionWhenItFitsColumns();
+    void measuresEachTextOnce();
+    void fitsAsIfEachCellWasMeasured();
+    void measuresAnewInAnotherFont();
     void writesTheChangeLog();
 };
 
@@ -421,6 +466,62 @@ void TestReplacedShapes::clearsTheSelectionWhenItFitsColumns()
     form.guiFunc->addShapeRow(report());
     QCOMPARE(form.table().selectionModel()->selectedRows().size(), 1);
     QTRY_VERIFY((form.guiFunc->addShapeRow(report()), !form.table().selectionModel()->hasSelection()));
+}
+
+void TestReplacedShapes::measuresEachTextOnce()
+{
+    constexpr int count = 500;
+    const Form form;
+    CountingStyle style;
+    form.table().setStyle(&style);
+    for (int number = 0; number < count; ++number)
+        form.guiFunc->addShapeRow(numberedReport(number % 10));
+    form.table().resizeColumnsToContents();
+    QVERIFY(style.measuredCells > 0);
+    QVERIFY2(style.measuredCells <= 8 * 10, QByteArray::number(style.measuredCells));
+
+    style.measuredCells = 0;
+    form.guiFunc->addShapeRow(numberedReport(11));
+    form.table().resizeColumnsToContents();
+    QVERIFY2(style.measuredCells <= 8, QByteArray::number(style.measuredCells));
+    form.table().setStyle(nullptr);
+}
+
+void TestReplacedShapes::fitsAsIfEachCellWasMeasured()
+{
+    const Form form;
+    QRandomGenerator random(99);
+    const auto randomText = [&] {
+        QString text(random.bounded(40), QChar(random.bounded(u'a', u'z')));
+        return random.bounded(10) == 0 ? text + u"\n\u6f22 wide and wrapped words"_s : text;
+    };
+    for (int number = 0; number < 100; ++number) {
+        Converter::STBlock block = numberedReport(number);
+        block.shapeFile = randomText();
+        block.error = randomText();
+        form.guiFunc->addShapeRow(block);
+    }
+    const QList<int> fitted = fittingSizes(form.table());
+    QCOMPARE(fitted, fittingSizesWithoutMemory(form.table()));
+
+    // Narrow enough to wrap lines.
+    form.table().horizontalHeader()->setMaximumSectionSize(60);
+    const QList<int> wrapped = fittingSizes(form.table());
+    QVERIFY(wrapped != fitted);
+    QCOMPARE(wrapped, fittingSizesWithoutMemory(form.table()));
+}
+
+void TestReplacedShapes::measuresAnewInAnotherFont()
+{
+    const Form form;
+    CGuiFunc::RowStyle style;
+    form.guiFunc->setCell(0, style, u"the same text"_s, true, true);
+    const QList<int> small = fittingSizes(form.table());
+    style.font.setPointSize(style.font.pointSize() * 3);
+    form.guiFunc->setCell(0, style, u"the same text"_s, false, true);
+    const QList<int> large = fittingSizes(form.table());
+    QVERIFY(large.first() > small.first());
+    QCOMPARE(large, fittingSizesWithoutMemory(form.table()));
 }
 
 void TestReplacedShapes::writesTheChangeLog()

@@ -2,6 +2,7 @@
 #include "CGuiFunc.h"
 
 #include "SortingPause.h"
+#include "TextSizeDelegate.h"
 
 #include <QStringList>
 
@@ -49,6 +50,7 @@ QStringList cellTexts(const Converter::STBlock &block, const QString &status)
 CGuiFunc::CGuiFunc(const Ui_VantrelClass &widgets)
     : ui(widgets)
 {
+    ui.rplShapeTable->setItemDelegate(new TextSizeDelegate(ui.rplShapeTable));
 }
 
 CGuiFunc::~CGuiFunc()

@@ -44,19 +44,36 @@ void ContentFit::fitAddedRow(int row)
     }
     // A wider column changes the height of no other row: lines are wrapped only in a column that
     // is as wide as a column may be.
-    widenColumns(row);
-    m_table.resizeRowToContents(row);
+    const AddedRow needs = measure(row);
+    widenColumns(needs.widths);
+    if (needs.isWrapped)
+        m_table.resizeRowToContents(row);
+    else
+        m_table.setRowHeight(row, std::max(needs.height, m_table.verticalHeader()->sectionSizeHint(row)));
+}
+
+/// Each cell once: that is nearly all that adding a row costs.
+ContentFit::AddedRow ContentFit::measure(int row) const
+{
+    const int gridSize = m_table.showGrid() ? 1 : 0;
+    const int widest = m_table.horizontalHeader()->maximumSectionSize();
+    AddedRow needs;
+    for (int column = 0; column < m_table.columnCount(); ++column) {
+        const QSize need = m_table.sizeHintForIndex(m_table.model()->index(row, column));
+        needs.widths.append(need.width() + gridSize);
+        needs.height = std::max(needs.height, need.height() + gridSize);
+        needs.isWrapped = needs.isWrapped || need.width() + gridSize > widest;
+    }
+    return needs;
 }
 
 /// The columns fit all rows but the added one, so they can only be too narrow for it.
-void ContentFit::widenColumns(int row)
+void ContentFit::widenColumns(const QList<int> &widths)
 {
     const QHeaderView &header = *m_table.horizontalHeader();
-    const int gridWidth = m_table.showGrid() ? 1 : 0;
-    for (int column = 0; column < m_table.columnCount(); ++column) {
-        const QSize need = m_table.sizeHintForIndex(m_table.model()->index(row, column));
+    for (int column = 0; column < widths.size(); ++column) {
         const int width =
-            std::clamp(need.width() + gridWidth, header.minimumSectionSize(), header.maximumSectionSize());
+            std::clamp(widths.at(column), header.minimumSectionSize(), header.maximumSectionSize());
         if (width > m_table.columnWidth(column))
             m_table.setColumnWidth(column, width);
     }

@@ -1,6 +1,7 @@
 // Columns and rows that fit their contents while rows are added one by one.
 #pragma once
 
+#include <QList>
 #include <QObject>
 
 class QTableWidget;
@@ -22,8 +23,17 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    /// What the cells of a row need.
+    struct AddedRow
+    {
+        QList<int> widths;
+        int height = 0;         ///< with every line on one line
+        bool isWrapped = false; ///< a line is longer than a column may be wide
+    };
+
     void forget() { m_isKnown = false; }
-    void widenColumns(int row);
+    AddedRow measure(int row) const;
+    void widenColumns(const QList<int> &widths);
 
     QTableWidget &m_table;
     bool m_isKnown = false;    ///< the table fits, but for the added row
