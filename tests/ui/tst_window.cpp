@@ -38,6 +38,22 @@ public:
     }
 };
 
+/// Counts how often a widget is painted.
+class PaintCounter final : public QObject
+{
+public:
+    explicit PaintCounter(QWidget &widget) { widget.installEventFilter(this); }
+
+    int count = 0;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
 struct Place
 {
     int row;
@@ -91,6 +107,7 @@ private Q_SLOTS:
     void showsFileNamesAsTheyAre();
     void longFileNamesDoNotWidenTheWindow();
     void followsTheProgress();
+    void paintsTheProgressWithEverythingElse();
     void addsReportsToTableAndChangeLog();
 
     void opensTheLogFile();
@@ -671,6 +688,19 @@ void TestVantrelWindow::followsTheProgress()
     window.onConvertEnd();
     QCOMPARE(window.ui.progressBar->maximum(), 2);
     QCOMPARE(window.ui.progressBar->value(), 0);
+}
+
+void TestVantrelWindow::paintsTheProgressWithEverythingElse()
+{
+    TestWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QCoreApplication::processEvents();
+    PaintCounter painted(*window.ui.progressBar);
+    for (int file = 0; file <= 100; ++file)
+        window.onProgressChanged(100, file);
+    QCOMPARE(painted.count, 0);
+    QTRY_VERIFY(painted.count > 0);
 }
 
 void TestVantrelWindow::addsReportsToTableAndChangeLog()

@@ -114,6 +114,11 @@ private Q_SLOTS:
     void runsOverAMissingProject();
     void writesNoChangeLogWithoutItsFolder();
 
+    void showsInTurnsWhatARunTells();
+    void showsAllThatWasToldBeforeACancel();
+    void showsAllThatWasToldBeforeTheEnd();
+    void nextStartEmptiesTheTablesOfWhatCameLate();
+
     void cancelStopsBeforeTheNextFile();
     void cancelWinsOverAStartThatHasNotBegun();
     void cancelComesTooLateForTheCopyBack();
@@ -398,6 +403,134 @@ void TestWindowRuns::writesNoChangeLogWithoutItsFolder()
     whenAsked<QMessageBox>(&window, answered, [](QMessageBox *box) { box->accept(); });
     press(window.ui.btnChangedFiles);
     QCOMPARE(answered, 1);
+}
+
+namespace {
+
+constexpr int toldReports = 50;
+
+/// As many reports and log entries, numbered, as a run may tell while nothing is shown.
+void tellMany(TestWindow &window)
+{
+    for (int number = 0; number < toldReports; ++number) {
+        Converter::STBlock report;
+        report.shapeFile = u"shape %1"_s.arg(number);
+        window.onConvertInfo(report);
+        window.handleMessage(u"error"_s, u"today"_s, u"entry %1"_s.arg(number));
+    }
+}
+
+QStringList newestFirst(const QString &name)
+{
+    QStringList texts;
+    for (int number = toldReports - 1; number >= 0; --number)
+        texts += name.arg(number);
+    return texts;
+}
+
+QStringList shapeNames(const QTableWidget &table)
+{
+    QStringList names;
+    for (int row = 0; row < table.rowCount(); ++row)
+        names += table.item(row, 2)->text();
+    return names;
+}
+
+QStringList shapeNamesInChangeLog(const TestWindow &window)
+{
+    QStringList names;
+    const QList<QByteArray> rows = readFile(window.converter->logFileName()).split('\n');
+    for (const QByteArray &row : rows.sliced(1)) {
+        if (!row.isEmpty())
+            names.prepend(QString::fromLatin1(row.split(';').at(2)));
+    }
+    return names;
+}
+
+} // namespace
+
+void TestWindowRuns::showsInTurnsWhatARunTells()
+{
+    const TestProject project;
+    makeSmallProject(project);
+    TestWindow window;
+    window.ui.lnProjectPath->setText(project.dir());
+    WorkerGate gate(WorkerGate::BeforeFile, *window.converter);
+    press(window.ui.btnStart);
+    QVERIFY(gate.isReached());
+    tellMany(window);
+    QVERIFY(window.ui.rplShapeTable->rowCount() < toldReports);
+    QVERIFY(window.ui.logTable->rowCount() < toldReports);
+
+    QTRY_COMPARE_WITH_TIMEOUT(window.logMessages(), newestFirst(u"entry %1"_s) + QStringList{u"Start"_s},
+                              patience);
+    QCOMPARE(shapeNames(*window.ui.rplShapeTable), newestFirst(u"shape %1"_s));
+    QCOMPARE(shapeNamesInChangeLog(window), newestFirst(u"shape %1"_s));
+    QVERIFY(window.isRunning());
+    window.converter->cancel();
+}
+
+void TestWindowRuns::showsAllThatWasToldBeforeACancel()
+{
+    const TestProject project;
+    makeSmallProject(project);
+    TestWindow window;
+    window.ui.lnProjectPath->setText(project.dir());
+    WorkerGate gate(WorkerGate::BeforeFile, *window.converter);
+    press(window.ui.btnStart);
+    QVERIFY(gate.isReached());
+    tellMany(window);
+    Converter::STBlock wideReport;
+    wideReport.error = QString(100, u'w');
+    window.onConvertInfo(wideReport);
+    press(window.ui.btnStart);
+    QVERIFY(fitsColumns(*window.ui.rplShapeTable));
+    window.ui.rplShapeTable->removeRow(0);
+    QCOMPARE(window.logMessages(),
+             QStringList{u"End"_s} + newestFirst(u"entry %1"_s) + QStringList{u"Start"_s});
+    QCOMPARE(shapeNames(*window.ui.rplShapeTable), newestFirst(u"shape %1"_s));
+    QCOMPARE(shapeNamesInChangeLog(window), QStringList{QString()} + newestFirst(u"shape %1"_s));
+}
+
+void TestWindowRuns::showsAllThatWasToldBeforeTheEnd()
+{
+    const TestProject project;
+    makeSmallProject(project);
+    TestWindow window;
+    window.ui.lnProjectPath->setText(project.dir());
+    WorkerGate gate(WorkerGate::AfterCopyBack, *window.converter);
+    press(window.ui.btnStart);
+    QVERIFY(gate.isReached());
+    tellMany(window);
+    int rowsAtEnd = -1;
+    connect(window.ui.logTable->model(), &QAbstractItemModel::dataChanged, &window,
+            [&](const QModelIndex &index) {
+                if (index.data() == u"End"_s)
+                    rowsAtEnd = window.ui.rplShapeTable->rowCount();
+            });
+    gate.open();
+    QTRY_VERIFY_WITH_TIMEOUT(window.isIdle(), patience);
+    QCOMPARE(rowsAtEnd, toldReports + 3);
+    QCOMPARE(window.logMessages().first(), u"End"_s);
+    QCOMPARE(window.logMessages().size(), toldReports + 2);
+}
+
+void TestWindowRuns::nextStartEmptiesTheTablesOfWhatCameLate()
+{
+    const TestProject project;
+    makeSmallProject(project);
+    TestWindow window;
+    window.ui.lnProjectPath->setText(project.dir());
+    WorkerGate gate(WorkerGate::BeforeFile, *window.converter);
+    press(window.ui.btnStart);
+    QVERIFY(gate.isReached());
+    press(window.ui.btnStart); // cancelled, but still at its first file
+    tellMany(window);
+    press(window.ui.btnStart);
+    QCOMPARE(window.logMessages(), QStringList{u"Start"_s});
+    QCOMPARE(window.ui.rplShapeTable->rowCount(), 0);
+    QCOMPARE(shapeNamesInChangeLog(window), newestFirst(u"shape %1"_s));
+    window.converter->cancel();
 }
 
 void TestWindowRuns::cancelStopsBeforeTheNextFile()

@@ -3,8 +3,8 @@
 
 #include "FileIo.h"
 #include "ImageFile.h"
-#include "LineCheck.h"
 #include "ImageFileSearch.h"
+#include "LineCheck.h"
 #include "Logger.h"
 #include "ObjectCutter.h"
 #include "ProjectLock.h"

@@ -33,6 +33,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -106,7 +107,7 @@ Vantrel::~Vantrel()
 {
     stopWorker();
     watcher.reset();
-    logMilestone(u"====== Vantrel end ======"_s, __LINE__);
+    showMilestone(u"====== Vantrel end ======"_s, __LINE__);
     Qel::Logger::unregisterLogListener(this);
     saveSettings();
     guiFunc.reset();
@@ -241,6 +242,7 @@ void Vantrel::stopWorker()
     thread->quit();
     thread->wait();
     QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    backlog.finish();
 }
 
 // --- Runs ---
@@ -256,11 +258,12 @@ void Vantrel::onBtnStartPressed()
 void Vantrel::startRun()
 {
     showRunning();
+    backlog.finish();
     removeRows(*ui.logTable);
     removeRows(*ui.rplShapeTable);
     converter->setProjectDir(ui.lnProjectPath->text());
     converter->setFilterNames(selectedFilterNames);
-    logMilestone(u"Start"_s, __LINE__);
+    showMilestone(u"Start"_s, __LINE__);
 
     runProjectDir = ui.lnProjectPath->text();
     rememberProject(runProjectDir);
@@ -279,22 +282,48 @@ void Vantrel::cancelRun()
 
 void Vantrel::onConvertEnd()
 {
-    if (endsEarlierRun()) {
-        logMilestone(u"End"_s, __LINE__);
-        return;
-    }
+    if (isToldByConverter())
+        showInTurn([this] { endToldRun(); });
+    else
+        endRun();
+}
+
+bool Vantrel::isToldByConverter() const
+{
+    static const int endSignal = QMetaMethod::fromSignal(&Converter::sigConvertEnd).methodIndex();
+    return sender() == converter.get() && senderSignalIndex() == endSignal;
+}
+
+/// The converter may tell the end of a cancelled run while a newer one is under way.
+void Vantrel::endToldRun()
+{
+    endsToCome = std::max(endsToCome - 1, 0);
+    if (running && endsToCome > 0)
+        showMilestone(u"End"_s, __LINE__);
+    else
+        endRun();
+}
+
+void Vantrel::endRun()
+{
     showIdle();
     notifier->runEnds();
 }
 
-/// Whether the converter tells the end of a cancelled run while a newer one is under way.
-bool Vantrel::endsEarlierRun()
+/// A run may tell more in a moment than can be shown in it. Between runs, all is shown at once.
+void Vantrel::showInTurn(Backlog::Step step)
 {
-    static const int endSignal = QMetaMethod::fromSignal(&Converter::sigConvertEnd).methodIndex();
-    if (sender() != converter.get() || senderSignalIndex() != endSignal)
-        return false;
-    endsToCome = std::max(endsToCome - 1, 0);
-    return running && endsToCome > 0;
+    if (endsToCome > 0 || !backlog.isEmpty())
+        backlog.add(std::move(step));
+    else
+        step();
+}
+
+/// Milestones are what the user waits for: they are seen at once, after all that came before.
+void Vantrel::showMilestone(const QString &text, int line)
+{
+    logMilestone(text, line);
+    backlog.finish();
 }
 
 void Vantrel::showRunning()
@@ -307,6 +336,7 @@ void Vantrel::showRunning()
 
 void Vantrel::showIdle()
 {
+    backlog.finish(); // the columns are fitted to it, too
     running = false;
     ui.btnBrowse->setEnabled(true);
     ui.btnClose->setEnabled(true);
@@ -322,14 +352,17 @@ void Vantrel::showIdle()
     ui.btnLog->setEnabled(true);
     // A run removes the folder and makes it again: its watch has gone with it.
     watcher->changeFolder(imageFolder());
-    logMilestone(u"End"_s, __LINE__);
+    showMilestone(u"End"_s, __LINE__);
 }
 
 void Vantrel::onProgressChanged(int max, int pos) const
 {
+    // The bar would paint the whole window at each step; so it is painted with everything else.
+    ui.progressBar->setUpdatesEnabled(false);
     ui.progressBar->setMaximum(max);
     ui.progressBar->setValue(pos);
     notifier->showProgress(max, pos);
+    ui.progressBar->setUpdatesEnabled(true);
 }
 
 void Vantrel::onUpdFileName(QString sFileName) const
@@ -341,9 +374,11 @@ void Vantrel::onUpdFileName(QString sFileName) const
 
 void Vantrel::onConvertInfo(const Converter::STBlock &block)
 {
-    guiFunc->addShapeRow(block);
-    guiFunc->writeChangeLog(block, converter->logFileName());
-    notifier->countReport(block.status);
+    showInTurn([this, block, changeLog = converter->logFileName()] {
+        guiFunc->addShapeRow(block);
+        guiFunc->writeChangeLog(block, changeLog);
+        notifier->countReport(block.status);
+    });
 }
 
 // --- Project and filters ---
@@ -446,6 +481,11 @@ void Vantrel::openReported(const QString &path)
 // --- Log view ---
 
 void Vantrel::handleMessage(QString level, QString time, QString message)
+{
+    showInTurn([this, level, time, message] { addLogRow(level, time, message); });
+}
+
+void Vantrel::addLogRow(const QString &level, const QString &time, const QString &message)
 {
     const LevelStyle style = styleOf(level);
     const QBrush brush(style.colour);

@@ -1,6 +1,7 @@
 // The main window.
 #pragma once
 
+#include "Backlog.h"
 #include "Converter.h"
 #include "Logger.h"
 #include "ui_Vantrel.h"
@@ -31,7 +32,8 @@ public:
     /// Puts a project's path into its line and remembers the project; an empty path changes nothing.
     void openProject(const QString &projectDir) const;
 
-    /// Adds a log entry to the log table, the newest on top, and fits the table to its contents.
+    /// Adds a log entry to the log table, the newest on top, and fits the table to its contents;
+    /// during a run not always at once.
     void handleMessage(QString level, QString time, QString message) override;
 
 Q_SIGNALS:
@@ -40,6 +42,7 @@ Q_SIGNALS:
 
 public Q_SLOTS:
     void onProgressChanged(int max, int pos) const;
+    /// Shows a report and writes it to the change log; during a run not always at once.
     void onConvertInfo(const Converter::STBlock &block);
     void onConvertEnd();
     /// Starts a run, or cancels the one under way.
@@ -82,9 +85,14 @@ private:
     void cancelRun();
     void showRunning();
     void showIdle();
-    bool endsEarlierRun();
+    bool isToldByConverter() const;
+    void endToldRun();
+    void endRun();
+    void showInTurn(Backlog::Step step);
+    void showMilestone(const QString &text, int line);
 
     void collectNames();
+    void addLogRow(const QString &level, const QString &time, const QString &message);
     void writeLogCell(int column, const QFont &font, const QBrush &brush, const QString &text) const;
     void openFile(const QString &path, const QString &missingText);
     void openReported(const QString &path);
@@ -93,4 +101,5 @@ private:
     ContentFit *logTableFit = nullptr; ///< belongs to the log table
     QString runProjectDir;             ///< of the run whose reports are in the table
     int endsToCome = 0;                ///< runs that were started and have not told their end
+    Backlog backlog;                   ///< what they have told and the tables do not show yet
 };
