@@ -1,0 +1,142 @@
+"""Calls that fail: the n-th of each kind, once and from then on, for every n.
+
+A run that met a fault ends with another exit code than 0, or leaves the tree of an undisturbed
+run. Whatever it met, every original screen is whole, nothing outside of "scr", "scr_temp" and
+"scr_bak" has changed, and no half-written screen has come into "scr".
+"""
+
+from __future__ import annotations
+
+import collections
+import functools
+import itertools
+from dataclasses import dataclass
+
+from cases import Case, Site, Surroundings, site
+from plants import Plant, linked, mixed, sound, without
+from programs import Failure, Outcome, require_no_crash
+from tracing import Calls, Injection, options_for, record, tracer
+from trees import Tree, differences, lost_originals, screens
+
+WRITING = {"openat", "write", "sendfile", "copy_file_range", "linkat", "linkat", "mkdir", "mkdirat",
+           "rename", "renameat", "renameat2", "fsync", "fdatasync", "ftruncate", "fallocate"}
+ERRORS = ("EIO",)
+ERRORS_OF_WRITING = ("EIO", "ENOSPC", "EDQUOT")
+
+# Files that a run may leave out without a change of what a correct screen holds: each failure of
+# them is reported for every object that is concerned.
+LIBRARY_FILES = ("mac/pump.plb", "mac/vlo/valve.plb", "bmp/lamps/lamp.bmp")
+
+FOLDERS_OF_A_RUN = ("scr", "scr_temp", "scr_bak")
+
+
+@dataclass(frozen=True)
+class Setting:
+    """What the faults are injected into."""
+    name: str
+    plant: Plant
+    surveyed: bool  # whether the run obeys its survey and takes the shapes from it
+
+    def arguments(self, place: Site) -> list[str]:
+        return place.update_all() if self.surveyed else place.update()
+
+
+SETTINGS = (
+    Setting("by renaming", sound, surveyed=False),
+    Setting("by copying", linked, surveyed=False),
+    Setting("with errors", mixed, surveyed=False),
+    Setting("surveyed", sound, surveyed=True),
+)
+
+
+@dataclass(frozen=True)
+class Undisturbed:
+    """A setting's run without a fault, and what it may leave with one."""
+    outcome: Outcome
+    tree: Tree
+    calls: Calls
+    possible: dict[str, set[bytes]]  # by screen: every content that is no half-written one
+
+
+def study(surroundings: Surroundings, setting: Setting) -> Undisturbed:
+    with site(surroundings, setting.plant) as place:
+        outcome = place.program.run(setting.arguments(place))
+        tree = place.tree()
+        calls = record(place.program, place.build, setting.arguments(place))
+        contents: dict[str, set[bytes]] = collections.defaultdict(set)
+        for path, content in screens(place.before).items():
+            contents[path].add(content)
+    for path, content in degraded_screens(surroundings, setting):
+        contents[path].add(content)
+    return Undisturbed(outcome, tree, calls, contents)
+
+
+def degraded_screens(surroundings: Surroundings, setting: Setting) -> list[tuple[str, bytes]]:
+    """What the screens become where some of the library is missing."""
+    found = []
+    for count in range(len(LIBRARY_FILES) + 1):
+        for missing in itertools.combinations(LIBRARY_FILES, count):
+            with site(surroundings, without(setting.plant, *missing)) as place:
+                place.program.run(place.update())
+                found += screens(place.tree()).items()
+    return found
+
+
+def require_safety(before: Tree, after: Tree, undisturbed: Undisturbed) -> None:
+    """What holds whatever a run met."""
+    if lost := lost_originals(before, after):
+        raise Failure(f"originals lost: {', '.join(lost)}")
+
+    def outside(tree: Tree) -> Tree:
+        return {path: entry for path, entry in tree.items()
+                if path.split("/")[0] not in FOLDERS_OF_A_RUN and not path.startswith(".vantrel.")}
+    if changed := differences(outside(before), outside(after)):
+        raise Failure(f"changed outside of the screens: {'; '.join(changed)}")
+    half = [path for path, content in screens(after).items() if content not in undisturbed.possible[path]]
+    if half:
+        raise Failure(f"not whole in \"scr\": {', '.join(half)}")
+
+
+def has_told_more(outcome: Outcome, undisturbed: Outcome) -> bool:
+    """Where the undisturbed run reports errors as well, a fault must add to them."""
+    return (outcome.code != undisturbed.code
+            or len(outcome.error_reports()) > len(undisturbed.error_reports())
+            or len(outcome.messages()) > len(undisturbed.messages()))
+
+
+def require_no_silence(outcome: Outcome, after: Tree, undisturbed: Undisturbed) -> None:
+    changed = differences(undisturbed.tree, after)
+    told = outcome.code != 0 and has_told_more(outcome, undisturbed.outcome)
+    if changed and not told:
+        raise Failure(f"silent, exit code {outcome.code}: {'; '.join(changed[:4])}")
+
+
+def check_fault(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed,
+                injection: Injection) -> None:
+    with site(surroundings, setting.plant) as place:
+        options = injection.options() + options_for(injection.call, place.project, undisturbed.calls.paths)
+        outcome = place.program.run(setting.arguments(place), tracer(place.folder / "trace", options))
+        after = place.tree()
+        require_no_crash(outcome)
+        require_safety(place.before, after, undisturbed)
+        require_no_silence(outcome, after, undisturbed)
+
+
+def injections(calls: Calls) -> list[Injection]:
+    return [Injection(call, number, f"error={error}", from_then_on)
+            for call, count in sorted(calls.counts.items())
+            for number in range(1, count + 1)
+            for error in (ERRORS_OF_WRITING if call in WRITING else ERRORS)
+            for from_then_on in (False, True)]
+
+
+def failing_calls(surroundings: Surroundings) -> list[Case]:
+    cases = []
+    for setting in SETTINGS:
+        undisturbed = study(surroundings, setting)
+        if (undisturbed.outcome.code == 0) != (setting.plant is not mixed):
+            raise Failure(f"undisturbed run {setting.name}: exit code {undisturbed.outcome.code}")
+        for injection in surroundings.thinned(injections(undisturbed.calls)):
+            check = functools.partial(check_fault, surroundings, setting, undisturbed, injection)
+            cases.append(Case(f"{setting.name}: {injection}", check))
+    return cases
