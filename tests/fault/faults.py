@@ -36,6 +36,7 @@ class Setting:
     name: str
     plant: Plant
     surveyed: bool  # whether the run obeys its survey and takes the shapes from it
+    hard_links: int = 0
 
     def arguments(self, place: Site) -> list[str]:
         return place.update_all() if self.surveyed else place.update()
@@ -43,7 +44,7 @@ class Setting:
 
 SETTINGS = (
     Setting("by renaming", sound, surveyed=False),
-    Setting("by copying", linked, surveyed=False),
+    Setting("by copying", linked, surveyed=False, hard_links=1),
     Setting("with errors", mixed, surveyed=False),
     Setting("surveyed", sound, surveyed=True),
 )

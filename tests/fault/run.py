@@ -13,19 +13,36 @@ import argparse
 import os
 import pathlib
 import shutil
+import subprocess
 import sys
 import time
 
 import cases
+import disks
 import faults
+import kills
 from programs import Failure, work_folder
 
 ROWS = {
     "failing-calls": faults.failing_calls,
+    "killed-runs": kills.killed_runs,
+    "killed-recoveries": kills.killed_recoveries,
+    "full-disks": disks.full_disks,
+    "limited-files": disks.limited_files,
 }
+
+# These mount file systems and are run in a namespace of their own.
+ROWS_WITH_MOUNTS = {"full-disks"}
 
 # How many points of each sweep are tried.
 EXTENTS = {"sample": 25, "whole": 600, "all": None}
+
+
+def run_row_in_namespace(name: str) -> bool:
+    """Runs this script once more, as the root of a namespace in which it may mount."""
+    others = [argument for argument in sys.argv[1:] if argument not in ROWS]
+    command = ["unshare", "-Urm", "--", sys.executable, "-B", __file__, "--inside", *others, name]
+    return subprocess.run(command, check=False).returncode == 0
 
 
 def run_row(name: str, surroundings: cases.Surroundings, workers: int, only: str) -> bool:
@@ -47,6 +64,7 @@ def main() -> int:
     parser.add_argument("--window")
     parser.add_argument("--extent", choices=EXTENTS, default="sample")
     parser.add_argument("--only", default="", metavar="TEXT", help="only cases whose name begins like this")
+    parser.add_argument("--inside", action="store_true", help=argparse.SUPPRESS)
     parser.add_argument("--workers", type=int, default=os.cpu_count())
     parser.add_argument("rows", nargs="*", choices=[[], *ROWS], metavar="ROW")
     arguments = parser.parse_args()
@@ -56,8 +74,8 @@ def main() -> int:
         surroundings = cases.Surroundings(str(pathlib.Path(arguments.program).resolve()), arguments.window, work,
                                           None if arguments.only else EXTENTS[arguments.extent])
         rows = arguments.rows or list(ROWS)
-        held = [run_row(name, surroundings, arguments.workers, arguments.only)
-                for name in rows]
+        held = [run_row_in_namespace(name) if name in ROWS_WITH_MOUNTS and not arguments.inside
+                else run_row(name, surroundings, arguments.workers, arguments.only) for name in rows]
     finally:
         cases.make_removable(work)
         shutil.rmtree(work)

@@ -59,8 +59,8 @@ def tracer(log: pathlib.Path, options: list[str]) -> list[str]:
 def path_options(project: pathlib.Path, paths: list[str]) -> list[str]:
     """Restricts the tracer to a project. Only absolute paths match what does not exist yet."""
     options = []
-    for path in ["", *paths]:
-        options += ["-P", str(project / path) if path else str(project)]
+    for path in paths:
+        options += ["-P", str(project / path)]
     return options
 
 
@@ -70,12 +70,12 @@ def options_for(call: str, project: pathlib.Path, paths: list[str]) -> list[str]
 
 
 def paths_in(trace: str, project: pathlib.Path) -> list[str]:
-    """The paths below a project that occur in a trace, but for change logs and the project itself."""
+    """The paths of a project that occur in a trace, but for change logs; its own is "."."""
     found = {match.group(1) for match in PLACE.finditer(trace)}
     found |= {f"{match.group(1)}/{match.group(2)}" for match in NAME_IN_FOLDER.finditer(trace)}
     root = str(project) + "/"
     inside = {path[len(root):] for path in found if path.startswith(root)}
-    return sorted(path for path in inside if not path.startswith("log/") and "#" not in path)
+    return [".", *sorted(path for path in inside if not path.startswith("log/") and "#" not in path)]
 
 
 def counts_in(trace: str) -> dict[str, int]:
@@ -90,8 +90,17 @@ def counts_in(trace: str) -> dict[str, int]:
     return counts
 
 
-def record(program: Program, prepare: Callable[[], pathlib.Path], arguments: list[str]) -> Calls:
-    """Runs undisturbed twice, each time on a project made anew at the same place."""
+def everywhere(path: str) -> bool:
+    del path
+    return True
+
+
+def record(program: Program, prepare: Callable[[], pathlib.Path], arguments: list[str],
+           wanted: Callable[[str], bool] = everywhere) -> Calls:
+    """Runs undisturbed twice, each time on a project made anew at the same place.
+
+    Only calls on the wanted paths are counted.
+    """
     log = program.home / "trace"
 
     def trace(project: pathlib.Path, options: list[str]) -> str:
@@ -100,7 +109,7 @@ def record(program: Program, prepare: Callable[[], pathlib.Path], arguments: lis
 
     project = prepare()
     everything = trace(project, ["-y", "-s", "4096", "-e", f"trace={TRACED}"])
-    paths = paths_in(everything, project)
+    paths = [path for path in paths_in(everything, project) if wanted(path)]
     if not paths:
         raise Failure("the tracer saw no call on the project")
     project = prepare()

@@ -1,0 +1,109 @@
+"""Disks without room: too few bytes, too few inodes, files that may not grow.
+
+The sizes go up page by page from that of the plant itself, so that the room ends at every stage
+of a run. Needs a namespace in which small file systems can be mounted.
+"""
+
+from __future__ import annotations
+
+import contextlib
+import functools
+import subprocess
+from typing import Iterator
+
+from cases import Case, Site, Surroundings, site
+from faults import SETTINGS, Setting, Undisturbed, require_no_silence, require_safety, study
+from programs import Failure, Outcome, require_no_crash
+from trees import differences
+
+PAGE = 4096
+
+
+@contextlib.contextmanager
+def small_disk(place: Site, options: str) -> Iterator[None]:
+    """A file system of its own below the project; the plant is made on it."""
+    subprocess.run(["mount", "-t", "tmpfs", "-o", options, "tmpfs", str(place.project)], check=True)
+    try:
+        place.plant(place.project)
+        place.before = place.tree()
+        yield
+    finally:
+        subprocess.run(["umount", str(place.project)], check=True)
+
+
+def empty(root: object) -> None:
+    """The plant is made later, on its own disk."""
+
+
+def require_reason(outcome: Outcome, reason: str) -> None:
+    if outcome.code != 0 and reason not in outcome.told():
+        raise Failure(f"exit code {outcome.code} without the reason \"{reason}\"")
+
+
+def check_disk(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed, options: str) -> None:
+    with site(surroundings, empty) as place:
+        place.plant = setting.plant
+        with small_disk(place, options):
+            outcome = place.program.run(setting.arguments(place))
+            after = place.tree()
+        require_no_crash(outcome)
+        require_safety(place.before, after, undisturbed)
+        require_no_silence(outcome, after, undisturbed)
+        if differences(undisturbed.tree, after):
+            require_reason(outcome, "No space left on device")
+
+
+def check_limit(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed, size: int) -> None:
+    with site(surroundings, setting.plant) as place:
+        outcome = place.program.run(setting.arguments(place), ["prlimit", f"--fsize={size}"])
+        after = place.tree()
+        require_no_crash(outcome)
+        require_safety(place.before, after, undisturbed)
+        require_no_silence(outcome, after, undisturbed)
+        if differences(undisturbed.tree, after):
+            require_reason(outcome, "File too large")
+
+
+def pages_of(sizes: list[int]) -> int:
+    return sum(-(-size // PAGE) for size in sizes)
+
+
+def disk_options(undisturbed: Undisturbed, setting: Setting, surroundings: Surroundings) -> list[str]:
+    """From a disk that the plant fills to one with room for two copies of the screens."""
+    with site(surroundings, setting.plant) as place:
+        sizes = {path: len(entry.content) for path, entry in place.before.items() if entry.kind == "file"}
+        entries = len(place.before) - setting.hard_links
+    if setting.hard_links:
+        sizes.pop("archive/units.psc")
+    first = pages_of(list(sizes.values()))
+    screens_ = pages_of([len(entry.content) for path, entry in undisturbed.tree.items() if path.startswith("scr/")])
+    room = [f"size={(first + pages) * PAGE},nr_inodes=10000" for pages in range(2 * screens_ + 4)]
+    inodes = [f"size=100m,nr_inodes={entries + 1 + count}" for count in range(2 * len(undisturbed.tree))]
+    return room + inodes
+
+
+def full_disks(surroundings: Surroundings) -> list[Case]:
+    cases = []
+    for setting in SETTINGS:
+        undisturbed = study(surroundings, setting)
+        for options in surroundings.thinned(disk_options(undisturbed, setting, surroundings)):
+            check = functools.partial(check_disk, surroundings, setting, undisturbed, options)
+            cases.append(Case(f"{setting.name}: {options}", check))
+    return cases
+
+
+def limits(undisturbed: Undisturbed) -> list[int]:
+    """Around the size of every file, and around every page."""
+    sizes = {len(entry.content) for entry in undisturbed.tree.values() if entry.kind == "file"}
+    edges = sizes | set(range(0, max(sizes), PAGE))
+    return sorted({edge + step for edge in edges for step in (-1, 0, 1) if edge + step >= 0})
+
+
+def limited_files(surroundings: Surroundings) -> list[Case]:
+    cases = []
+    for setting in SETTINGS:
+        undisturbed = study(surroundings, setting)
+        for size in surroundings.thinned(limits(undisturbed)):
+            check = functools.partial(check_limit, surroundings, setting, undisturbed, size)
+            cases.append(Case(f"{setting.name}: at most {size} bytes", check))
+    return cases

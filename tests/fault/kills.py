@@ -1,0 +1,204 @@
+"""Programs that are killed at every file-system call, and projects that are recovered afterwards.
+
+Whenever a run is killed, every original screen is whole. Rolling back gives the screens as they
+were, finishing gives the tree of an undisturbed run; and when recovering is killed itself,
+repeating it does so.
+
+The first thread surveys the project before the worker begins, and calls are counted for each
+thread. So the calls that only a run makes, on what only a run has, are counted once more on
+their own. Between two of them nothing changes on the disk, and what is left after any other
+call is what is left before the next one of them.
+"""
+
+from __future__ import annotations
+
+import functools
+from dataclasses import dataclass
+from typing import Callable
+
+from cases import Case, Site, Surroundings, site
+from faults import Setting, Undisturbed, require_safety, study
+from plants import linked, mixed, sound, stopped
+from programs import Failure, Program
+from tracing import Calls, Injection, options_for, record, tracer
+from trees import RUN_FILES, Tree, below, differences
+
+SETTINGS = (
+    Setting("by renaming", sound, surveyed=False),
+    Setting("by copying", linked, surveyed=False, hard_links=1),
+    Setting("with errors", mixed, surveyed=False),
+    Setting("after a stopped run", stopped, surveyed=False),
+)
+
+KILL = "signal=SIGKILL"
+
+# From how many interrupted runs of each setting recovering is interrupted as well.
+INTERRUPTED_RUNS = 12
+
+
+@dataclass(frozen=True)
+class Kill:
+    """A call at which a run is killed, among the calls on some paths."""
+    injection: Injection
+    calls: Calls
+
+    def of(self, place: Site, arguments: list[str]) -> None:
+        options = self.injection.options() + options_for(self.injection.call, place.project, self.calls.paths)
+        place.program.run(arguments, tracer(place.folder / "trace", options))
+
+
+@dataclass(frozen=True)
+class Promise:
+    """How a project is recovered, and what it holds then."""
+    option: str
+    require: Callable[[Tree, Tree, Undisturbed, bool], None]
+
+
+def is_made_by_run(path: str) -> bool:
+    return path.startswith(("scr_temp", "scr_bak", ".vantrel."))
+
+
+def kills_of(calls: Calls) -> list[Kill]:
+    return [Kill(Injection(call, number, KILL), calls)
+            for call, count in sorted(calls.counts.items()) for number in range(1, count + 1)]
+
+
+def kills_of_run(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed) -> list[Kill]:
+    with site(surroundings, setting.plant) as place:
+        own = record(place.program, place.build, setting.arguments(place), is_made_by_run)
+    return kills_of(undisturbed.calls) + kills_of(own)
+
+
+# --- What a project holds afterwards ---
+
+
+def without_run_files(tree: Tree) -> Tree:
+    return {path: entry for path, entry in tree.items() if path not in RUN_FILES}
+
+
+def require_rolled_back(before: Tree, after: Tree, undisturbed: Undisturbed, ended: bool) -> None:
+    """The screens as before. Other files in "scr" a run discards on purpose."""
+    if ended:
+        require_unchanged_or_done(before, after, undisturbed)
+        return
+    def image_files(tree: Tree) -> Tree:
+        return {path: entry for path, entry in below(tree, "scr").items() if ".psc" in path and "/." not in path}
+    if changed := differences(image_files(before), image_files(after)):
+        raise Failure(f"not rolled back: {'; '.join(changed[:4])}")
+
+
+def require_finished(before: Tree, after: Tree, undisturbed: Undisturbed, ended: bool) -> None:
+    if ended:
+        require_unchanged_or_done(before, after, undisturbed)
+    elif changed := differences(undisturbed.tree, after):
+        raise Failure(f"not finished: {'; '.join(changed[:4])}")
+
+
+def require_unchanged_or_done(before: Tree, after: Tree, undisturbed: Undisturbed) -> None:
+    """Where the run had not begun, or had ended, there is nothing to recover."""
+    if differences(before, without_run_files(after)) and differences(undisturbed.tree, without_run_files(after)):
+        changed = differences(before, without_run_files(after))
+        raise Failure(f"neither begun nor ended, but changed: {'; '.join(changed[:4])}")
+
+
+PROMISES = (Promise("--roll-back", require_rolled_back), Promise("--finish", require_finished))
+
+
+# --- Killing a run ---
+
+
+def is_under_way(tree: Tree) -> bool:
+    return ".vantrel.run" in tree
+
+
+def recover(program: Program, place: Site, promise: Promise) -> None:
+    outcome = program.run(["recover", "--project", str(place.project), promise.option])
+    if outcome.code != 0:
+        raise Failure(f"recover {promise.option}: exit code {outcome.code}: {outcome.told()[-400:]}")
+
+
+def check_kill(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed, kill: Kill) -> None:
+    with site(surroundings, setting.plant) as place:
+        kill.of(place, setting.arguments(place))
+        require_safety(place.before, place.tree(), undisturbed)
+
+
+def check_recovery(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed, kill: Kill,
+                   promise: Promise) -> None:
+    with site(surroundings, setting.plant) as place:
+        kill.of(place, setting.arguments(place))
+        ended = not is_under_way(place.tree())
+        if not ended:
+            recover(place.program, place, promise)
+        promise.require(place.before, place.tree(), undisturbed, ended)
+
+
+def killed_runs(surroundings: Surroundings) -> list[Case]:
+    with site(surroundings, sound) as place:
+        has_recover = place.program.has_command("recover")
+    cases = []
+    for setting in SETTINGS:
+        undisturbed = study(surroundings, setting)
+        for kill in surroundings.thinned(kills_of_run(surroundings, setting, undisturbed)):
+            name = f"{setting.name}: {kill.injection}"
+            cases.append(Case(name, functools.partial(check_kill, surroundings, setting, undisturbed, kill)))
+            cases += [Case(f"{name}, recover {promise.option}",
+                           functools.partial(check_recovery, surroundings, setting, undisturbed, kill, promise))
+                      for promise in PROMISES if has_recover]
+    return cases
+
+
+# --- Killing the recovery ---
+
+
+def check_repetition(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed, kill: Kill,
+                     promise: Promise, second: Kill) -> None:
+    with site(surroundings, setting.plant) as place:
+        kill.of(place, setting.arguments(place))
+        arguments = ["recover", "--project", str(place.project), promise.option]
+        second.of(place, arguments)
+        require_safety(place.before, place.tree(), undisturbed)
+        if is_under_way(place.tree()):
+            recover(place.program, place, promise)
+        promise.require(place.before, place.tree(), undisturbed, ended=False)
+
+
+def interrupted(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed) -> list[Kill]:
+    """Runs that were killed under way, each at another stage."""
+    found: dict[tuple, Kill] = {}
+    for kill in kills_of_run(surroundings, setting, undisturbed):
+        with site(surroundings, setting.plant) as place:
+            kill.of(place, setting.arguments(place))
+            tree = place.tree()
+            if is_under_way(tree):
+                found.setdefault(tuple(sorted(tree.items(), key=lambda item: item[0])), kill)
+    kills = list(found.values())
+    return kills
+
+
+def killed_recoveries(surroundings: Surroundings) -> list[Case]:
+    cases = []
+    for setting in SETTINGS:
+        undisturbed = study(surroundings, setting)
+        runs = interrupted(surroundings, setting, undisturbed)
+        points = []
+        for kill in runs[:: max(1, len(runs) // INTERRUPTED_RUNS)]:
+            points += recovery_points(surroundings, setting, kill)
+        for kill, promise, second in surroundings.thinned(points):
+            check = functools.partial(check_repetition, surroundings, setting, undisturbed, kill, promise, second)
+            cases.append(Case(f"{setting.name}: {kill.injection}, recover {promise.option} {second.injection}", check))
+    return cases
+
+
+def recovery_points(surroundings: Surroundings, setting: Setting, kill: Kill) -> list[tuple]:
+    """Every call of every way to recover from an interrupted run."""
+    points = []
+    with site(surroundings, setting.plant) as place:
+        def interrupt() -> object:
+            project = place.build()
+            kill.of(place, setting.arguments(place))
+            return project
+        for promise in PROMISES:
+            calls = record(place.program, interrupt, ["recover", "--project", str(place.project), promise.option])
+            points += [(kill, promise, second) for second in kills_of(calls)]
+    return points
