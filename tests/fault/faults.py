@@ -15,7 +15,7 @@ from dataclasses import dataclass
 from cases import Case, Site, Surroundings, site
 from plants import Plant, linked, mixed, sound, without
 from programs import Failure, Outcome, require_no_crash
-from tracing import Calls, Injection, options_for, record, tracer
+from tracing import Calls, Injection, fast_tracer, options_for, record, require_injected
 from trees import Tree, differences, lost_originals, screens
 
 WRITING = {"openat", "write", "sendfile", "copy_file_range", "linkat", "linkat", "mkdir", "mkdirat",
@@ -116,8 +116,10 @@ def check_fault(surroundings: Surroundings, setting: Setting, undisturbed: Undis
                 injection: Injection) -> None:
     with site(surroundings, setting.plant) as place:
         options = injection.options() + options_for(injection.call, place.project, undisturbed.calls.paths)
-        outcome = place.program.run(setting.arguments(place), tracer(place.folder / "trace", options))
+        log = place.folder / "trace"
+        outcome = place.program.run(setting.arguments(place), fast_tracer(log, options))
         after = place.tree()
+        require_injected(log, injection)
         require_no_crash(outcome)
         require_safety(place.before, after, undisturbed)
         require_no_silence(outcome, after, undisturbed)

@@ -13,6 +13,7 @@ call is what is left before the next one of them.
 from __future__ import annotations
 
 import functools
+import signal
 from dataclasses import dataclass
 from typing import Callable
 
@@ -44,7 +45,9 @@ class Kill:
 
     def of(self, place: Site, arguments: list[str]) -> None:
         options = self.injection.options() + options_for(self.injection.call, place.project, self.calls.paths)
-        place.program.run(arguments, tracer(place.folder / "trace", options))
+        outcome = place.program.run(arguments, tracer(place.folder / "trace", options))
+        if outcome.code != -signal.SIGKILL:
+            raise Failure(f"{self.injection} did not kill it: exit code {outcome.code}")
 
 
 @dataclass(frozen=True)

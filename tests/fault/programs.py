@@ -12,7 +12,10 @@ import tempfile
 from dataclasses import dataclass, field
 
 # For what a run takes at most, also where a tracer stops it at every call.
-PATIENCE = 60  # seconds
+PATIENCE = 20  # seconds
+
+# Of one run, so that nothing waits for a reader.
+LARGEST_OUTPUT = 1 << 20
 
 
 class Failure(Exception):
@@ -59,7 +62,7 @@ class Program:
         """The prefix is a command that runs the program, such as a tracer."""
         return subprocess.Popen([*(prefix or []), self.path, *arguments], env=self.environment(),
                                 stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                                start_new_session=True)
+                                start_new_session=True, pipesize=LARGEST_OUTPUT)
 
     def run(self, arguments: list[str], prefix: list[str] | None = None) -> Outcome:
         return outcome_of(self.start(arguments, prefix))

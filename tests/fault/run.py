@@ -20,7 +20,12 @@ import time
 import cases
 import disks
 import faults
+import intruders
 import kills
+import links
+import names
+import permissions
+import races
 from programs import Failure, work_folder
 
 ROWS = {
@@ -29,6 +34,12 @@ ROWS = {
     "killed-recoveries": kills.killed_recoveries,
     "full-disks": disks.full_disks,
     "limited-files": disks.limited_files,
+    "missing-permissions": permissions.missing_permissions,
+    "links": links.links,
+    "odd-names": names.odd_names,
+    "intruders": intruders.intruders,
+    "two-runs": races.two_runs,
+    "cancelled-runs": races.cancelled_runs,
 }
 
 # These mount file systems and are run in a namespace of their own.

@@ -53,7 +53,18 @@ class Calls:
 
 
 def tracer(log: pathlib.Path, options: list[str]) -> list[str]:
+    return ["strace", "-f", "-qq", "-o", str(log), *options]
+
+
+def fast_tracer(log: pathlib.Path, options: list[str]) -> list[str]:
+    """Stops at the traced calls only. Injects errors, but no signals behind the first call."""
     return ["strace", "-f", "--seccomp-bpf", "-qq", "-o", str(log), *options]
+
+
+def require_injected(log: pathlib.Path, injection: Injection) -> None:
+    """A fault that never came proves nothing."""
+    if "(INJECTED)" not in log.read_text(errors="surrogateescape"):
+        raise Failure(f"{injection} was not injected")
 
 
 def path_options(project: pathlib.Path, paths: list[str]) -> list[str]:
@@ -104,7 +115,7 @@ def record(program: Program, prepare: Callable[[], pathlib.Path], arguments: lis
     log = program.home / "trace"
 
     def trace(project: pathlib.Path, options: list[str]) -> str:
-        program.run(arguments, tracer(log, options))
+        program.run(arguments, fast_tracer(log, options))
         return log.read_text(errors="surrogateescape")
 
     project = prepare()
