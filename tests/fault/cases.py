@@ -29,7 +29,6 @@ class Case:
 class Surroundings:
     """What every row is given."""
     program: str
-    window: str | None
     work: pathlib.Path
     points: int | None  # of each sweep; none for all
 

@@ -36,7 +36,8 @@ def empty(root: object) -> None:
 
 
 def require_reason(outcome: Outcome, reason: str) -> None:
-    if outcome.code != 0 and reason not in outcome.told():
+    was_foreseen = any(finding["check"] == "no-room" for finding in outcome.of_kind("finding"))
+    if outcome.code != 0 and not was_foreseen and reason not in outcome.told():
         raise Failure(f"exit code {outcome.code} without the reason \"{reason}\"")
 
 

@@ -59,7 +59,17 @@ class Undisturbed:
     possible: dict[str, set[bytes]]  # by screen: every content that is no half-written one
 
 
+studied: dict[str, Undisturbed] = {}
+
+
 def study(surroundings: Surroundings, setting: Setting) -> Undisturbed:
+    """Once for each setting, whatever rows ask for it."""
+    if setting.name not in studied:
+        studied[setting.name] = look_into(surroundings, setting)
+    return studied[setting.name]
+
+
+def look_into(surroundings: Surroundings, setting: Setting) -> Undisturbed:
     with site(surroundings, setting.plant) as place:
         outcome = place.program.run(setting.arguments(place))
         tree = place.tree()

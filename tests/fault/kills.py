@@ -17,11 +17,11 @@ import signal
 from dataclasses import dataclass
 from typing import Callable
 
-from cases import Case, Site, Surroundings, site
+from cases import Case, Site, Surroundings, evenly, site
 from faults import Setting, Undisturbed, require_safety, study
 from plants import linked, mixed, sound, stopped
-from programs import Failure, Program
-from tracing import Calls, Injection, options_for, record, tracer
+from programs import Failure
+from tracing import ONLY_ON_PROJECT, Calls, Injection, options_for, record, tracer
 from trees import RUN_FILES, Tree, below, differences
 
 SETTINGS = (
@@ -35,6 +35,9 @@ KILL = "signal=SIGKILL"
 
 # From how many interrupted runs of each setting recovering is interrupted as well.
 INTERRUPTED_RUNS = 12
+
+# How many runs are killed for one that is looked at further: many are not under way yet.
+TRIES = 3
 
 
 @dataclass(frozen=True)
@@ -114,9 +117,10 @@ def is_under_way(tree: Tree) -> bool:
     return ".vantrel.run" in tree
 
 
-def recover(program: Program, place: Site, promise: Promise) -> None:
-    outcome = program.run(["recover", "--project", str(place.project), promise.option])
-    if outcome.code != 0:
+def recover(place: Site, promise: Promise, undisturbed: Undisturbed) -> None:
+    """A run that is finished reports what it would have reported undisturbed."""
+    outcome = place.program.run(["recover", "--project", str(place.project), promise.option])
+    if outcome.code not in (0, undisturbed.outcome.code):
         raise Failure(f"recover {promise.option}: exit code {outcome.code}: {outcome.told()[-400:]}")
 
 
@@ -132,7 +136,7 @@ def check_recovery(surroundings: Surroundings, setting: Setting, undisturbed: Un
         kill.of(place, setting.arguments(place))
         ended = not is_under_way(place.tree())
         if not ended:
-            recover(place.program, place, promise)
+            recover(place, promise, undisturbed)
         promise.require(place.before, place.tree(), undisturbed, ended)
 
 
@@ -162,30 +166,42 @@ def check_repetition(surroundings: Surroundings, setting: Setting, undisturbed: 
         second.of(place, arguments)
         require_safety(place.before, place.tree(), undisturbed)
         if is_under_way(place.tree()):
-            recover(place.program, place, promise)
-        promise.require(place.before, place.tree(), undisturbed, ended=False)
+            recover(place, promise, undisturbed)
+            after = place.tree()
+        else:  # killed when all was done
+            after = without_run_files(place.tree())
+        promise.require(place.before, after, undisturbed, ended=False)
 
 
-def interrupted(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed) -> list[Kill]:
-    """Runs that were killed under way, each at another stage."""
+def interrupted(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed, wanted: int) -> list[Kill]:
+    """Runs that were killed under way, each with another outcome."""
     found: dict[tuple, Kill] = {}
-    for kill in kills_of_run(surroundings, setting, undisturbed):
+    changing = [kill for kill in kills_of_run(surroundings, setting, undisturbed)
+                if kill.injection.call in ONLY_ON_PROJECT]
+    for kill in evenly(changing, TRIES * wanted):
         with site(surroundings, setting.plant) as place:
             kill.of(place, setting.arguments(place))
             tree = place.tree()
             if is_under_way(tree):
-                found.setdefault(tuple(sorted(tree.items(), key=lambda item: item[0])), kill)
-    kills = list(found.values())
-    return kills
+                found.setdefault(tuple(sorted(tree)), kill)
+    return evenly(list(found.values()), wanted)
+
+
+def require_recover(surroundings: Surroundings) -> None:
+    with site(surroundings, sound) as place:
+        if not place.program.has_command("recover"):
+            raise Failure("the program has no command that recovers")
 
 
 def killed_recoveries(surroundings: Surroundings) -> list[Case]:
+    require_recover(surroundings)
+    # Few where few points are wanted, since preparing them takes its time too.
+    wanted = INTERRUPTED_RUNS if surroundings.points is None else min(INTERRUPTED_RUNS, -(-surroundings.points // 8))
     cases = []
     for setting in SETTINGS:
         undisturbed = study(surroundings, setting)
-        runs = interrupted(surroundings, setting, undisturbed)
         points = []
-        for kill in runs[:: max(1, len(runs) // INTERRUPTED_RUNS)]:
+        for kill in interrupted(surroundings, setting, undisturbed, wanted):
             points += recovery_points(surroundings, setting, kill)
         for kill, promise, second in surroundings.thinned(points):
             check = functools.partial(check_repetition, surroundings, setting, undisturbed, kill, promise, second)

@@ -16,6 +16,8 @@ import shutil
 import subprocess
 import sys
 import time
+from dataclasses import dataclass
+from typing import Callable
 
 import cases
 import disks
@@ -28,25 +30,35 @@ import permissions
 import races
 from programs import Failure, work_folder
 
+@dataclass(frozen=True)
+class Row:
+    """A kind of fault, and how many points of each of its sweeps are tried."""
+    cases: Callable[[cases.Surroundings], list[cases.Case]]
+    sample: int
+    whole: int
+    mounts: bool = False  # file systems, and so needs a namespace of its own
+
+
 ROWS = {
-    "failing-calls": faults.failing_calls,
-    "killed-runs": kills.killed_runs,
-    "killed-recoveries": kills.killed_recoveries,
-    "full-disks": disks.full_disks,
-    "limited-files": disks.limited_files,
-    "missing-permissions": permissions.missing_permissions,
-    "links": links.links,
-    "odd-names": names.odd_names,
-    "intruders": intruders.intruders,
-    "two-runs": races.two_runs,
-    "cancelled-runs": races.cancelled_runs,
+    "failing-calls": Row(faults.failing_calls, sample=12, whole=600),
+    "killed-runs": Row(kills.killed_runs, sample=5, whole=150),
+    "killed-recoveries": Row(kills.killed_recoveries, sample=6, whole=120),
+    "full-disks": Row(disks.full_disks, sample=6, whole=100, mounts=True),
+    "limited-files": Row(disks.limited_files, sample=6, whole=100),
+    "missing-permissions": Row(permissions.missing_permissions, sample=100, whole=100),
+    "links": Row(links.links, sample=100, whole=100),
+    "odd-names": Row(names.odd_names, sample=100, whole=100),
+    "intruders": Row(intruders.intruders, sample=3, whole=50),
+    "two-runs": Row(races.two_runs, sample=3, whole=50),
+    "cancelled-runs": Row(races.cancelled_runs, sample=10, whole=200),
 }
 
-# These mount file systems and are run in a namespace of their own.
-ROWS_WITH_MOUNTS = {"full-disks"}
 
-# How many points of each sweep are tried.
-EXTENTS = {"sample": 25, "whole": 600, "all": None}
+def points_of(row: Row, extent: str, only: str) -> int | None:
+    """How many of each sweep; nothing for all."""
+    if only or extent == "all":
+        return None
+    return row.sample if extent == "sample" else row.whole
 
 
 def run_row_in_namespace(name: str) -> bool:
@@ -59,9 +71,9 @@ def run_row_in_namespace(name: str) -> bool:
 def run_row(name: str, surroundings: cases.Surroundings, workers: int, only: str) -> bool:
     begin = time.monotonic()
     try:
-        row = [case for case in ROWS[name](surroundings) if case.name.startswith(only)]
-        complaints = cases.run_cases(row, workers)
-        count = len(row)
+        chosen = [case for case in ROWS[name].cases(surroundings) if case.name.startswith(only)]
+        complaints = cases.run_cases(chosen, workers)
+        count = len(chosen)
     except Failure as failure:
         complaints, count = [str(failure)], 0
     seconds = time.monotonic() - begin
@@ -72,8 +84,7 @@ def run_row(name: str, surroundings: cases.Surroundings, workers: int, only: str
 def main() -> int:
     parser = argparse.ArgumentParser()
     parser.add_argument("--program", required=True)
-    parser.add_argument("--window")
-    parser.add_argument("--extent", choices=EXTENTS, default="sample")
+    parser.add_argument("--extent", choices=["sample", "whole", "all"], default="sample")
     parser.add_argument("--only", default="", metavar="TEXT", help="only cases whose name begins like this")
     parser.add_argument("--inside", action="store_true", help=argparse.SUPPRESS)
     parser.add_argument("--workers", type=int, default=os.cpu_count())
@@ -81,12 +92,15 @@ def main() -> int:
     arguments = parser.parse_args()
 
     work = work_folder()
+
+    def hold(name: str) -> bool:
+        if ROWS[name].mounts and not arguments.inside:
+            return run_row_in_namespace(name)
+        points = points_of(ROWS[name], arguments.extent, arguments.only)
+        surroundings = cases.Surroundings(str(pathlib.Path(arguments.program).resolve()), work, points)
+        return run_row(name, surroundings, arguments.workers, arguments.only)
     try:
-        surroundings = cases.Surroundings(str(pathlib.Path(arguments.program).resolve()), arguments.window, work,
-                                          None if arguments.only else EXTENTS[arguments.extent])
-        rows = arguments.rows or list(ROWS)
-        held = [run_row_in_namespace(name) if name in ROWS_WITH_MOUNTS and not arguments.inside
-                else run_row(name, surroundings, arguments.workers, arguments.only) for name in rows]
+        held = [hold(name) for name in arguments.rows or ROWS]
     finally:
         cases.make_removable(work)
         shutil.rmtree(work)
