@@ -15,6 +15,9 @@ Plant = Callable[[pathlib.Path], None]
 # More than one buffer of any reader or writer on the way.
 MANY_OBJECTS = 300
 
+# Screens of a plant whose runs are to be stopped on the way.
+LONG_RUN = 40
+
 
 def placed_object(number: int, shape: str) -> str:
     """Of a level of its own: parts of one level are taken for one object."""
@@ -110,6 +113,13 @@ def stopped(root: pathlib.Path) -> None:
     """As a cancelled run has left it."""
     sound(root)
     write_files(root, STALE_TEMP)
+
+
+def long(root: pathlib.Path) -> None:
+    """A run over it takes several times as long as its start; nothing is replaced or reported."""
+    sound(root)
+    write_files(root, {f"scr/long{number:02}.psc": screen(["not_chosen.plb"] * MANY_OBJECTS)
+                       for number in range(LONG_RUN)})
 
 
 def without(plant: Plant, *missing: str) -> Plant:

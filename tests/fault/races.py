@@ -12,9 +12,10 @@ import random
 import signal
 import time
 
-from cases import Case, Surroundings, site
+from cases import Case, Site, Surroundings, site
 from faults import SETTINGS, Setting, study
 from intruders import STEPS_OF_A_RUN, STOP, run_interrupted
+from plants import long
 from programs import Failure, outcome_of, require_no_crash
 from tracing import Injection
 from trees import RUN_FILES, Tree, differences, lost_originals
@@ -22,9 +23,6 @@ from trees import RUN_FILES, Tree, differences, lost_originals
 REFUSED = 3
 STOP_SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
 CANCELLED_RUNS = 200
-
-# About as long as a run over the plant takes.
-LONGEST_WAIT = 0.04  # seconds
 
 
 def check_second_run(surroundings: Surroundings, setting: Setting, undisturbed: Tree, injection: Injection) -> None:
@@ -66,13 +64,20 @@ def was_ended_by(code: int, number: int) -> bool:
     return code in (128 + number, -number)
 
 
-def check_cancelled_runs(surroundings: Surroundings, setting: Setting, number: int, runs: int) -> None:
+def duration_of(place: Site) -> float:
+    begin = time.monotonic()
+    place.program.run(place.update())
+    return time.monotonic() - begin
+
+
+def check_cancelled_runs(surroundings: Surroundings, number: int, runs: int) -> None:
     chance = random.Random(number)
-    with site(surroundings, setting.plant) as place:
+    with site(surroundings, long) as place:
+        longest = duration_of(place)
         for run in range(runs):
             before = place.tree()
-            process = place.program.start(setting.arguments(place))
-            time.sleep(chance.uniform(0, LONGEST_WAIT))
+            process = place.program.start(place.update())
+            time.sleep(chance.uniform(0, longest))
             os.kill(process.pid, number)
             outcome = outcome_of(process)
             after = place.tree()
@@ -87,6 +92,5 @@ def check_cancelled_runs(surroundings: Surroundings, setting: Setting, number: i
 
 def cancelled_runs(surroundings: Surroundings) -> list[Case]:
     runs = CANCELLED_RUNS if surroundings.points is None else min(CANCELLED_RUNS, surroundings.points)
-    return [Case(f"{setting.name}: {number.name}",
-                 functools.partial(check_cancelled_runs, surroundings, setting, number, runs))
-            for setting in SETTINGS[:2] for number in STOP_SIGNALS]
+    return [Case(f"{number.name}", functools.partial(check_cancelled_runs, surroundings, number, runs))
+            for number in STOP_SIGNALS]

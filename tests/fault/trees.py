@@ -10,7 +10,8 @@ from dataclasses import dataclass
 Tree = dict[str, "Entry"]
 
 # What belongs to a run that is under way, and not to the project.
-RUN_FILES = (".vantrel.run", ".vantrel.run.new", ".vantrel.lock")
+LOCK = ".vantrel.lock"
+RUN_FILES = (".vantrel.run", ".vantrel.run.new", LOCK)
 
 
 @dataclass(frozen=True)
