@@ -310,7 +310,7 @@ void TestRunNotifier::windowTellsNoCancelledRun()
     gate.open();
     waitForQueuedCalls(*window.converter);
     QCoreApplication::processEvents();
-    QVERIFY(window.isIdle());
+    QTRY_VERIFY(window.isIdle());
     receive(*m_bus, desktop);
     QCOMPARE(desktop.notifications.size(), 0);
 }
