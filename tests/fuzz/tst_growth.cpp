@@ -1,0 +1,216 @@
+// How the work of a run grows with its input. Counted are the comparisons that the engine's own
+// code makes, which the compiler's instrumentation tells, and the memory that is asked for: both
+// are the same in every execution, other than time.
+#include "Converter.h"
+#include "Expect.h"
+#include "TestProject.h"
+
+#include <QtTest>
+
+#include <atomic>
+#include <functional>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+std::atomic<std::uint64_t> comparisonCount{0};
+
+} // namespace
+
+// What instrumented code calls before each comparison and each switch; the names are the compiler's.
+// NOLINTBEGIN(bugprone-reserved-identifier)
+extern "C" {
+void __sanitizer_cov_trace_cmp1(std::uint8_t, std::uint8_t)
+{
+    ++comparisonCount;
+}
+void __sanitizer_cov_trace_cmp2(std::uint16_t, std::uint16_t)
+{
+    ++comparisonCount;
+}
+void __sanitizer_cov_trace_cmp4(std::uint32_t, std::uint32_t)
+{
+    ++comparisonCount;
+}
+void __sanitizer_cov_trace_cmp8(std::uint64_t, std::uint64_t)
+{
+    ++comparisonCount;
+}
+void __sanitizer_cov_trace_const_cmp1(std::uint8_t, std::uint8_t)
+{
+    ++comparisonCount;
+}
+void __sanitizer_cov_trace_const_cmp2(std::uint16_t, std::uint16_t)
+{
+    ++comparisonCount;
+}
+void __sanitizer_cov_trace_const_cmp4(std::uint32_t, std::uint32_t)
+{
+    ++comparisonCount;
+}
+void __sanitizer_cov_trace_const_cmp8(std::uint64_t, std::uint64_t)
+{
+    ++comparisonCount;
+}
+void __sanitizer_cov_trace_switch(std::uint64_t, std::uint64_t *)
+{
+    ++comparisonCount;
+}
+}
+// NOLINTEND(bugprone-reserved-identifier)
+
+namespace {
+
+/// What a run works on, of a size that a number gives.
+struct Input
+{
+    QByteArray screen;
+    QList<QByteArray> shapes; ///< 0.plb, 1.plb, ...
+};
+
+struct Work
+{
+    double comparisons = 0;
+    double bytes = 0;
+};
+
+QByteArray object(int level, const QByteArray &shape)
+{
+    return "ID;1;O\nLIB;" + shape + ";1;p;OBJ:a\nPSDV;0;0;9;9;0;1;0;0;0;0;" + QByteArray::number(level) +
+           '\n';
+}
+
+const QByteArray plainObject = "ID;1;O\nPSDV;0;0;9;9;0;1;0;0;0;0;0\n"_ba;
+const QByteArray smallShape = "ID;1;S\nLIB;x;1;q;OBJ:n\nPSDV;0;0;9;9;0;1;0;0;0;0;0;z\n"_ba;
+
+QByteArray repeated(int count, const std::function<QByteArray(int)> &part)
+{
+    QByteArray text;
+    for (int index = 0; index < count; ++index)
+        text += part(index);
+    return text;
+}
+
+Work workOf(const Input &input)
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, input.screen);
+    QSet<QString> chosen{u"missing.plb"_s};
+    for (qsizetype index = 0; index < input.shapes.size(); ++index) {
+        const QString name = QString::number(index) + ".plb"_L1;
+        project.write(u"mac/"_s + name, input.shapes.at(index));
+        chosen.insert(name);
+    }
+    for (int index = 0; index < 4000; ++index)
+        chosen.insert(u"m%1.plb"_s.arg(index));
+
+    Converter converter(project.dir());
+    converter.setFilterNames(chosen);
+    const std::uint64_t before = comparisonCount;
+    const MemoryMeter meter;
+    converter.convert();
+    return {.comparisons = static_cast<double>(comparisonCount - before),
+            .bytes = static_cast<double>(meter.bytes())};
+}
+
+} // namespace
+
+using MakeInput = std::function<Input(int size)>;
+Q_DECLARE_METATYPE(MakeInput)
+
+class TestGrowth : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void growsWithItsInputAlone_data();
+    void growsWithItsInputAlone();
+};
+
+void TestGrowth::growsWithItsInputAlone_data()
+{
+    QTest::addColumn<MakeInput>("makeInput");
+    const auto row = [](const char *name, const MakeInput &makeInput) { QTest::newRow(name) << makeInput; };
+    const auto screen = [&](const char *name, const std::function<QByteArray(int)> &part,
+                            const QByteArray &before = {}) {
+        row(name,
+            [=](int size) { return Input{.screen = before + repeated(size, part), .shapes = {smallShape}}; });
+    };
+
+    screen("empty lines", [](int) { return "\n"_ba; });
+    screen("sections without rectangles", [](int) { return "ID;1;O\n"_ba; });
+    screen(
+        "rectangles of one section", [](int) { return "PSDV;0;0;9;9;0;1;0;0;0;0;0\n"_ba; }, "ID;1;O\n");
+    screen("rectangles before any section", [](int) { return "PSDV;0;0;9;9;0;1;0;0;0;0;0\n"_ba; });
+    screen("plain objects", [](int) { return plainObject; });
+    screen("parts of one object", [](int) { return object(1, "0.plb"); });
+    screen("an object for each level", [](int index) { return object(index + 1, "0.plb"); });
+    screen("parts of two objects by turns", [](int index) { return object(1 + index % 2, "0.plb"); });
+    screen("replaced objects", [](int index) { return object(index + 1, "0.plb") + plainObject; });
+    screen("objects of one missing shape", [](int index) { return object(index + 1, "missing.plb"); });
+    screen("objects of a missing shape each",
+           [](int index) { return object(index + 1, "m" + QByteArray::number(index) + ".plb"); });
+    screen(
+        "points", [](int) { return "PNT;2;0;1;2;3;4\n"_ba; }, "ID;1;O\n");
+
+    row("an object of many lines", [](int size) {
+        return Input{.screen = object(1, "0.plb") + repeated(size, [](int) { return "TXT;a;b\n"_ba; }),
+                     .shapes = {smallShape}};
+    });
+    row("a long extra text", [](int size) {
+        const QByteArray extra = repeated(size, [](int) { return ";x"_ba; });
+        return Input{.screen = object(1, "0.plb").chopped(1) + ";0;0" + extra + '\n' + plainObject,
+                     .shapes = {smallShape}};
+    });
+    row("a shape of many lines", [](int size) {
+        return Input{.screen = object(1, "0.plb"),
+                     .shapes = {smallShape + repeated(size, [](int) { return "IVG;q/a.bmp\n"_ba; })}};
+    });
+    row("a shape of many points in a line", [](int size) {
+        return Input{.screen = object(1, "0.plb"),
+                     .shapes = {smallShape + "PNT;" + QByteArray::number(size) + ";0" +
+                                repeated(size, [](int) { return ";1;2"_ba; }) + '\n'}};
+    });
+    row("a shape of many entries in a line", [](int size) {
+        return Input{.screen = object(1, "0.plb"),
+                     .shapes = {smallShape + "ITXN;" + QByteArray::number(size) + ";q" +
+                                repeated(size, [](int) { return ";1;2;OBJ:n"_ba; }) + '\n'}};
+    });
+    row("a shape of many missing icons", [](int size) {
+        const QByteArray icons =
+            repeated(size, [](int index) { return "DIV;1;2;i" + QByteArray::number(index) + ".bmp\n"; });
+        return Input{.screen = object(1, "0.plb"), .shapes = {"ID;1;Icon\n" + icons + smallShape}};
+    });
+    row("many shapes", [](int size) {
+        return Input{
+            .screen = repeated(
+                size, [](int index) { return object(index + 1, QByteArray::number(index) + ".plb"); }),
+            .shapes = QList<QByteArray>(size, smallShape)};
+    });
+}
+
+void TestGrowth::growsWithItsInputAlone()
+{
+    QFETCH(const MakeInput, makeInput);
+    constexpr int size = 1000;
+    // What a run does whatever its input is.
+    workOf(makeInput(1));
+    const Work least = workOf(makeInput(1));
+    const Work single = workOf(makeInput(size));
+    const Work fourfold = workOf(makeInput(4 * size));
+
+    QVERIFY2(single.comparisons > least.comparisons + size, "nothing was counted");
+    // Lists and hashes grow by doubling, so that their steps fall differently.
+    constexpr double mostTimes = 5;
+    const auto times = [](double whole, double part, double fixed) {
+        return (whole - fixed) / (part - fixed);
+    };
+    const double comparisons = times(fourfold.comparisons, single.comparisons, least.comparisons);
+    const double bytes = times(fourfold.bytes, single.bytes, least.bytes);
+    QVERIFY2(comparisons <= mostTimes, qPrintable(u"%1 times the comparisons"_s.arg(comparisons)));
+    QVERIFY2(bytes <= mostTimes, qPrintable(u"%1 times the memory"_s.arg(bytes)));
+}
+
+QTEST_GUILESS_MAIN(TestGrowth)
+#include "tst_growth.moc"
