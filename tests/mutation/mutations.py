@@ -1,0 +1,150 @@
+"""Small ways to break the engine, each of which the tests must notice: file, old text, new text.
+
+An old text stands in its file exactly once.
+"""
+
+CORE = "tools/Vantrel/"
+
+
+def _table(file, *rows):
+    return [(CORE + file, old, new) for old, new in rows]
+
+
+GRAMMAR = _table(
+    "RecordGrammar.h",
+    ('LineTag{u"DIV", LineKind::Bitmap}', 'LineTag{u"DIW", LineKind::Bitmap}'),
+    ('LineTag{u"PNT;", LineKind::Points}', 'LineTag{u"PNT", LineKind::Points}'),
+    ("inline constexpr qsizetype kind = 2;", "inline constexpr qsizetype kind = 1;"),
+    ("inline constexpr qsizetype first = 3;", "inline constexpr qsizetype first = 4;"),
+    ("x1 = 1, y1 = 2, x2 = 3, y2 = 4;", "x1 = 1, y1 = 2, x2 = 4, y2 = 3;"),
+    ("inline constexpr qsizetype counts = 6;", "inline constexpr qsizetype counts = 5;"),
+    ("inline constexpr qsizetype level = 11;", "inline constexpr qsizetype level = 10;"),
+    ("inline constexpr qsizetype extra = 13;", "inline constexpr qsizetype extra = 12;"),
+    ("inline constexpr qsizetype initText = 3;", "inline constexpr qsizetype initText = 2;"),
+    ("inline constexpr qsizetype objectName = 4;", "inline constexpr qsizetype objectName = 3;"),
+    ("inline constexpr qsizetype fileName = 3;", "inline constexpr qsizetype fileName = 2;"),
+    ("inline constexpr std::array<qsizetype, 2> axisNumbers{4, 5};",
+     "inline constexpr std::array<qsizetype, 2> axisNumbers{4, 4};"),
+    ("inline constexpr int fieldsOfEntry = 3;", "inline constexpr int fieldsOfEntry = 2;"),
+    ("inline constexpr qsizetype firstReference = 5;", "inline constexpr qsizetype firstReference = 4;"),
+    ('CheckRule{u"ID;", u"", FieldRule::AtLeast, 3, 3}', 'CheckRule{u"ID;", u"", FieldRule::AtLeast, 3, 2}'),
+    ('CheckRule{u"PNT;", u"PNT", FieldRule::Points, 3, 3}',
+     'CheckRule{u"PNT;", u"PNT", FieldRule::AtLeast, 3, 3}'),
+    ('CheckRule{u"PSDV", u"PSDV", FieldRule::AtLeast, 13, 12}',
+     'CheckRule{u"PSDV", u"PSDV", FieldRule::AtLeast, 12, 12}'),
+    ('CheckRule{u"LIB", u"LIB", FieldRule::AtLeast, 4, 5}',
+     'CheckRule{u"LIB", u"LIB", FieldRule::AtLeast, 5, 5}'),
+    ('CheckRule{u"ITA", u"ITCN", FieldRule::AtLeast, 2, notChecked}',
+     'CheckRule{u"ITA", u"ITA", FieldRule::AtLeast, 2, notChecked}'),
+    ('CheckRule{u"ITXN", u"ITXN", FieldRule::Entries, 3, notChecked}',
+     'CheckRule{u"ITXN", u"ITXN", FieldRule::AtLeast, 3, notChecked}'),
+    ('CheckRule{u"ISA", u"ISA", FieldRule::AtLeast, 21, notChecked}',
+     'CheckRule{u"ISA", u"ISA", FieldRule::AtLeast, 20, notChecked}'),
+    ('CheckRule{u"IY1", u"IX2", FieldRule::AtLeast, 6, notChecked}',
+     'CheckRule{u"IY1", u"IY1", FieldRule::AtLeast, 6, notChecked}'),
+    ("inline constexpr std::size_t imageCheckCount = 4;", "inline constexpr std::size_t imageCheckCount = 5;"),
+    ('RebaseRule{u"IVG;", Rebase::References, {1}}', 'RebaseRule{u"IVG", Rebase::References, {1}}'),
+    ('RebaseRule{u"ITX2", Rebase::References, {1, 2, 3, 4, 5, 6}}',
+     'RebaseRule{u"ITX2", Rebase::References, {1, 2, 3, 4, 5}}'),
+    ('RebaseRule{u"ISA", Rebase::References, {1, 2, 4, 6, 8, 14, 29, 20}}',
+     'RebaseRule{u"ISA", Rebase::References, {1, 2, 4, 6, 8, 14, 20}}'),
+    ('RebaseRule{u"IX2", Rebase::ShiftAcross, {1}}', 'RebaseRule{u"IX2", Rebase::ShiftDown, {1}}'),
+    ('RebaseRule{u"IY2", Rebase::ShiftDown, {1}}', 'RebaseRule{u"IY2", Rebase::References, {1}}'),
+    ('RebaseRule{u"IBW", Rebase::References, {7}}', 'RebaseRule{u"IBW", Rebase::References, {6}}'),
+)
+
+CUTTER = _table(
+    "ObjectCutter.cpp",
+    ("m_object.replace = m_object.extraNumber > 0;", "m_object.replace = m_object.extraNumber > 1;"),
+    ("closeObject(lineCount - 1);", "closeObject(lineCount - 2);"),
+    ("appendPlainLines(0, index - 1);", "appendPlainLines(0, index);"),
+    ("appendPlainLines(m_firstSection, m_section - 1);", "appendPlainLines(m_firstSection, m_section);"),
+    ("closeObject(m_section - 1);", "closeObject(m_section);"),
+    ("if (m_section == m_object.firstLine)", "if (m_section != m_object.firstLine)"),
+    ("return m_object.extraNumber >= 1 && level == m_object.extraNumber;",
+     "return level == m_object.extraNumber;"),
+    ("if (m_object.extraNumber > 0)\n", "if (m_object.extraNumber >= 0)\n"),
+    ("m_object.extraNumber >= 1 && hasLibraryReference(rectangleLine)", "hasLibraryReference(rectangleLine)"),
+    ("rectangleLine - 1);", "rectangleLine - 2 < 0 ? 0 : rectangleLine - 2);"),
+    ("!fieldAt(before, RecordGrammar::Library::shapeFile).isEmpty()", "true"),
+    ("gathering.partsOf[*candidate].append(index);", "gathering.partsOf[*candidate].prepend(index);"),
+    ("} else if (object.replace) {", "} else {"),
+    ("takeLines(object.firstLine, object.lastLine - 1);", "takeLines(object.firstLine, object.lastLine - 2);"),
+    ("if (object.firstLine <= object.lastLine)\n", "if (object.firstLine < object.lastLine)\n"),
+    ("object.firstLine = firstLine;", "object.firstLine = firstLine + 1;"),
+)
+
+RECTANGLES = _table(
+    "RectangleReader.cpp",
+    (' ? Section::Text : Section::Other', ' ? Section::Other : Section::Other'),
+    ("m_record.iconToggle = !m_record.iconToggle;", "m_record.iconToggle = true;"),
+    ("area > m_largestArea", "area >= m_largestArea"),
+    (" && m_section != Section::Text", ""),
+    (".normalized();", ";"),
+)
+
+REFERENCES = _table(
+    "ShapeReferences.cpp",
+    ('".lib"_L1, ".plb"_L1, Qt::CaseSensitive', '".lib"_L1, ".plb"_L1, Qt::CaseInsensitive'),
+    ("object.replace = !object.initText.isEmpty();", "object.replace = true;"),
+    ("if (object.rect3.topLeft() != Converter::noPosition)", "if (object.rect3.top() == 77777)"),
+    ("if (rectangles.inIconSection())\n", "if (true)\n"),
+)
+
+CHECK = _table(
+    "LineCheck.cpp",
+    ("const int shownLine = tooFewPoints ?", "const int shownLine = tooMany ?"),
+    ("return tooMany;", "return false;"),
+    ("const int offset = file.kind == FileKind::Image ? 0 : file.lineOffset;", "const int offset = file.lineOffset;"),
+)
+
+CONVERTER = _table(
+    "Converter.cpp",
+    ('path.replace("/scr"_L1, "/scr_temp"_L1, Qt::CaseSensitive)',
+     'path.replace(path.lastIndexOf("/scr"_L1), 4, "/scr_temp"_L1)'),
+    ("lowerNames.insert(name.toLower());", "lowerNames.insert(name);"),
+    ("object.shapeFile.toLower()", "object.shapeFile"),
+    ('path.contains(".cat"_L1)', 'path.endsWith(".cat"_L1)'),
+    ("offset = first < lines.size() ? first : -1;", "offset = first;"),
+    ("m_cancelledStarts = m_announcedStarts;", "m_cancelledStarts = 0;"),
+    ("        if (stopRequested)\n            return false;\n", ""),
+    ("Q_EMIT sigProgressChanged(count, index);", "Q_EMIT sigProgressChanged(count, index + 1);"),
+    ("Q_EMIT sigProgressChanged(count, count);", "Q_EMIT sigProgressChanged(count, 0);"),
+    ('updUtils::removeDir(projectDir + "/scr_bak"_L1);', ""),
+    ("if (!completeBackup(originals, m_run->projectDir))\n        return false;", ""),
+    ("keepObject(object.shapeFile, shapeFile.errorText);",
+     "keepObject(m_run->library->path(object.shapeFile), shapeFile.errorText);"),
+    ("object.shapeObject = shape.imageObject;", ""),
+    ("if (!failedShapeFiles.contains(shapeFile))\n", ""),
+    ("object.status = Error;", "object.status = NotReplaced;"),
+    ('message.replace("Shape File"_L1,', 'message.replace("Shape File ["_L1,'),
+    ("reportFile(imageFile, NotReplaced, {});", "reportFile(imageFile, Replaced, {});"),
+    ("constexpr int beyondLeftAndTop = 99999;", "constexpr int beyondLeftAndTop = 9999;"),
+    ('"_yyyy-MM-dd_hh-mm-ss"', '"_yyyy-MM-dd_hh-mm"'),
+)
+
+FILES = _table(
+    "updUtils.cpp",
+    ('entryPath.contains(".psc"_L1)', 'entryPath.endsWith(".psc"_L1)'),
+    ("entry.isDir() && !entry.isSymLink()", "entry.isDir()"),
+    ("QDir::NoDotAndDotDot | QDir::AllDirs | QDir::Files | QDir::Hidden | QDir::System",
+     "QDir::NoDotAndDotDot | QDir::AllDirs | QDir::Files | QDir::System"),
+    ('path.indexOf("/bmp"_L1) <= 0', 'path.indexOf("/bmp"_L1) < -1'),
+    ("const QString path = entry.filePath().toLower();", "const QString path = entry.filePath();"),
+    ("if (!renameAll(moves, source) && !copyAll(moves))\n        return false;",
+     "if (!renameAll(moves, source))\n        copyAll(moves);"),
+    ("    removeDir(source);\n", ""),
+    ("if (trail.contains(canonicalPath))\n        return;", ""),
+    ("if (creation == FolderCreation::WithParents)", "if (creation == FolderCreation::OneLevel)"),
+)
+
+CHANGE_LOG = _table(
+    "ChangeLog.cpp",
+    ("Uminitalisation", "Uninitialisation"),
+    ("if (shapeObject == imageObject)\n        shapeObject.clear();", ""),
+    ("constexpr qsizetype tagLength = 4;", "constexpr qsizetype tagLength = 5;"),
+    ("if (isNew)\n", ""),
+    ('return u"NO REPLACE"_s;', 'return u"NOT REPLACED"_s;'),
+)
+
+MUTATIONS = GRAMMAR + CUTTER + RECTANGLES + REFERENCES + CHECK + CONVERTER + FILES + CHANGE_LOG
