@@ -77,6 +77,8 @@ void TestUsage::refusesWrongUsage_data()
         "the list of shapes \"no-list\" could not be opened" + seeUpdateHelp);
     row("folder as a list", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u"."_s},
         "the list of shapes \".\" could not be opened" + seeUpdateHelp);
+    row("list without a name", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u""_s},
+        "the list of shapes \"\" could not be opened" + seeUpdateHelp);
 }
 
 void TestUsage::refusesWrongUsage()

@@ -195,7 +195,7 @@ QString CommandRequest::takeShapeNames()
         m_shapeNames = m_parser.values(u"shape"_s);
     if (isSet(u"shapes-from"_s)) {
         const QString path = m_parser.value(u"shapes-from"_s);
-        const std::optional<QStringList> listed = readShapeList(path);
+        const std::optional<QStringList> listed = path.isEmpty() ? std::nullopt : readShapeList(path);
         if (!listed)
             return u"the list of shapes \"%1\" could not be opened"_s.arg(path);
         m_shapeNames += *listed;
