@@ -1,6 +1,8 @@
 // Completing the backup of a project's image files.
 #include "Backup.h"
 
+#include "FileIo.h"
+
 #include <QDir>
 #include <QFile>
 
@@ -17,7 +19,7 @@ bool backUp(const QString &original, const QString &place)
     // What lies there is no copy of the original: a partial one, or that of an earlier run.
     QFile::remove(place);
     QDir().mkpath(QFileInfo(place).path());
-    return QFile::copy(original, place) && haveSameContent(original, place);
+    return copyFile(original, place) == 0 && haveSameContent(original, place);
 }
 
 } // namespace

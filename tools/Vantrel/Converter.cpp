@@ -17,6 +17,7 @@
 #include "updUtils.h"
 
 #include <QDateTime>
+#include <QFile>
 #include <QMutexLocker>
 
 #include <cerrno>
@@ -85,6 +86,13 @@ void appendLines(const FileLines &lines, const Converter::STBlock &range, TextBu
         out.append(lines.at(index));
         out.append('\n');
     }
+}
+
+/// What a link leads to is not the project's: a run makes a folder of its own in its place.
+void takeAwayLink(const QString &path)
+{
+    if (QFileInfo(path).isSymLink() && QFile::remove(path))
+        logError(u"Link %1 was taken away"_s.arg(path));
 }
 
 void writeLines(QIODevice &output, const QStringList &lines, const Converter::STBlock &range)
@@ -268,6 +276,7 @@ void Converter::convertProject()
     createLogFileName();
 
     enterConversion(found);
+    takeAwayLink(m_run->projectDir + "/scr_temp"_L1);
     reportHiddenFiles(found);
     if (convertImageFiles(found.files)) {
         backUpAndCopyBack();

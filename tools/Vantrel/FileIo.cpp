@@ -84,6 +84,16 @@ std::optional<FileContent> readFile(const QString &path)
     return content;
 }
 
+int copyFile(const QString &from, const QString &to)
+{
+    errno = 0;
+    const std::optional<FileContent> content = readFile(from);
+    if (!content)
+        return errno == 0 ? EIO : errno;
+    FileWriter file = FileWriter::creating(to, content->mode);
+    return file.isOpen() && file.write(content->bytes.constData(), content->bytes.size()) ? 0 : file.error();
+}
+
 FileWriter::FileWriter(const QString &path, int flags, unsigned mode)
     : m_path(QFile::encodeName(path))
     , m_descriptor(
@@ -113,10 +123,20 @@ FileWriter FileWriter::overwriting(const QString &path)
 FileWriter FileWriter::creating(const QString &path, unsigned mode)
 {
     FileWriter file(path, O_CREAT | O_EXCL, mode);
-    // The process's mask has taken some of them away.
-    if (file.isOpen())
-        fchmod(file.m_descriptor, mode);
+    if (file.isOpen() && !file.setMode(mode)) {
+        file.close();
+        ::unlink(file.m_path.constData());
+    }
     return file;
+}
+
+/// The process's mask may have taken some of the permissions away.
+bool FileWriter::setMode(unsigned mode)
+{
+    if (fchmod(m_descriptor, mode) == 0)
+        return true;
+    m_error = errno;
+    return false;
 }
 
 bool FileWriter::write(const char *bytes, qsizetype size)
@@ -149,6 +169,7 @@ bool FileWriter::close()
     m_descriptor = -1;
     if (result == 0)
         return true;
-    m_error = errno;
+    if (m_error == 0)
+        m_error = errno;
     return false;
 }

@@ -20,13 +20,17 @@ inline constexpr qint64 largestFile = (qint64{1} << 29) - 1;
 /// regular file (a pipe would be waited for, a device might never end), or is too large.
 std::optional<FileContent> readFile(const QString &path);
 
+/// Copies a file to where none lies, with its permissions. Returns 0, or an errno where the copy is
+/// not whole; there is none then.
+int copyFile(const QString &from, const QString &to);
+
 /// A file that is written in one go.
 class FileWriter final
 {
 public:
     /// Opens a new or emptied file.
     static FileWriter overwriting(const QString &path);
-    /// Opens a new file with these permissions; refuses to open one that is there.
+    /// Opens a new file with these permissions; fails where one is there.
     static FileWriter creating(const QString &path, unsigned mode);
     ~FileWriter();
 
@@ -45,6 +49,7 @@ public:
 private:
     FileWriter(const QString &path, int flags, unsigned mode);
     bool writeAll(const char *bytes, qsizetype size);
+    bool setMode(unsigned mode);
     bool close();
 
     QByteArray m_path;

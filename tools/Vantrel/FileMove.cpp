@@ -107,7 +107,8 @@ bool Renaming::rename(const QString &from, const QString &to)
 bool renameAll(const QList<FileMove> &moves, const QString &root)
 {
     Renaming renaming(root);
-    if (!moves.isEmpty() && !canBeRemoved(root))
+    // What a link leads to stays there.
+    if (QFileInfo(root).isSymLink() || (!moves.isEmpty() && !canBeRemoved(root)))
         return false;
     if (!std::all_of(moves.cbegin(), moves.cend(),
                      [&](const FileMove &move) { return renaming.isSafe(move); }))

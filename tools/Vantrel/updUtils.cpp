@@ -1,6 +1,7 @@
 // File-system operations of a conversion run.
 #include "updUtils.h"
 
+#include "FileIo.h"
 #include "FileMove.h"
 #include "FolderListing.h"
 #include "ImageFileSearch.h"
@@ -14,6 +15,7 @@
 #include <cstring>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -71,19 +73,20 @@ bool hasArrived(const FileMove &move)
 
 /// Why a file was not copied is told only where the disk is to blame: a file in its place and a
 /// missing folder follow from how a project is laid out.
-void logFailedCopy(const FileMove &move, const QString &reason)
-{
-    if (!QFileInfo::exists(move.to) && QFileInfo(QFileInfo(move.to).path()).isDir())
-        logError(u"Could not copy File %1 to %2: %3"_s.arg(move.from, move.to, reason));
-}
-
 bool copy(const FileMove &move)
 {
-    QFile source(move.from);
-    if (source.copy(move.to))
+    const int error = copyFile(move.from, move.to);
+    if (error == 0)
         return hasArrived(move);
-    logFailedCopy(move, source.errorString());
+    if (error != EEXIST && error != ENOENT && error != ENOTDIR)
+        logError(u"Could not copy File %1 to %2: %3"_s.arg(move.from, move.to, qt_error_string(error)));
     return false;
+}
+
+/// Whether a folder is missing for want of the disk, and not for how a project is laid out.
+bool isFailureOfDisk(int error)
+{
+    return error == ENOSPC || error == EDQUOT || error == EIO || error == EROFS;
 }
 
 /// Copies every file, also after one that could not be copied.
@@ -100,6 +103,7 @@ bool holdsNothingElse(const QString &folder, const QList<FileMove> &moves)
     for (const FileMove &move : moves)
         known.insert(move.from);
     const FoundImageFiles found = searchImageFiles(folder);
+    logFailures(found);
     return found.isWhole() &&
            std::all_of(found.files.cbegin(), found.files.cend(),
                        [&](const QFileInfo &file) { return known.contains(file.filePath()); });
@@ -141,6 +145,10 @@ bool removeEntries(const OpenFolder &folder)
 bool updUtils::removeDir(const QString &path)
 {
     const QByteArray folderPath = QFile::encodeName(path);
+    struct stat status = {};
+    // What a link leads to is not the project's.
+    if (lstat(folderPath.constData(), &status) == 0 && S_ISLNK(status.st_mode))
+        return unlink(folderPath.constData()) == 0;
     {
         const OpenFolder folder(folderPath);
         if (saysMissing(folder.error()))
@@ -153,10 +161,8 @@ bool updUtils::removeDir(const QString &path)
 
 void updUtils::removeDirOrLog(const QString &path)
 {
-    // Of a folder that is reached by a link, the link stays: that is no failure.
-    if (removeDir(path) || errno == ENOTDIR)
-        return;
-    logError(u"Could not remove Folder %1: %2"_s.arg(path, QString::fromLocal8Bit(std::strerror(errno))));
+    if (!removeDir(path))
+        logError(u"Could not remove Folder %1: %2"_s.arg(path, QString::fromLocal8Bit(std::strerror(errno))));
 }
 
 void updUtils::findImageFiles(const QString &path, QList<QFileInfo> &files)
@@ -202,7 +208,12 @@ bool updUtils::makeFolder(const QString &path, FolderCreation creation)
 {
     if (QDir(path).exists())
         return true;
-    return creation == FolderCreation::WithParents ? QDir().mkpath(path) : QDir().mkdir(path);
+    errno = 0;
+    if (creation == FolderCreation::WithParents ? QDir().mkpath(path) : QDir().mkdir(path))
+        return true;
+    if (isFailureOfDisk(errno))
+        logError(u"Could not make Folder %1: %2"_s.arg(path, qt_error_string(errno)));
+    return false;
 }
 
 void FolderMaker::make(const QString &path)

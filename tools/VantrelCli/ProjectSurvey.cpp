@@ -126,7 +126,12 @@ void Surveyor::lookAtFolders()
 void Surveyor::lookAtName(const QString &name)
 {
     const QFileInfo folder(m_projectDir + u'/' + name);
-    if (folder.isDir() || !(folder.exists() || folder.isSymLink()))
+    if (folder.isSymLink()) {
+        note(FindingKind::Link, folder.filePath(), u"a run would take this link away, and make a folder"_s,
+             u"move it away"_s);
+        return;
+    }
+    if (folder.isDir() || !folder.exists())
         return;
     note(FindingKind::NoFolder, folder.filePath(), u"it is no folder, so that a run could not make one"_s,
          u"move it away"_s);
