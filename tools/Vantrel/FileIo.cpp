@@ -2,6 +2,7 @@
 #include "FileIo.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <cerrno>
 #include <utility>
@@ -90,7 +91,7 @@ int copyFile(const QString &from, const QString &to)
     const std::optional<FileContent> content = readFile(from);
     if (!content)
         return errno == 0 ? EIO : errno;
-    FileWriter file = FileWriter::creating(to, content->mode);
+    FileWriter file = FileWriter::appearing(to, content->mode);
     return file.isOpen() && file.write(content->bytes.constData(), content->bytes.size()) ? 0 : file.error();
 }
 
@@ -106,6 +107,7 @@ FileWriter::FileWriter(FileWriter &&other) noexcept
     : m_path(std::move(other.m_path))
     , m_descriptor(std::exchange(other.m_descriptor, -1))
     , m_error(other.m_error)
+    , m_isThere(other.m_isThere)
 {
 }
 
@@ -130,6 +132,28 @@ FileWriter FileWriter::creating(const QString &path, unsigned mode)
     return file;
 }
 
+FileWriter FileWriter::appearing(const QString &path, unsigned mode)
+{
+    FileWriter file(QFileInfo(path).path(), O_TMPFILE, mode);
+    if (!file.isOpen() && (file.m_error == EOPNOTSUPP || file.m_error == EISDIR))
+        return creating(path, mode);
+    file.m_path = QFile::encodeName(path);
+    file.m_isThere = false;
+    if (file.isOpen() && !file.setMode(mode))
+        file.close();
+    return file;
+}
+
+/// Gives a file without a name its name.
+bool FileWriter::appear()
+{
+    const QByteArray nameless = "/proc/self/fd/" + QByteArray::number(m_descriptor);
+    m_isThere = linkat(AT_FDCWD, nameless.constData(), AT_FDCWD, m_path.constData(), AT_SYMLINK_FOLLOW) == 0;
+    if (!m_isThere)
+        m_error = errno;
+    return m_isThere;
+}
+
 /// The process's mask may have taken some of the permissions away.
 bool FileWriter::setMode(unsigned mode)
 {
@@ -141,10 +165,11 @@ bool FileWriter::setMode(unsigned mode)
 
 bool FileWriter::write(const char *bytes, qsizetype size)
 {
-    const bool isWritten = writeAll(bytes, size);
+    const bool isWritten = writeAll(bytes, size) && (m_isThere || appear());
     if (close() && isWritten)
         return true;
-    ::unlink(m_path.constData());
+    if (m_isThere)
+        ::unlink(m_path.constData());
     return false;
 }
 

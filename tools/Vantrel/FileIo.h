@@ -32,6 +32,9 @@ public:
     static FileWriter overwriting(const QString &path);
     /// Opens a new file with these permissions; fails where one is there.
     static FileWriter creating(const QString &path, unsigned mode);
+    /// The same, but the file is seen by others only when it is whole, where the file system can do
+    /// that; one that is there shows when the content is written.
+    static FileWriter appearing(const QString &path, unsigned mode);
     ~FileWriter();
 
     FileWriter(FileWriter &&other) noexcept;
@@ -50,9 +53,11 @@ private:
     FileWriter(const QString &path, int flags, unsigned mode);
     bool writeAll(const char *bytes, qsizetype size);
     bool setMode(unsigned mode);
+    bool appear();
     bool close();
 
     QByteArray m_path;
     int m_descriptor = -1;
     int m_error = 0;
+    bool m_isThere = true; ///< under its name
 };
