@@ -28,7 +28,8 @@ def small_disk(place: Site, options: str) -> Iterator[None]:
         place.before = place.tree()
         yield
     finally:
-        subprocess.run(["umount", str(place.project)], check=True)
+        # Lazily: what has just ended may not have let go of it yet.
+        subprocess.run(["umount", "--lazy", str(place.project)], check=True)
 
 
 def empty(root: object) -> None:
@@ -73,7 +74,7 @@ def disk_options(undisturbed: Undisturbed, setting: Setting, surroundings: Surro
     """From a disk that the plant fills to one with room for two copies of the screens."""
     with site(surroundings, setting.plant) as place:
         sizes = {path: len(entry.content) for path, entry in place.before.items() if entry.kind == "file"}
-        entries = len(place.before) - setting.hard_links
+        entries = len(place.before)  # each name of a file counts
     if setting.hard_links:
         sizes.pop("archive/units.psc")
     first = pages_of(list(sizes.values()))

@@ -28,7 +28,7 @@ ERRORS_OF_WRITING = ("EIO", "ENOSPC", "EDQUOT")
 # them is reported for every object that is concerned.
 LIBRARY_FILES = ("mac/pump.plb", "mac/vlo/valve.plb", "bmp/lamps/lamp.bmp")
 
-FOLDERS_OF_A_RUN = ("scr", "scr_temp", "scr_bak")
+FOLDERS_OF_A_RUN = ("scr", "scr_temp", "scr_bak", "scr_undone")
 
 
 @dataclass(frozen=True)

@@ -18,7 +18,7 @@ from intruders import STEPS_OF_A_RUN, STOP, run_interrupted
 from plants import long
 from programs import Failure, outcome_of, require_no_crash
 from tracing import Injection
-from trees import RUN_FILES, Tree, differences, lost_originals
+from trees import LOCK, RUN_FILES, Tree, differences, lost_originals
 
 REFUSED = 3
 STOP_SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
@@ -31,6 +31,8 @@ def check_second_run(surroundings: Surroundings, setting: Setting, undisturbed: 
 
         def start_second() -> None:
             standing = place.tree()
+            if LOCK not in standing:  # not begun yet, or over
+                return
             second = place.program.run(setting.arguments(place))
             if second.code != REFUSED:
                 complaints.append(f"the second run ended with exit code {second.code}")

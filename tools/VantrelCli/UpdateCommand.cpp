@@ -101,7 +101,8 @@ ExitCode UpdateCommand::changeProject()
 {
     const RunResult result = convert(m_options.projectDir, {});
     if (!hasBegun(result))
-        return endWith(ExitCode::Refused);
+        return endWith(m_stopSignals.received() == 0 ? ExitCode::Refused
+                                                     : stoppedBy(m_stopSignals.received()));
     CommandEnd end = describeEnd(result, {});
     end.changeLogPath = QFileInfo::exists(result.changeLogPath) ? result.changeLogPath : QString();
     if (!findLeftOverRun(m_options.projectDir).isEmpty()) {
