@@ -42,7 +42,8 @@ bool canBeRemoved(const QString &folder)
     std::error_code error;
     fs::recursive_directory_iterator entry(root, error);
     for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
-        if (entry->symlink_status(error).type() == fs::file_type::directory && !isWritable(entry->path()))
+        // The kind comes with the listing: no question for each file.
+        if (!entry->is_symlink(error) && entry->is_directory(error) && !isWritable(entry->path()))
             return false;
     }
     return !error;
