@@ -14,13 +14,6 @@ namespace {
 
 constexpr int errorStatus = 2;
 
-/// An object's name without the tag and the separator before it; a shorter one is kept whole.
-QString withoutTag(const QString &object)
-{
-    constexpr qsizetype tagLength = 4;
-    return object.size() < tagLength ? object : object.sliced(tagLength);
-}
-
 /// A path from the project's image folder on.
 ///     "/plants/north/scr/a/b.psc"  ->  "<proj>/scr/a/b.psc"
 QString withoutProjectDir(const QString &imageFile)
@@ -98,7 +91,7 @@ QString CGuiFunc::statusText(int status)
 
 void CGuiFunc::writeChangeLog(const Converter::STBlock &block, const QString &path)
 {
-    ::writeChangeLog(block, path);
+    changeLog.append(block, path);
 }
 
 void CGuiFunc::resizeColumns()

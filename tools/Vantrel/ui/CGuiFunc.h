@@ -1,6 +1,7 @@
 // The table of replaced shapes.
 #pragma once
 
+#include "ChangeLog.h"
 #include "Converter.h"
 #include "ui_Vantrel.h"
 
@@ -42,4 +43,5 @@ private:
 
     Ui_VantrelClass ui;
     QTimer timer; ///< runs while the columns were fitted a moment ago
+    ChangeLog changeLog;
 };
