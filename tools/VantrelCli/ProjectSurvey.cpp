@@ -13,7 +13,9 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <future>
 #include <system_error>
+#include <thread>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -55,6 +57,13 @@ public:
     ProjectSurvey survey();
 
 private:
+    /// What some of the image files have to tell.
+    struct Reading
+    {
+        QList<Finding> findings;
+        QSet<QString> shapeNames;
+    };
+
     void lookAtFolders();
     void lookAtPath();
     void lookAtName(const QString &name);
@@ -69,7 +78,9 @@ private:
     void lookAtEntry(const fs::directory_entry &entry);
     void lookAtOtherFile(const fs::directory_entry &entry, const QString &path);
     void readImageFiles();
-    void readImageFile(const QString &path);
+    Reading readImageFiles(qsizetype begin, qsizetype end) const;
+    void readImageFile(const QString &path, Reading &reading) const;
+    void add(const Reading &reading);
     static int firstInvalidLine(const FileLines &lines);
 
     void note(FindingKind kind, const QString &path, const QString &text, const QString &advice,
@@ -309,32 +320,60 @@ void Surveyor::lookAtOtherFile(const fs::directory_entry &entry, const QString &
 
 void Surveyor::readImageFiles()
 {
-    const auto count = static_cast<int>(m_survey.imageFiles.size());
-    for (int index = 0; index < count; ++index) {
-        const QString &path = m_survey.imageFiles.at(index);
-        if (m_listener != nullptr)
-            m_listener->onFile(count, index, path);
-        readImageFile(path);
+    const qsizetype count = m_survey.imageFiles.size();
+    if (m_listener != nullptr) {
+        add(readImageFiles(0, count));
+        return;
     }
+    // Nobody follows the survey from file to file, so that each processor may read a part.
+    const qsizetype parts = std::max(1U, std::thread::hardware_concurrency());
+    std::vector<std::future<Reading>> readings;
+    for (qsizetype part = 0; part < parts; ++part) {
+        readings.push_back(std::async(std::launch::async, [this, count, part, parts] {
+            return readImageFiles(count * part / parts, count * (part + 1) / parts);
+        }));
+    }
+    for (std::future<Reading> &reading : readings)
+        add(reading.get());
 }
 
-void Surveyor::readImageFile(const QString &path)
+void Surveyor::add(const Reading &reading)
+{
+    m_survey.findings += reading.findings;
+    m_survey.shapeNames += reading.shapeNames;
+}
+
+Surveyor::Reading Surveyor::readImageFiles(qsizetype begin, qsizetype end) const
+{
+    Reading reading;
+    for (qsizetype index = begin; index < end; ++index) {
+        const QString &path = m_survey.imageFiles.at(index);
+        if (m_listener != nullptr)
+            m_listener->onFile(static_cast<int>(m_survey.imageFiles.size()), static_cast<int>(index), path);
+        readImageFile(path, reading);
+    }
+    return reading;
+}
+
+void Surveyor::readImageFile(const QString &path, Reading &reading) const
 {
     const ImageFile screen = readImage(path);
     switch (screen.state) {
     case ImageFile::State::Unreadable:
-        note(FindingKind::ScreenUnreadable, path, screen.errorText, u"make it readable"_s);
+        reading.findings.append({FindingKind::ScreenUnreadable, relativeTo(m_projectDir, path),
+                                 screen.errorText, u"make it readable"_s});
         return;
     case ImageFile::State::Invalid:
-        note(FindingKind::ScreenInvalid, path, screen.errorText,
-             u"mend the line, or move the file out of \"scr\""_s, firstInvalidLine(screen.lines));
+        reading.findings.append({FindingKind::ScreenInvalid, relativeTo(m_projectDir, path), screen.errorText,
+                                 u"mend the line, or move the file out of \"scr\""_s,
+                                 firstInvalidLine(screen.lines)});
         return;
     case ImageFile::State::Whole:
         break;
     }
     for (const Converter::STBlock &object : screen.objects) {
         if (refersToShape(object))
-            m_survey.shapeNames.insert(object.shapeFile);
+            reading.shapeNames.insert(object.shapeFile);
     }
     if (m_listener != nullptr)
         m_listener->onScreen(screen);
