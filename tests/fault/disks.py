@@ -39,7 +39,7 @@ def empty(root: object) -> None:
 def require_reason(outcome: Outcome, reason: str) -> None:
     was_foreseen = any(finding["check"] == "no-room" for finding in outcome.of_kind("finding"))
     if outcome.code != 0 and not was_foreseen and reason not in outcome.told():
-        raise Failure(f"exit code {outcome.code} without the reason \"{reason}\"")
+        raise Failure(f"exit code {outcome.code} without the reason \"{reason}\": {outcome.told()[-600:]}")
 
 
 def check_disk(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed, options: str) -> None:

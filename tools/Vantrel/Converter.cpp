@@ -403,6 +403,8 @@ void Converter::writeConverted(ImageFile &image, const QString &tempFile)
     FileWriter file = FileWriter::overwriting(tempFile);
     if (!file.isOpen()) {
         reportTempFileError(image.path, u"Could not open Temp File %1"_s.arg(tempFile), 0);
+        if (isFailureOfDisk(file.error()))
+            logError(u"%1: %2"_s.arg(tempFile, qt_error_string(file.error())));
         return;
     }
     m_run->output.clear();

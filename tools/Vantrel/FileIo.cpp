@@ -71,6 +71,11 @@ bool readToEnd(int file, qint64 expectedSize, QByteArray &bytes)
 
 } // namespace
 
+bool isFailureOfDisk(int error)
+{
+    return error == ENOSPC || error == EDQUOT || error == EIO || error == EROFS;
+}
+
 std::optional<FileContent> readFile(const QString &path)
 {
     const QByteArray name = QFile::encodeName(path);

@@ -6,6 +6,9 @@
 
 #include <optional>
 
+/// Whether the disk is to blame for an errno, and not how a project is laid out.
+bool isFailureOfDisk(int error);
+
 /// A file's bytes and permissions.
 struct FileContent
 {

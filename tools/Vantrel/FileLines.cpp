@@ -2,6 +2,7 @@
 #include "FileLines.h"
 
 #include <cstring>
+#include <utility>
 
 namespace {
 
@@ -16,13 +17,13 @@ QLatin1StringView trimmed(const char *begin, const char *end)
         ++begin;
     while (begin < end && isBlank(end[-1]))
         --end;
-    return QLatin1StringView(begin, end - begin);
+    return {begin, end};
 }
 
 } // namespace
 
-FileLines::FileLines(const QByteArray &bytes)
-    : m_bytes(bytes)
+FileLines::FileLines(QByteArray bytes)
+    : m_bytes(std::move(bytes))
 {
     const char *const file = m_bytes.constData();
     const char *const end = file + std::min<qsizetype>(m_bytes.size(), largestFile);

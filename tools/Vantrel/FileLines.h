@@ -18,14 +18,15 @@ class FileLines final
 public:
     FileLines() = default;
     /// Cuts at most `largestFile` bytes.
-    explicit FileLines(const QByteArray &bytes);
+    explicit FileLines(QByteArray bytes);
 
     qsizetype size() const { return static_cast<qsizetype>(m_lines.size()); }
     bool isEmpty() const { return m_lines.empty(); }
     QLatin1StringView at(qsizetype index) const
     {
         const Line &line = m_lines[static_cast<std::size_t>(index)];
-        return QLatin1StringView(m_bytes.constData() + line.begin, line.size);
+        const char *const begin = m_bytes.constData() + line.begin;
+        return {begin, begin + line.size};
     }
     RecordGrammar::LineKind kindAt(qsizetype index) const
     {

@@ -116,16 +116,17 @@ qsizetype countOf(char character, View view)
 {
     // A count within a block fits into a byte, so that the compiler counts many at once.
     constexpr qsizetype blockSize = 32;
+    const auto wanted = CharOf<View>(character);
     const auto *text = charsOf(view);
     const auto *const end = text + view.size();
     qsizetype count = 0;
     for (; end - text >= blockSize; text += blockSize) {
         quint8 inBlock = 0;
         for (qsizetype index = 0; index < blockSize; ++index)
-            inBlock = static_cast<quint8>(inBlock + (text[index] == character ? 1 : 0));
+            inBlock = static_cast<quint8>(inBlock + (text[index] == wanted ? 1 : 0));
         count += inBlock;
     }
-    return count + std::count(text, end, CharOf<View>(character));
+    return count + std::count(text, end, wanted);
 }
 
 /// How many fields a line has, its tag included: "ID;1;" has 3, an empty line has 1.

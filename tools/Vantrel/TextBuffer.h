@@ -36,13 +36,15 @@ public:
     template <RecordView View>
     void append(View text)
     {
+        if (text.size() <= 0)
+            return;
         const auto *const chars = charsOf(text);
         reserve(text.size());
         if constexpr (std::same_as<CharOf<View>, Char>) {
             // Separators come one by one.
             if (text.size() == 1)
                 *m_end = *chars;
-            else if (text.size() > 0)
+            else
                 std::memcpy(m_end, chars, static_cast<std::size_t>(text.size()) * sizeof(Char));
         } else {
             std::transform(chars, chars + text.size(), m_end, converted<CharOf<View>>);
@@ -75,7 +77,7 @@ private:
 
     void reserve(qsizetype count)
     {
-        if (m_limit - m_end < count)
+        if (m_end == nullptr || m_limit - m_end < count)
             grow(count);
     }
 

@@ -83,12 +83,6 @@ bool copy(const FileMove &move)
     return false;
 }
 
-/// Whether a folder is missing for want of the disk, and not for how a project is laid out.
-bool isFailureOfDisk(int error)
-{
-    return error == ENOSPC || error == EDQUOT || error == EIO || error == EROFS;
-}
-
 /// Copies every file, also after one that could not be copied.
 bool copyAll(const QList<FileMove> &moves)
 {
