@@ -49,8 +49,9 @@ void pressAgain(const QMouseEvent &press)
     if (window == nullptr)
         return;
     const QPointF local = window->mapFromGlobal(place);
-    QCoreApplication::postEvent(window, new QMouseEvent(press.type(), local, local, place, press.button(),
-                                                        press.buttons(), press.modifiers()));
+    // Not by a posted event: the release may be the next that is waiting.
+    QMouseEvent again(press.type(), local, local, place, press.button(), press.buttons(), press.modifiers());
+    QCoreApplication::sendEvent(window, &again);
 }
 
 } // namespace
