@@ -832,6 +832,19 @@ void TestUpdate::showsProgressAtATerminal()
     COMPARE_EXIT_CODE(result, Done);
 }
 
+/// What is still to be read when lines that begin anew have erased what stood before them.
+QByteArray leftAtATerminal(const QByteArray &shown)
+{
+    static const QByteArray erasing = "\r\x1b[K"_ba;
+    QByteArrayList lines = shown.split('\n');
+    for (QByteArray &line : lines) {
+        if (const qsizetype erased = line.lastIndexOf(erasing); erased >= 0)
+            line.remove(0, erased + erasing.size());
+        line.replace('\r', QByteArray()); // the terminal's own, before a line's end
+    }
+    return lines.join('\n');
+}
+
 void TestUpdate::clearsTheProgressForALogLine()
 {
     const TestProject project;
@@ -845,11 +858,9 @@ void TestUpdate::clearsTheProgressForALogLine()
     terminal.closeWriteEnd();
     const QByteArray shown = terminal.readToEnd();
     COMPARE_EXIT_CODE(run.finish(), DoneWithErrors);
-    QCOMPARE(withPlaceholders(shown, project.dir()),
-             QByteArray("\r\x1b[K[........................] 0/2 <project>/scr/0.psc"
-                        "\r\x1b[Kerror: Could not open Shape File gone.plb\n"
-                        "\r\x1b[K[############............] 1/2 <project>/scr/a.psc"
-                        "\r\x1b[K"));
+    QVERIFY2(shown.contains("] 0/2 "), shown);
+    QVERIFY2(shown.contains("\r\x1b[Kerror: "), shown);
+    QCOMPARE(leftAtATerminal(shown), "error: Could not open Shape File gone.plb\n"_ba);
 }
 
 void TestUpdate::showsNoProgressWhenQuiet()

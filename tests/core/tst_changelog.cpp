@@ -1,4 +1,5 @@
 // The report record and the change log.
+#include "ChangeLog.h"
 #include "Converter.h"
 #include "Recorders.h"
 #include "TestProject.h"
@@ -31,6 +32,9 @@ private Q_SLOTS:
     void namesTheStatus_data();
     void namesTheStatus();
     void writesTheHeaderOnceAndThenRows();
+    void writesTheRowsThatWereKeptInOneGo();
+    void writesNothingWhereNoRowWasKept();
+    void goesOnAtItsPathWhenTheLogWasMoved();
     void appendsToALogThatIsThereWithoutAHeader();
     void writesRows_data();
     void writesRows();
@@ -75,6 +79,46 @@ void TestChangeLog::writesTheHeaderOnceAndThenRows()
     QCOMPARE(project.read(u"log/run.csv"_s),
              QByteArray(header) + "REPLACE;/p/scr/a.psc;pump.plb;old;new;p101;\n"
                                   "ERROR;/p/scr/a.psc;pump.plb;old;new;p101;Could not open Shape File\n");
+}
+
+void TestChangeLog::writesTheRowsThatWereKeptInOneGo()
+{
+    const TestProject project;
+    ChangeLog log;
+    Converter::STBlock block = replacedBlock();
+    log.add(block);
+    block.initText = u"p102"_s;
+    log.add(block);
+    QVERIFY(!project.exists(u"run.csv"_s));
+    log.write(project.path(u"run.csv"_s));
+    const QByteArray both = QByteArray(header) + "REPLACE;/p/scr/a.psc;pump.plb;old;new;p101;\n"
+                                                 "REPLACE;/p/scr/a.psc;pump.plb;old;new;p102;\n";
+    QCOMPARE(project.read(u"run.csv"_s), both);
+
+    block.initText = u"p103"_s;
+    log.append(block, project.path(u"run.csv"_s));
+    QCOMPARE(project.read(u"run.csv"_s), both + "REPLACE;/p/scr/a.psc;pump.plb;old;new;p103;\n");
+}
+
+void TestChangeLog::writesNothingWhereNoRowWasKept()
+{
+    const TestProject project;
+    ChangeLog log;
+    log.write(project.path(u"run.csv"_s));
+    QVERIFY(!project.exists(u"run.csv"_s));
+}
+
+void TestChangeLog::goesOnAtItsPathWhenTheLogWasMoved()
+{
+    const TestProject project;
+    const QString path = project.path(u"run.csv"_s);
+    const QByteArray oneRow = QByteArray(header) + "REPLACE;/p/scr/a.psc;pump.plb;old;new;p101;\n";
+    ChangeLog log;
+    log.append(replacedBlock(), path);
+    QVERIFY(QFile::rename(path, project.path(u"kept.csv"_s)));
+    log.append(replacedBlock(), path);
+    QCOMPARE(project.read(u"kept.csv"_s), oneRow);
+    QCOMPARE(project.read(u"run.csv"_s), oneRow);
 }
 
 void TestChangeLog::appendsToALogThatIsThereWithoutAHeader()

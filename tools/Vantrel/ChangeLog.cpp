@@ -54,7 +54,19 @@ ChangeLog::~ChangeLog()
 
 void ChangeLog::append(const Converter::STBlock &block, const QString &path)
 {
-    m_text.clear();
+    add(block);
+    write(path);
+}
+
+void ChangeLog::add(const Converter::STBlock &block)
+{
+    appendRow(block, m_rows);
+}
+
+void ChangeLog::write(const QString &path)
+{
+    if (m_rows.size() == 0)
+        return;
     if (const QByteArray encoded = QFile::encodeName(path); m_path != encoded) {
         close();
         m_path = encoded;
@@ -62,16 +74,22 @@ void ChangeLog::append(const Converter::STBlock &block, const QString &path)
     struct stat status = {};
     const bool exists = ::stat(m_path.constData(), &status) == 0;
     if (m_descriptor < 0 || !exists || status.st_dev != m_device || status.st_ino != m_inode)
-        open(!exists);
-    if (m_descriptor < 0)
-        return;
-    appendRow(block, m_text);
-    // Like the failure to open the log, that of writing it is passed over.
-    [[maybe_unused]] const ssize_t written =
-        ::write(m_descriptor, m_text.data(), static_cast<std::size_t>(m_text.size()));
+        open();
+    if (!exists)
+        writeText(header.data(), header.size());
+    writeText(m_rows.data(), m_rows.size());
+    m_rows.clear();
 }
 
-void ChangeLog::open(bool isNew)
+/// Like the failure to open the log, that of writing it is passed over.
+void ChangeLog::writeText(const char *text, qsizetype size) const
+{
+    if (m_descriptor >= 0) {
+        [[maybe_unused]] const ssize_t written = ::write(m_descriptor, text, static_cast<std::size_t>(size));
+    }
+}
+
+void ChangeLog::open()
 {
     constexpr mode_t permissions = 0666;
     close();
@@ -81,8 +99,6 @@ void ChangeLog::open(bool isNew)
         return;
     m_device = status.st_dev;
     m_inode = status.st_ino;
-    if (isNew)
-        m_text.append(header);
 }
 
 void ChangeLog::close()

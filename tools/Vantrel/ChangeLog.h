@@ -21,15 +21,21 @@ public:
 
     void append(const Converter::STBlock &block, const QString &path);
 
+    /// Keeps the row of a report for the next write().
+    void add(const Converter::STBlock &block);
+    /// Appends the rows that were kept to the log at `path`.
+    void write(const QString &path);
+
 private:
-    void open(bool isNew);
+    void open();
+    void writeText(const char *text, qsizetype size) const;
     void close();
 
     QByteArray m_path;
     int m_descriptor = -1;
     dev_t m_device = 0;
     ino_t m_inode = 0;
-    TextBuffer<char> m_text; ///< what is to be written next
+    TextBuffer<char> m_rows; ///< to be written next
 };
 
 /// An object's name without the four characters of its tag; a shorter one is kept whole.

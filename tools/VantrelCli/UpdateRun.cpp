@@ -8,17 +8,25 @@ using namespace Qt::StringLiterals;
 UpdateRun::UpdateRun(const RunSettings &settings, Presenter &presenter)
     : m_settings(settings)
     , m_presenter(presenter)
+    , m_inbox([this](std::span<const RunNews> news) { receive(news); })
 {
     m_converter.setProjectDir(settings.projectDir);
     m_converter.setFilterNames(settings.shapeNames);
     m_converter.setMakeFolders(settings.makeFolders);
 
-    connect(&m_converter, &Converter::sigProgressChanged, this, &UpdateRun::onProgressChanged,
-            Qt::QueuedConnection);
-    connect(&m_converter, &Converter::sigConvertInfo, this, &UpdateRun::onConvertInfo, Qt::QueuedConnection);
+    // On the run's thread: the inbox takes them to this one.
     connect(
-        &m_converter, &Converter::sigUpdFileName, this,
-        [this](const QString &name) { m_presenter.showFile(shown(name)); }, Qt::QueuedConnection);
+        &m_converter, &Converter::sigProgressChanged, &m_inbox,
+        [this](int count, int index) {
+            m_inbox.add(RunProgress{count, index});
+        },
+        Qt::DirectConnection);
+    connect(
+        &m_converter, &Converter::sigUpdFileName, &m_inbox,
+        [this](const QString &path) { m_inbox.add(FileBegun{path}); }, Qt::DirectConnection);
+    connect(
+        &m_converter, &Converter::sigConvertInfo, &m_inbox,
+        [this](const Converter::STBlock &report) { m_inbox.add(report); }, Qt::DirectConnection);
     Qel::Logger::registerLogListener(this);
 }
 
@@ -36,6 +44,7 @@ RunResult UpdateRun::execute()
     m_converter.announceStart();
     QMetaObject::invokeMethod(&m_converter, &Converter::onStartConvert, Qt::QueuedConnection);
     untilEnd.exec();
+    m_inbox.handOver();
     m_result.changeLogPath = m_converter.logFileName();
     return m_result;
 }
@@ -45,21 +54,37 @@ void UpdateRun::stop()
     m_converter.cancel();
 }
 
-void UpdateRun::onProgressChanged(int count, int index)
+void UpdateRun::receive(std::span<const RunNews> news)
 {
-    m_result.fileCount = count;
-    m_result.isCompleted = index == count;
-    m_presenter.showProgress(count, index);
+    if (m_settings.scratchRoot.isEmpty()) {
+        for (const RunNews &item : news) {
+            if (const auto *const report = std::get_if<Converter::STBlock>(&item))
+                m_changeLog.add(*report);
+        }
+        m_changeLog.write(m_converter.logFileName());
+    }
+    for (const RunNews &item : news)
+        std::visit([this](const auto &told) { show(told); }, item);
 }
 
-void UpdateRun::onConvertInfo(Converter::STBlock block)
+void UpdateRun::show(const RunProgress &progress)
 {
-    if (m_settings.scratchRoot.isEmpty())
-        m_changeLog.append(block, m_converter.logFileName());
-    block.imageFile = shown(block.imageFile);
-    block.error = shown(block.error);
-    m_presenter.showReport(block);
-    count(block);
+    m_result.fileCount = progress.count;
+    m_result.isCompleted = progress.index == progress.count;
+    m_presenter.showProgress(progress.count, progress.index);
+}
+
+void UpdateRun::show(const FileBegun &file)
+{
+    m_presenter.showFile(shown(file.path));
+}
+
+void UpdateRun::show(Converter::STBlock report)
+{
+    report.imageFile = shown(report.imageFile);
+    report.error = shown(report.error);
+    m_presenter.showReport(report);
+    count(report);
 }
 
 void UpdateRun::count(const Converter::STBlock &block)
@@ -85,6 +110,7 @@ void UpdateRun::handleMessage(QString level, QString time, QString message)
 {
     if (level == "alert"_L1)
         m_result.isCopiedBack = false;
+    m_inbox.handOver(); // what was told before
     m_presenter.showLogEntry({level, time, shown(message)});
 }
 

@@ -5,6 +5,7 @@
 #include "Converter.h"
 #include "Logger.h"
 #include "Presenter.h"
+#include "RunInbox.h"
 
 #include <QObject>
 #include <QSet>
@@ -48,14 +49,17 @@ public:
     void stop();
 
 private:
-    void onProgressChanged(int count, int index);
-    void onConvertInfo(Converter::STBlock block);
+    void receive(std::span<const RunNews> news);
+    void show(const RunProgress &progress);
+    void show(const FileBegun &file);
+    void show(Converter::STBlock report);
     void count(const Converter::STBlock &block);
     void handleMessage(QString level, QString time, QString message) override;
     QString shown(QString text) const;
 
     RunSettings m_settings;
     Presenter &m_presenter;
+    RunInbox m_inbox;
     Converter m_converter;
     ChangeLog m_changeLog;
     RunResult m_result;

@@ -1,0 +1,51 @@
+// What a run tells, on its way from the run's thread.
+#pragma once
+
+#include "Converter.h"
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <functional>
+#include <mutex>
+#include <span>
+#include <variant>
+#include <vector>
+
+struct RunProgress
+{
+    int count = 0;
+    int index = 0;
+};
+
+struct FileBegun
+{
+    QString path;
+};
+
+using RunNews = std::variant<RunProgress, FileBegun, Converter::STBlock>;
+
+/// Takes news from a run's thread and hands them over on its own, in their order and all that wait
+/// at once: an event for each report takes the run longer than what it reports.
+class RunInbox final : public QObject
+{
+public:
+    using Receiver = std::function<void(std::span<const RunNews>)>;
+
+    explicit RunInbox(Receiver receiver);
+
+    /// Called on the run's thread.
+    void add(RunNews news);
+    /// Hands over what waits, without the pause that otherwise lets news gather.
+    void handOver();
+
+private:
+    QTimer m_pause;
+    Receiver m_receiver;
+    std::mutex m_mutex;
+    std::vector<RunNews> m_waiting;
+    /// Handed over already. The run's thread destroys them, since it made them: memory that another
+    /// thread frees makes the two wait for each other.
+    std::vector<RunNews> m_spent;
+};
