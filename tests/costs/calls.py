@@ -26,9 +26,9 @@ SHAPE = "ID;1;Rect;Part\nLIB;pump.plb;1;Lib/Pump;Lib/Pump\nPSDV;1;2;30;40;2;1;15
 LIMITS = {
     # The survey and the conversion each open it once, and the converted screen is opened once.
     "openat": 3,
-    # Once before it is read, by the survey and by the conversion; source and target of each of the
-    # two renames.
-    "newfstatat": 6,
+    # Once before it is read, by the survey and by the conversion, and once before each of the two
+    # renames.
+    "newfstatat": 4,
     # The survey adds up the sizes.
     "statx": 1,
     # A read sees the end of a file where it comes short of what it asked for.

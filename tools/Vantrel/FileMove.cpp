@@ -1,15 +1,20 @@
 // Moving files by renaming them.
 #include "FileMove.h"
 
+#include "FolderListing.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <QSet>
+#include <QStringView>
 
 #include <algorithm>
+#include <climits>
 #include <cstdio>
 #include <filesystem>
-#include <optional>
 #include <system_error>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -17,16 +22,9 @@
 
 namespace {
 
-/// What decides for all files of one folder.
-struct Folders
+bool isAllowed(int folder, const char *path, int access)
 {
-    bool isBelowRoot = false;          ///< the source, without links on the way
-    std::optional<dev_t> targetDevice; ///< nothing where the target's folder is missing
-};
-
-bool isAllowed(const char *path, int access)
-{
-    return faccessat(AT_FDCWD, path, access, AT_EACCESS) == 0;
+    return faccessat(folder, path, access, AT_EACCESS) == 0;
 }
 
 /// Whether nothing below a folder, nor the folder itself, would resist being removed. Copying and
@@ -35,7 +33,9 @@ bool canBeRemoved(const QString &folder)
 {
     namespace fs = std::filesystem;
     const fs::path root(QFile::encodeName(folder).toStdString());
-    const auto isWritable = [](const fs::path &path) { return isAllowed(path.c_str(), R_OK | W_OK | X_OK); };
+    const auto isWritable = [](const fs::path &path) {
+        return isAllowed(AT_FDCWD, path.c_str(), R_OK | W_OK | X_OK);
+    };
     if (!isWritable(root.parent_path()) || !isWritable(root))
         return false;
 
@@ -49,78 +49,120 @@ bool canBeRemoved(const QString &folder)
     return !error;
 }
 
-class Renaming final
+struct Names
 {
-public:
-    explicit Renaming(const QString &root)
-        : m_root(root)
-        , m_canonicalRoot(QFileInfo(root).canonicalFilePath())
-    {
-    }
-
-    bool isSafe(const FileMove &move);
-    static bool rename(const QString &from, const QString &to);
-
-private:
-    Folders look(const FileMove &move) const;
-
-    QString m_root;
-    QString m_canonicalRoot;
-    QHash<QString, Folders> m_folders;
+    QByteArray from;
+    QByteArray to;
 };
 
-Folders Renaming::look(const FileMove &move) const
+/// The files that go from one folder to another. Both are opened for them: a path of many folders
+/// takes the system longer to follow than a file to rename.
+struct FolderMove
 {
-    const QString folder = QFileInfo(move.from).path();
-    const QString placeBelowRoot = folder.sliced(m_root.size());
-    Folders folders;
-    folders.isBelowRoot = QFileInfo(folder).canonicalFilePath() == m_canonicalRoot + placeBelowRoot;
-    struct stat target = {};
-    if (stat(QFile::encodeName(QFileInfo(move.to).path()).constData(), &target) == 0 &&
-        S_ISDIR(target.st_mode))
-        folders.targetDevice = target.st_dev;
+    QString from;
+    QString to;
+    QList<Names> files;
+};
+
+QList<FolderMove> byFolder(const QList<FileMove> &moves)
+{
+    QList<FolderMove> folders;
+    QHash<std::pair<QStringView, QStringView>, qsizetype> places;
+    for (const FileMove &move : moves) {
+        const qsizetype fromEnd = move.from.lastIndexOf(u'/');
+        const qsizetype toEnd = move.to.lastIndexOf(u'/');
+        const std::pair folder{QStringView(move.from).first(fromEnd), QStringView(move.to).first(toEnd)};
+        auto place = places.constFind(folder);
+        if (place == places.constEnd()) {
+            place = places.insert(folder, folders.size());
+            folders.append({folder.first.toString(), folder.second.toString(), {}});
+        }
+        folders[*place].files.append(
+            {QFile::encodeName(move.from.sliced(fromEnd + 1)), QFile::encodeName(move.to.sliced(toEnd + 1))});
+    }
     return folders;
 }
 
-bool Renaming::isSafe(const FileMove &move)
+/// Whether a file can still be reached by its path, which renaming in an open folder does not need.
+bool isShortEnough(const QByteArray &folder, const QByteArray &name)
 {
-    const QString folder = QFileInfo(move.from).path();
-    auto folders = m_folders.constFind(folder);
-    if (folders == m_folders.constEnd())
-        folders = m_folders.insert(folder, look(move));
-
-    const QByteArray from = QFile::encodeName(move.from);
-    struct stat file = {};
-    struct stat target = {};
-    return folders->isBelowRoot && lstat(from.constData(), &file) == 0 && S_ISREG(file.st_mode) &&
-           file.st_nlink == 1 && folders->targetDevice == file.st_dev && isAllowed(from.constData(), R_OK) &&
-           lstat(QFile::encodeName(move.to).constData(), &target) != 0;
+    return folder.size() + 1 + name.size() < PATH_MAX;
 }
 
-bool Renaming::rename(const QString &from, const QString &to)
+bool canBeRenamed(const FolderMove &move)
 {
-    return renameat2(AT_FDCWD, QFile::encodeName(from).constData(), AT_FDCWD,
-                     QFile::encodeName(to).constData(), RENAME_NOREPLACE) == 0;
+    const QByteArray targetPath = QFile::encodeName(move.to);
+    const OpenFolder source(QFile::encodeName(move.from));
+    const OpenFolder target(targetPath);
+    struct stat targetStatus = {};
+    if (!source.isOpen() || !target.isOpen() || fstat(target.descriptor(), &targetStatus) != 0)
+        return false;
+    const FolderListing present = target.list();
+    QSet<QByteArray> names;
+    for (const FolderEntry &entry : present.entries)
+        names.insert(entry.name);
+
+    const auto canFile = [&](const Names &file) {
+        struct stat status = {};
+        return fstatat(source.descriptor(), file.from.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+               S_ISREG(status.st_mode) && status.st_nlink == 1 && status.st_dev == targetStatus.st_dev &&
+               isAllowed(source.descriptor(), file.from.constData(), R_OK) && !names.contains(file.to) &&
+               isShortEnough(targetPath, file.to);
+    };
+    return present.error == 0 && std::all_of(move.files.cbegin(), move.files.cend(), canFile);
+}
+
+bool rename(const OpenFolder &from, const QByteArray &name, const OpenFolder &to, const QByteArray &newName)
+{
+    return renameat2(from.descriptor(), name.constData(), to.descriptor(), newName.constData(),
+                     RENAME_NOREPLACE) == 0;
+}
+
+/// Renames the files in their order up to the first that cannot be renamed, and returns their number.
+qsizetype renameFiles(const FolderMove &move)
+{
+    const OpenFolder source(QFile::encodeName(move.from));
+    const OpenFolder target(QFile::encodeName(move.to));
+    const auto failed = std::find_if_not(move.files.cbegin(), move.files.cend(), [&](const Names &file) {
+        return rename(source, file.from, target, file.to);
+    });
+    return failed - move.files.cbegin();
+}
+
+/// Renames the first files back, each that can be.
+void renameBack(const FolderMove &move, qsizetype count)
+{
+    const OpenFolder source(QFile::encodeName(move.from));
+    const OpenFolder target(QFile::encodeName(move.to));
+    std::for_each(move.files.cbegin(), move.files.cbegin() + count,
+                  [&](const Names &file) { rename(target, file.to, source, file.from); });
 }
 
 } // namespace
 
 bool renameAll(const QList<FileMove> &moves, const QString &root)
 {
-    Renaming renaming(root);
     // What a link leads to stays there.
     if (QFileInfo(root).isSymLink() || (!moves.isEmpty() && !canBeRemoved(root)))
         return false;
-    if (!std::all_of(moves.cbegin(), moves.cend(),
-                     [&](const FileMove &move) { return renaming.isSafe(move); }))
+    const QString canonicalRoot = QFileInfo(root).canonicalFilePath();
+    const auto isReachedWithoutLinks = [&](const QString &folder) {
+        return QFileInfo(folder).canonicalFilePath() == canonicalRoot + folder.sliced(root.size());
+    };
+    const QList<FolderMove> folders = byFolder(moves);
+    if (!std::all_of(folders.cbegin(), folders.cend(), [&](const FolderMove &folder) {
+            return isReachedWithoutLinks(folder.from) && canBeRenamed(folder);
+        }))
         return false;
 
-    const auto firstFailed = std::find_if_not(moves.cbegin(), moves.cend(), [](const FileMove &move) {
-        return Renaming::rename(move.from, move.to);
-    });
-    if (firstFailed == moves.cend())
-        return true;
-    std::for_each(moves.cbegin(), firstFailed,
-                  [](const FileMove &move) { Renaming::rename(move.to, move.from); });
-    return false;
+    for (auto folder = folders.cbegin(); folder != folders.cend(); ++folder) {
+        const qsizetype count = renameFiles(*folder);
+        if (count == folder->files.size())
+            continue;
+        renameBack(*folder, count);
+        std::for_each(folders.cbegin(), folder,
+                      [](const FolderMove &done) { renameBack(done, done.files.size()); });
+        return false;
+    }
+    return true;
 }
