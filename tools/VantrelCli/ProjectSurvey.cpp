@@ -62,6 +62,7 @@ private:
     {
         QList<Finding> findings;
         QSet<QString> shapeNames;
+        qint64 bytes = 0;
     };
 
     void lookAtFolders();
@@ -73,14 +74,14 @@ private:
     void lookAtImageFile(const QFileInfo &imageFile);
     void lookAtTargetFolder(const QFileInfo &imageFile);
     void lookAtBackupFolder(const QFileInfo &imageFile);
-    void lookForRoom();
+    void lookForRoom(qint64 imageBytes);
     void lookForLosses();
     void lookAtEntry(const fs::directory_entry &entry);
     void lookAtOtherFile(const fs::directory_entry &entry, const QString &path);
-    void readImageFiles();
+    bool isKnownScreen(const fs::directory_entry &entry) const;
+    Reading readImageFiles() const;
     Reading readImageFiles(qsizetype begin, qsizetype end) const;
     void readImageFile(const QString &path, Reading &reading) const;
-    void add(const Reading &reading);
     static int firstInvalidLine(const FileLines &lines);
 
     void note(FindingKind kind, const QString &path, const QString &text, const QString &advice,
@@ -90,11 +91,10 @@ private:
     QString m_imageFolder;
     bool m_makesFolders;
     SurveyListener *m_listener;
-    QSet<QString> m_knownFiles;
+    QSet<QByteArray> m_knownFiles; ///< as the file system names them
     QSet<QString> m_madeFolders;
     QSet<QString> m_foldersWithScreens;
     QSet<QString> m_foldersToRename;
-    qint64 m_imageBytes = 0;
     ProjectSurvey m_survey;
 };
 
@@ -102,9 +102,11 @@ ProjectSurvey Surveyor::survey()
 {
     lookAtFolders();
     listImageFiles();
-    lookForRoom();
+    const Reading reading = readImageFiles();
+    lookForRoom(reading.bytes);
     lookForLosses();
-    readImageFiles();
+    m_survey.findings += reading.findings;
+    m_survey.shapeNames = reading.shapeNames;
     return m_survey;
 }
 
@@ -203,8 +205,7 @@ void Surveyor::lookAtImageFile(const QFileInfo &imageFile)
 {
     const QString path = imageFile.filePath();
     m_survey.imageFiles.append(path);
-    m_knownFiles.insert(path);
-    m_imageBytes += imageFile.size();
+    m_knownFiles.insert(QFile::encodeName(path));
     lookAtTargetFolder(imageFile);
     lookAtBackupFolder(imageFile);
     if (!path.endsWith(".psc"_L1)) {
@@ -250,10 +251,10 @@ void Surveyor::lookAtBackupFolder(const QFileInfo &imageFile)
 
 /// At its peak a run holds the image files twice more: converted, and as a backup in place of
 /// the last one.
-void Surveyor::lookForRoom()
+void Surveyor::lookForRoom(qint64 imageBytes)
 {
     const QStorageInfo disk(m_projectDir);
-    const qint64 needed = 2 * m_imageBytes;
+    const qint64 needed = 2 * imageBytes;
     if (!disk.isValid() || disk.bytesAvailable() >= needed)
         return;
     note(FindingKind::NoRoom, m_projectDir,
@@ -268,8 +269,10 @@ void Surveyor::lookForLosses()
     std::error_code error;
     const auto options = fs::directory_options::none;
     fs::recursive_directory_iterator entry(QFile::encodeName(m_imageFolder).toStdString(), options, error);
-    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error))
-        entries.push_back(*entry);
+    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+        if (!isKnownScreen(*entry))
+            entries.push_back(*entry);
+    }
     // The system lists a folder in an order of its own.
     std::sort(entries.begin(), entries.end());
     for (const fs::directory_entry &found : entries)
@@ -279,6 +282,13 @@ void Surveyor::lookForLosses()
              u"it could not be read whole: %1"_s.arg(QString::fromStdString(error.message())),
              u"make every folder in it readable"_s);
     }
+}
+
+bool Surveyor::isKnownScreen(const fs::directory_entry &entry) const
+{
+    std::error_code error;
+    return !entry.is_symlink(error) && entry.is_regular_file(error) &&
+           m_knownFiles.contains(QByteArray(entry.path().c_str()));
 }
 
 void Surveyor::lookAtEntry(const fs::directory_entry &entry)
@@ -296,7 +306,7 @@ void Surveyor::lookAtEntry(const fs::directory_entry &entry)
              u"move it out of \"scr\", or replace it by its files"_s);
     } else if (entry.is_directory(error)) {
         lookAtAccess(path);
-    } else if (!m_knownFiles.contains(path)) {
+    } else {
         lookAtOtherFile(entry, path);
     }
 }
@@ -318,13 +328,11 @@ void Surveyor::lookAtOtherFile(const fs::directory_entry &entry, const QString &
     }
 }
 
-void Surveyor::readImageFiles()
+Surveyor::Reading Surveyor::readImageFiles() const
 {
     const qsizetype count = m_survey.imageFiles.size();
-    if (m_listener != nullptr) {
-        add(readImageFiles(0, count));
-        return;
-    }
+    if (m_listener != nullptr)
+        return readImageFiles(0, count);
     // Nobody follows the survey from file to file, so that each processor may read a part.
     const qsizetype parts = std::max(1U, std::thread::hardware_concurrency());
     std::vector<std::future<Reading>> readings;
@@ -333,14 +341,14 @@ void Surveyor::readImageFiles()
             return readImageFiles(count * part / parts, count * (part + 1) / parts);
         }));
     }
-    for (std::future<Reading> &reading : readings)
-        add(reading.get());
-}
-
-void Surveyor::add(const Reading &reading)
-{
-    m_survey.findings += reading.findings;
-    m_survey.shapeNames += reading.shapeNames;
+    Reading whole;
+    for (std::future<Reading> &future : readings) {
+        const Reading reading = future.get();
+        whole.findings += reading.findings;
+        whole.shapeNames += reading.shapeNames;
+        whole.bytes += reading.bytes;
+    }
+    return whole;
 }
 
 Surveyor::Reading Surveyor::readImageFiles(qsizetype begin, qsizetype end) const
@@ -358,6 +366,7 @@ Surveyor::Reading Surveyor::readImageFiles(qsizetype begin, qsizetype end) const
 void Surveyor::readImageFile(const QString &path, Reading &reading) const
 {
     const ImageFile screen = readImage(path);
+    reading.bytes += screen.bytes.size();
     switch (screen.state) {
     case ImageFile::State::Unreadable:
         reading.findings.append({FindingKind::ScreenUnreadable, relativeTo(m_projectDir, path),
