@@ -58,6 +58,9 @@ private Q_SLOTS:
     void findsBitmapsAnywhereBelowAFolderThatCounts();
     void neverClearsTheFoundFlag();
     void looksForBitmapsThroughLinksOnceOnly();
+    void looksIntoEachFolderOnceHoweverManyLinksLeadThere();
+    void findsWhatAListingDoesNotTell_data();
+    void findsWhatAListingDoesNotTell();
 };
 
 void TestShapeReader::readsFromTheFirstSectionOn_data()
@@ -415,6 +418,47 @@ void TestShapeReader::looksForBitmapsThroughLinksOnceOnly()
     QVERIFY(!isFound(project, u"b.bmp"_s));
     project.link(u"../pictures"_s, u"bmp/pictures"_s);
     QVERIFY(isFound(project, u"a.bmp"_s));
+}
+
+void TestShapeReader::looksIntoEachFolderOnceHoweverManyLinksLeadThere()
+{
+    const TestProject project;
+    // Each folder is reached from the one before in two ways: two to the power of forty in all.
+    constexpr int depth = 40;
+    for (int level = 0; level < depth; ++level) {
+        project.makeFolder(u"bmp/%1"_s.arg(level));
+        for (const QString &way : {u"a"_s, u"b"_s})
+            project.link(u"../%1"_s.arg(level + 1), u"bmp/%1/%2"_s.arg(level).arg(way));
+    }
+    project.write(u"bmp/%1/deep.bmp"_s.arg(depth), QByteArray());
+    QVERIFY(isFound(project, u"deep.bmp"_s));
+    QVERIFY(!isFound(project, u"b.bmp"_s));
+}
+
+void TestShapeReader::findsWhatAListingDoesNotTell_data()
+{
+    QTest::addColumn<QString>("fileName");
+    QTest::addColumn<bool>("isThere");
+    QTest::newRow("a file in a folder without the name") << u"sub/a.bmp"_s << true;
+    QTest::newRow("a file above") << u"../mac/a.plb"_s << true;
+    QTest::newRow("a folder") << u"sub"_s << true;
+    QTest::newRow("the folder itself") << u""_s << true;
+    QTest::newRow("a hidden file") << u".a.bmp"_s << true;
+    QTest::newRow("a link to a file") << u"link.bmp"_s << true;
+    QTest::newRow("a link to nothing") << u"dangling.bmp"_s << false;
+    QTest::newRow("a file in a hidden folder") << u"hidden.bmp"_s << false;
+    QTest::newRow("other letter case") << u"A.bmp"_s << false;
+}
+
+void TestShapeReader::findsWhatAListingDoesNotTell()
+{
+    QFETCH(const QString, fileName);
+    const TestProject project;
+    for (const QString &file : {u"bmp/sub/a.bmp"_s, u"mac/a.plb"_s, u"bmp/.a.bmp"_s, u"bmp/.h/hidden.bmp"_s})
+        project.write(file, QByteArray());
+    project.link(u"sub/a.bmp"_s, u"bmp/link.bmp"_s);
+    project.link(u"nowhere"_s, u"bmp/dangling.bmp"_s);
+    QTEST(isFound(project, fileName), "isThere");
 }
 
 QTEST_GUILESS_MAIN(TestShapeReader)

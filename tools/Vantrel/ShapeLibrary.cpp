@@ -2,7 +2,6 @@
 #include "ShapeLibrary.h"
 
 #include "Remembered.h"
-#include "updUtils.h"
 
 #include <QFile>
 
@@ -24,8 +23,8 @@ QString ShapeLibrary::path(const QString &shapeFile)
 bool ShapeLibrary::hasBitmap(const QString &fileName)
 {
     return remembered(m_bitmaps, fileName, [&] {
-        bool found = false;
-        updUtils::findFileInBmpFolders(m_projectDir, fileName, found);
-        return found;
+        if (!m_bitmapFolders)
+            m_bitmapFolders.emplace(m_projectDir);
+        return m_bitmapFolders->contains(fileName);
     });
 }

@@ -1,8 +1,12 @@
 // The shapes and icon bitmaps of a project's library.
 #pragma once
 
+#include "BitmapFolders.h"
+
 #include <QHash>
 #include <QString>
+
+#include <optional>
 
 /// Finds the shape files and bitmaps of one project and remembers where they are, so that each
 /// is looked for once in a run, however many objects refer to it. Belongs to one thread.
@@ -19,5 +23,6 @@ public:
 private:
     QString m_projectDir;
     QHash<QString, QString> m_paths;
+    std::optional<BitmapFolders> m_bitmapFolders; ///< once a bitmap was looked for
     QHash<QString, bool> m_bitmaps;
 };

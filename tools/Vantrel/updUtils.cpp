@@ -1,6 +1,7 @@
 // File-system operations of a conversion run.
 #include "updUtils.h"
 
+#include "BitmapFolders.h"
 #include "FileIo.h"
 #include "FileMove.h"
 #include "FolderListing.h"
@@ -21,42 +22,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-bool isDotEntry(const QFileInfo &entry)
-{
-    return entry.fileName() == "."_L1 || entry.fileName() == ".."_L1;
-}
-
-/// The folders that a search is inside of, by canonical path: links may lead back into them.
-using FolderTrail = QStringList;
-
-/// Calls `search` inside of a folder, unless the search is inside of it already.
-template <typename Search>
-void insideFolder(const QString &path, FolderTrail &trail, Search search)
-{
-    const QString canonicalPath = QFileInfo(path).canonicalFilePath();
-    if (trail.contains(canonicalPath))
-        return;
-    trail.append(canonicalPath);
-    search();
-    trail.removeLast();
-}
-
-void searchBitmap(const QString &folder, const QString &fileName, FolderTrail &trail, bool &found)
-{
-    const QFileInfoList entries = QDir(folder).entryInfoList();
-    for (const QFileInfo &entry : entries) {
-        if (found)
-            return;
-        // Bitmap folders are lower-case by convention; the bitmap's own name keeps its case.
-        const QString path = entry.filePath().toLower();
-        if (isDotEntry(entry) || path.indexOf("/bmp"_L1) <= 0 || !entry.isDir())
-            continue;
-        found = QFile::exists(path + u'/' + fileName);
-        if (!found)
-            insideFolder(path, trail, [&] { searchBitmap(path, fileName, trail, found); });
-    }
-}
 
 QString mapped(QString path, const QString &from, const QString &to)
 {
@@ -194,8 +159,7 @@ bool updUtils::transferImageFiles(const QString &from, const QString &to, const 
 
 void updUtils::findFileInBmpFolders(const QString &folder, const QString &fileName, bool &found)
 {
-    FolderTrail trail;
-    insideFolder(folder, trail, [&] { searchBitmap(folder, fileName, trail, found); });
+    found = found || BitmapFolders(folder).contains(fileName);
 }
 
 bool updUtils::makeFolder(const QString &path, FolderCreation creation)

@@ -1,0 +1,67 @@
+// Where the icon bitmaps of a project lie.
+#include "BitmapFolders.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString joined(const QString &folder, const QString &name)
+{
+    return folder.endsWith(u'/') ? folder + name : folder + u'/' + name;
+}
+
+bool isFolder(const FolderEntry &entry, const QString &path)
+{
+    return entry.kind == EntryKind::Folder || (entry.kind == EntryKind::Link && QFileInfo(path).isDir());
+}
+
+} // namespace
+
+BitmapFolders::BitmapFolders(const QString &folder)
+{
+    enter(folder, Purpose::Root);
+}
+
+bool BitmapFolders::contains(const QString &fileName) const
+{
+    // A listing cannot tell of names with folders in them, nor of folders that may be searched but
+    // not listed, nor how the file system compares names.
+    return m_names.contains(QFile::encodeName(fileName)) ||
+           std::any_of(m_folders.cbegin(), m_folders.cend(),
+                       [&](const QString &folder) { return QFile::exists(folder + u'/' + fileName); });
+}
+
+void BitmapFolders::enter(const QString &folder, Purpose purpose)
+{
+    const FolderListing listing = listOnce(folder);
+    for (const FolderEntry &entry : listing.entries) {
+        // Links may lead nowhere.
+        if (purpose == Purpose::Bitmaps && entry.kind != EntryKind::Link)
+            m_names.insert(entry.name);
+        const QString path = joined(folder, QFile::decodeName(entry.name));
+        const QString lowerPath = path.toLower();
+        const bool isHidden = entry.name.startsWith('.');
+        if (isHidden || lowerPath.indexOf("/bmp"_L1) <= 0 || !isFolder(entry, path))
+            continue;
+        m_folders.append(lowerPath);
+        enter(lowerPath, Purpose::Bitmaps);
+    }
+}
+
+/// What a folder holds; nothing where links have led to it before.
+FolderListing BitmapFolders::listOnce(const QString &folder)
+{
+    const OpenFolder opened(QFile::encodeName(folder));
+    struct stat status = {};
+    if (!opened.isOpen() || fstat(opened.descriptor(), &status) != 0 ||
+        !m_listed.insert({status.st_dev, status.st_ino}).second)
+        return {};
+    return opened.list();
+}
