@@ -21,8 +21,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int longestWait = 60'000;
-
 /// A step that changes a small plant before a run.
 using Preparation = void (*)(const TestProject &project);
 

@@ -97,10 +97,13 @@ CliResult recover(const TestProject &project, const QStringList &options = {})
     return CliRun().execute(QStringList{u"recover"_s, u"--project"_s, project.dir()} + options);
 }
 
-void addInterruptions()
+void row(const char *name, Interruption interruption)
 {
-    const auto row = [](const char *name, Interruption interruption) { QTest::newRow(name) << interruption; };
-    QTest::addColumn<Interruption>("interruption");
+    QTest::newRow(name) << interruption;
+}
+
+void addInterruptionsBeforeCopyingBack()
+{
     row("while converting", [](const TestProject &project) {
         putOriginals(project, u"scr"_s);
         putConverted(project, u"scr_temp"_s, {u"00.psc"_s});
@@ -133,6 +136,10 @@ void addInterruptions()
         putConverted(project, u"scr_temp"_s);
         writeStage(project, RunStage::Removing);
     });
+}
+
+void addInterruptionsOfCopyingBack()
+{
     row("while copying back by renaming", [](const TestProject &project) {
         putConverted(project, u"scr"_s, convertedScreens.first(2));
         putOriginals(project, u"scr_bak"_s);
@@ -164,6 +171,13 @@ void addInterruptions()
         putConverted(project, u"scr_temp"_s);
         writeStage(project, RunStage::CopyingBack, hall);
     });
+}
+
+void addInterruptions()
+{
+    QTest::addColumn<Interruption>("interruption");
+    addInterruptionsBeforeCopyingBack();
+    addInterruptionsOfCopyingBack();
 }
 
 void addInterruptedRollBacks()

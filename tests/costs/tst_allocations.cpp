@@ -18,8 +18,9 @@ std::atomic<qsizetype> allocations = 0;
 
 // Every allocation of the process, also those of its libraries, passes here.
 extern "C" {
-void *__libc_malloc(std::size_t size);
-void *__libc_realloc(void *memory, std::size_t size);
+// The C library's own names.
+void *__libc_malloc(std::size_t size);                // NOLINT(bugprone-reserved-identifier)
+void *__libc_realloc(void *memory, std::size_t size); // NOLINT(bugprone-reserved-identifier)
 
 void *malloc(std::size_t size)
 {

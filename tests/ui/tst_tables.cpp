@@ -562,7 +562,7 @@ void TestTables::tellsARowInFull()
     window.onConvertInfo(block);
     window.ui.rplShapeTable->hideColumn(1);
     const auto textOf = [](const QTableWidget *table) {
-        const QObjectList children = table->children();
+        const QObjectList &children = table->children();
         const auto *tips = *std::find_if(children.begin(), children.end(), [](const QObject *child) {
             return dynamic_cast<const RowToolTips *>(child) != nullptr;
         });
