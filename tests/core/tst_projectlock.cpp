@@ -53,6 +53,8 @@ private Q_SLOTS:
     void isTakenOverFromADeadProcess();
     void isTakenOverFromAProcessThatDiedBeforeItWroteItsName();
     void isTakenOverWhereTakingItOverWasInterrupted();
+    void isTakenOverWhereNoSecondFileCanBeMade();
+    void isNotTakenFromSomethingElseOfItsName();
     void isLeftToAnotherHostHoweverOld();
     void isNotMissedWhereItCannotBeMade();
 };
@@ -116,6 +118,26 @@ void TestProjectLock::isTakenOverWhereTakingItOverWasInterrupted()
         QVERIFY(!lock.isHeldByOther());
     }
     QCOMPARE(project.files(u""_s), QStringList());
+}
+
+/// As on a full disk, which may be what the run was killed for.
+void TestProjectLock::isTakenOverWhereNoSecondFileCanBeMade()
+{
+    const TestProject project;
+    project.write(lockFile, lockOf(endedProcess(), u"vantrel-cli"_s, QSysInfo::machineHostName()));
+    project.makeFolder(lockFile + ".rmlock"_L1);
+    const ProjectLock lock(project.dir());
+    QVERIFY(!lock.isHeldByOther());
+    QVERIFY(project.read(lockFile).startsWith(QByteArray::number(QCoreApplication::applicationPid()) + '\n'));
+}
+
+void TestProjectLock::isNotTakenFromSomethingElseOfItsName()
+{
+    const TestProject project;
+    project.makeFolder(lockFile);
+    const ProjectLock lock(project.dir());
+    QVERIFY(lock.isHeldByOther());
+    QCOMPARE(lock.holder(), u"nobody knows whom: %1 is no lock"_s.arg(project.path(lockFile)));
 }
 
 void TestProjectLock::isLeftToAnotherHostHoweverOld()

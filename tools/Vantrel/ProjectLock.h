@@ -20,7 +20,7 @@ public:
 
 private:
     void take();
-    bool isUnfinished() const;
+    bool isAbandoned() const;
 
     QLockFile m_file;
     QString m_holder;
