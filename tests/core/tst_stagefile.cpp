@@ -2,7 +2,12 @@
 #include "StageFile.h"
 #include "TestProject.h"
 
+#include <QFile>
 #include <QTest>
+
+#include <cerrno>
+
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -37,7 +42,11 @@ private Q_SLOTS:
     void isReadable();
     void knowsEveryStage();
     void doesNotUnderstandWhatIsNotWhole();
+    void doesNotUnderstandAPathThatLeadsOut_data();
+    void doesNotUnderstandAPathThatLeadsOut();
+    void readsNothingButAFile();
     void tellsTheLastStageOnly();
+    void staysWhereAReplacementCannotBeWritten();
     void leavesNothingBesideIt();
     void staysWhenItsWriterIsGone();
     void isRemovedWithWhatAnInterruptionLeft();
@@ -106,6 +115,46 @@ void TestStageFile::doesNotUnderstandWhatIsNotWhole()
     QVERIFY(!readRunRecord(QByteArray(whole).replace("run 1", "run 2")));
     QVERIFY(!readRunRecord(QByteArray(whole).replace("folders: yes", "folders: maybe")));
     QVERIFY(!readRunRecord(whole + "\n"));
+}
+
+void TestStageFile::doesNotUnderstandAPathThatLeadsOut_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("to the folder above") << QByteArray("screen: ../mac/pump.plb");
+    QTest::newRow("in the middle") << QByteArray("older file: boiler/../../mac/pump.plb");
+    QTest::newRow("from the root") << QByteArray("unsaved: /etc/a.psc");
+    QTest::newRow("nowhere") << QByteArray("older folder: ");
+}
+
+void TestStageFile::doesNotUnderstandAPathThatLeadsOut()
+{
+    QFETCH(const QByteArray, line);
+    const QByteArray facts = toLines(someFacts());
+    QVERIFY(readRunRecord(toText(someState(), facts)));
+    QVERIFY(!readRunRecord(toText(someState(), facts + line + '\n')));
+}
+
+/// A pipe would be waited for.
+void TestStageFile::readsNothingButAFile()
+{
+    const TestProject project;
+    const QByteArray path = QFile::encodeName(StageFile::path(project.dir()));
+    QCOMPARE(mkfifo(path.constData(), 0600), 0);
+    QVERIFY(StageFile::exists(project.dir()));
+    QVERIFY(!StageFile::read(project.dir()));
+}
+
+void TestStageFile::staysWhereAReplacementCannotBeWritten()
+{
+    const TestProject project;
+    StageFile file(project.dir(), someFacts());
+    file.enter(someState());
+    project.makeFolder(u".vantrel.run.new"_s);
+    QVERIFY(!file.replace({.stage = RunStage::RollingBack, .unsaved = {}, .endedAt = RunStage::Removing}));
+    QCOMPARE(errno, EISDIR);
+    const std::optional<RunRecord> record = StageFile::read(project.dir());
+    QVERIFY(record);
+    QCOMPARE(record->state.stage, RunStage::CopyingBack);
 }
 
 void TestStageFile::tellsTheLastStageOnly()

@@ -55,13 +55,24 @@ bool readName(QStringList &names, const QByteArray &value)
     return true;
 }
 
+/// A path below a folder. One that leads out of it was not written by a run.
+bool readPath(QStringList &paths, const QByteArray &value)
+{
+    const QString path = decoded(value);
+    const QStringList names = path.split(u'/');
+    paths.append(path);
+    return std::none_of(names.cbegin(), names.cend(), [](const QString &name) {
+        return name.isEmpty() || name == "."_L1 || name == ".."_L1;
+    });
+}
+
 constexpr std::array lineRows{
     LineRow{"stage",
             [](RunRecord &record, const QByteArray &value) { return readStage(record.state.stage, value); }},
     LineRow{"ended at", [](RunRecord &record,
                            const QByteArray &value) { return readStage(record.state.endedAt, value); }},
     LineRow{"unsaved",
-            [](RunRecord &record, const QByteArray &value) { return readName(record.state.unsaved, value); }},
+            [](RunRecord &record, const QByteArray &value) { return readPath(record.state.unsaved, value); }},
     LineRow{"program",
             [](RunRecord &record, const QByteArray &value) {
                 record.facts.program = decoded(value);
@@ -86,12 +97,12 @@ constexpr std::array lineRows{
     LineRow{"shape", [](RunRecord &record,
                         const QByteArray &value) { return readName(record.facts.shapeNames, value); }},
     LineRow{"screen",
-            [](RunRecord &record, const QByteArray &value) { return readName(record.facts.screens, value); }},
+            [](RunRecord &record, const QByteArray &value) { return readPath(record.facts.screens, value); }},
     LineRow{"older file", [](RunRecord &record,
-                             const QByteArray &value) { return readName(record.facts.olderFiles, value); }},
+                             const QByteArray &value) { return readPath(record.facts.olderFiles, value); }},
     LineRow{"older folder",
             [](RunRecord &record, const QByteArray &value) {
-                return readName(record.facts.olderFolders, value);
+                return readPath(record.facts.olderFolders, value);
             }},
 };
 

@@ -1,6 +1,8 @@
 // The file that says how far a run came.
 #include "StageFile.h"
 
+#include "FileIo.h"
+
 #include <QFile>
 
 #include <cerrno>
@@ -67,13 +69,21 @@ void StageFile::enter(const RunState &state)
         remove();
 }
 
+bool StageFile::replace(const RunState &state) const
+{
+    return write(toText(state, m_factLines));
+}
+
 /// Writes beside the file and exchanges it, so that it is whole at any time.
 bool StageFile::write(const QByteArray &text) const
 {
     const QByteArray beside = m_path + ".new";
     const bool isWritten = writeToDisk(beside, text) && rename(beside.constData(), m_path.constData()) == 0;
-    if (!isWritten)
+    if (!isWritten) {
+        const int error = errno;
         unlink(beside.constData());
+        errno = error;
+    }
     return isWritten && syncFolder(m_folder);
 }
 
@@ -99,6 +109,6 @@ bool StageFile::exists(const QString &projectDir)
 
 std::optional<RunRecord> StageFile::read(const QString &projectDir)
 {
-    QFile file(path(projectDir));
-    return file.open(QIODevice::ReadOnly) ? readRunRecord(file.readAll()) : std::nullopt;
+    const std::optional<FileContent> content = readFile(path(projectDir));
+    return content ? readRunRecord(content->bytes) : std::nullopt;
 }

@@ -19,6 +19,9 @@ public:
     /// Writes down what begins now, on the disk when this returns. Where that cannot be done the
     /// file is removed instead: none is better than one that tells of an earlier stage.
     void enter(const RunState &state);
+    /// Writes down what begins now where the file tells what led to it. Where that cannot be done
+    /// the file is left as it is, errno tells why, and what was to begin must not.
+    bool replace(const RunState &state) const;
     /// Removes the file: nothing is under way any more. Returns whether it is gone.
     bool remove();
 
