@@ -14,10 +14,10 @@ import time
 
 from cases import Case, Site, Surroundings, site
 from faults import SETTINGS, Setting, study
-from intruders import STEPS_OF_A_RUN, STOP, run_interrupted
+from intruders import STEPS_OF_A_RUN, STOP, run_interrupted, wait_until_stopped
 from plants import long
 from programs import Failure, outcome_of, require_no_crash
-from tracing import Injection
+from tracing import Injection, path_options, tracer
 from trees import LOCK, RUN_FILES, Tree, differences, lost_originals
 
 REFUSED = 3
@@ -49,6 +49,28 @@ def check_second_run(surroundings: Surroundings, setting: Setting, undisturbed: 
             raise Failure(f"the first run left: {'; '.join(changed[:4])}")
 
 
+def check_heir(surroundings: Surroundings, setting: Setting, injection: Injection) -> None:
+    """The first run is killed after the second one has seen it: nobody has recovered the project."""
+    with site(surroundings, setting.plant) as place:
+        looking = Injection("getdents64", 1, STOP)
+        first_log, second_log = place.folder / "first", place.folder / "second"
+        first = place.program.start(setting.arguments(place), tracer(first_log, injection.options()))
+        standing = wait_until_stopped(first, first_log)
+        second = place.program.start(setting.arguments(place), tracer(
+            second_log, looking.options() + path_options(place.project, ["scr"])))
+        heir = wait_until_stopped(second, second_log)
+        if standing is None or heir is None:
+            raise Failure("a run never came to its call")
+        os.kill(standing, signal.SIGKILL)
+        outcome_of(first)
+        os.kill(heir, signal.SIGCONT)
+        outcome = outcome_of(second)
+        if lost := lost_originals(place.before, place.tree()):
+            raise Failure(f"originals lost, exit code {outcome.code}: {', '.join(lost)}")
+        if outcome.code != REFUSED:
+            raise Failure(f"the second run ended with exit code {outcome.code}")
+
+
 def two_runs(surroundings: Surroundings) -> list[Case]:
     cases = []
     for setting in SETTINGS[:2]:
@@ -58,6 +80,11 @@ def two_runs(surroundings: Surroundings) -> list[Case]:
         for injection in surroundings.thinned(points):
             check = functools.partial(check_second_run, surroundings, setting, undisturbed.tree, injection)
             cases.append(Case(f"{setting.name}: at {injection.call} {injection.number}", check))
+    setting = SETTINGS[0]
+    moves = study(surroundings, setting).calls.counts["renameat2"]
+    # The last one copies back: all originals lie in the backup.
+    check = functools.partial(check_heir, surroundings, setting, Injection("renameat2", moves, STOP))
+    cases.append(Case(f"{setting.name}: the first one is killed at renameat2 {moves}", check))
     return cases
 
 

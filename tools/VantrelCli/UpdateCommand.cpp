@@ -99,6 +99,10 @@ ExitCode UpdateCommand::refuse(const QList<Finding> &obstacles)
 
 ExitCode UpdateCommand::changeProject()
 {
+    // The survey takes its time: a run that was under way before it may have been killed.
+    if (const QList<Finding> leftOver = findLeftOverRun(m_options.projectDir);
+        !leftOver.isEmpty() && !isInUse())
+        return refuseLeftOver(leftOver);
     const RunResult result = convert(m_options.projectDir, {});
     if (!hasBegun(result))
         return endWith(m_stopSignals.received() == 0 ? ExitCode::Refused
