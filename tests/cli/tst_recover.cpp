@@ -6,9 +6,12 @@
 #include "SmallPlant.h"
 #include "StageFile.h"
 
+#include <QDir>
 #include <QFile>
 #include <QMap>
 #include <QTest>
+
+#include <fstream>
 
 using namespace Qt::StringLiterals;
 
@@ -95,6 +98,12 @@ QMap<QString, QByteArray> conversions()
 CliResult recover(const TestProject &project, const QStringList &options = {})
 {
     return CliRun().execute(QStringList{u"recover"_s, u"--project"_s, project.dir()} + options);
+}
+
+/// Makes a file whose name is not valid UTF-8.
+void makeUnnamableFile(const TestProject &project, const char *name)
+{
+    std::ofstream((project.dir().toStdString() + '/') + name) << "ID;1;Rect;x\n";
 }
 
 void row(const char *name, Interruption interruption)
@@ -200,6 +209,7 @@ void addInterruptedRollBacks()
 } // namespace
 
 Q_DECLARE_METATYPE(Interruption)
+Q_DECLARE_METATYPE(RunState)
 
 #define COMPARE_EXIT_CODE(result, code) QCOMPARE((result).exitCode, static_cast<int>(ExitCode::code))
 
@@ -222,12 +232,20 @@ private Q_SLOTS:
     void undoesWhereFoldersAreRenamedInTheBackup();
     void goesOnWithAnInterruptedUndoing();
     void keepsScreensThatCameLater();
+    void canBeRepeatedWhereTheStageCannotBeWritten_data();
+    void canBeRepeatedWhereTheStageCannotBeWritten();
+    void canBeRepeatedWhereAScreenCannotBeCopied();
+    void takesAConversionBackWithoutWritingTheStage();
+    void usesNoHalfWrittenCopyThatItCannotRemove_data();
+    void usesNoHalfWrittenCopyThatItCannotRemove();
+    void tellsThatItCouldNotRemoveTheTempFolder();
 
     void touchesNothingWhereItCannotDecide_data();
     void touchesNothingWhereItCannotDecide();
     void refusesToUndo_data();
     void refusesToUndo();
     void refusesWhileARunIsUnderWay();
+    void refusesAProjectThatIsNotThere();
     void excludesItsOptions();
 
     void isToldByOtherCommands_data();
@@ -280,9 +298,9 @@ void TestRecover::finishes()
     interruption(project);
 
     const CliResult result = recover(project, {u"--finish"_s});
-    // An invalid screen is reported where the screens are converted again.
-    const bool isConvertedAgain = result.errorOutput.contains("converted again");
-    QCOMPARE(result.exitCode, static_cast<int>(isConvertedAgain ? ExitCode::DoneWithErrors : ExitCode::Done));
+    // An invalid screen is reported, whether the screens are converted again or not.
+    COMPARE_EXIT_CODE(result, DoneWithErrors);
+    QVERIFY2(result.output.contains("scr/hall/bad.psc"), result.output.constData());
     QCOMPARE(bytesBelow(project, u"scr"_s), conversions());
     QCOMPARE(bytesBelow(project, u"scr_bak"_s), originals());
     QVERIFY(!project.exists(u"scr_temp"_s));
@@ -446,6 +464,124 @@ void TestRecover::keepsScreensThatCameLater()
     QCOMPARE(project.read(u"scr/a.psc"_s), original(u"a.psc"_s));
 }
 
+void TestRecover::canBeRepeatedWhereTheStageCannotBeWritten_data()
+{
+    QTest::addColumn<RunState>("state");
+    QTest::addColumn<QString>("option");
+    QTest::newRow("roll back") << RunState{.stage = RunStage::CopyingBack,
+                                           .unsaved = {},
+                                           .endedAt = RunStage::CopyingBack}
+                               << u"--roll-back"_s;
+    QTest::newRow("undo") << RunState{.stage = RunStage::Done, .unsaved = {}, .endedAt = RunStage::Done}
+                          << u"--undo"_s;
+}
+
+void TestRecover::canBeRepeatedWhereTheStageCannotBeWritten()
+{
+    QFETCH(const RunState, state);
+    QFETCH(const QString, option);
+    const TestProject project;
+    putConverted(project, u"scr"_s);
+    putOriginals(project, u"scr_bak"_s);
+    writeStage(project, state);
+    project.makeFolder(u".vantrel.run.new"_s);
+    const QStringList before = describeTree(project.dir());
+    const CliResult result = recover(project, {option});
+    COMPARE_EXIT_CODE(result, FilesMissing);
+    QCOMPARE(withPlaceholders(result.errorOutput, project.dir()),
+             "<project>/.vantrel.run could not be written: Is a directory. No screen is lost; repeat the "
+             "command.\n");
+    QCOMPARE(describeTree(project.dir()), before);
+
+    QVERIFY(QDir(project.dir()).rmdir(u".vantrel.run.new"_s));
+    COMPARE_EXIT_CODE(recover(project, {option}), Done);
+    QCOMPARE(bytesBelow(project, u"scr"_s), originals());
+}
+
+void TestRecover::canBeRepeatedWhereAScreenCannotBeCopied()
+{
+    const TestProject project;
+    putConverted(project, u"scr"_s, {u"00.psc"_s});
+    putOriginals(project, u"scr_bak"_s);
+    putConverted(project, u"scr_temp"_s, {u"a.psc"_s, u"hall/00.psc"_s});
+    project.write(u"scr/hall"_s, "in the way");
+    writeStage(project, RunStage::CopyingBack);
+    const CliResult result = recover(project, {u"--finish"_s});
+    COMPARE_EXIT_CODE(result, FilesMissing);
+    QVERIFY2(result.errorOutput.contains("/scr_temp/hall/00.psc could not be copied"),
+             result.errorOutput.constData());
+    QVERIFY2(result.errorOutput.endsWith("repeat the command.\n"), result.errorOutput.constData());
+
+    QVERIFY(QFile::remove(project.path(u"scr/hall"_s)));
+    COMPARE_EXIT_CODE(recover(project, {u"--finish"_s}), DoneWithErrors);
+    QCOMPARE(bytesBelow(project, u"scr"_s), conversions());
+}
+
+/// A full disk may be what the run was killed for.
+void TestRecover::takesAConversionBackWithoutWritingTheStage()
+{
+    const TestProject project;
+    putOriginals(project, u"scr"_s);
+    putConverted(project, u"scr_temp"_s, {u"00.psc"_s});
+    writeStage(project, RunStage::Converting);
+    project.makeFolder(u".vantrel.run.new"_s);
+    COMPARE_EXIT_CODE(recover(project, {u"--roll-back"_s}), Done);
+    QVERIFY(!project.exists(u"scr_temp"_s));
+    QVERIFY(!StageFile::exists(project.dir()));
+    QCOMPARE(bytesBelow(project, u"scr"_s), originals());
+}
+
+void TestRecover::usesNoHalfWrittenCopyThatItCannotRemove_data()
+{
+    QTest::addColumn<bool>("hadTempFolder");
+    QTest::addColumn<QString>("option");
+    QTest::newRow("finish") << false << u"--finish"_s;
+    QTest::newRow("finish, in an older folder") << true << u"--finish"_s;
+    QTest::newRow("roll back") << false << u"--roll-back"_s;
+}
+
+void TestRecover::usesNoHalfWrittenCopyThatItCannotRemove()
+{
+    QFETCH(const bool, hadTempFolder);
+    QFETCH(const QString, option);
+    const TestProject project;
+    RunFacts facts = someFacts();
+    facts.hadTempFolder = hadTempFolder;
+    putOriginals(project, u"scr"_s);
+    project.write(u"scr_temp/00.psc"_s, "ID;1");
+    StageFile(project.dir(), facts).enter({});
+    QFile::setPermissions(project.path(u"scr_temp"_s), QFile::Permissions::fromInt(0x5555));
+    CliRun run;
+    run.setPermissionsHold();
+    const CliResult result = run.execute({u"recover"_s, u"--project"_s, project.dir(), option});
+    QFile::setPermissions(project.path(u"scr_temp"_s), QFile::Permissions::fromInt(0x7777));
+    COMPARE_EXIT_CODE(result, FilesMissing);
+    QVERIFY2(result.errorOutput.contains("could not be removed: Permission denied. No screen is lost"),
+             result.errorOutput.constData());
+    QCOMPARE(bytesBelow(project, u"scr"_s), originals());
+    QVERIFY(StageFile::exists(project.dir()));
+}
+
+void TestRecover::tellsThatItCouldNotRemoveTheTempFolder()
+{
+    const TestProject project;
+    putConverted(project, u"scr"_s);
+    putOriginals(project, u"scr_bak"_s, convertedScreens);
+    project.makeFolder(u"scr_temp/hall/cellar"_s);
+    RunFacts facts = someFacts();
+    facts.screens = convertedScreens;
+    StageFile(project.dir(), facts)
+        .enter({.stage = RunStage::CopyingBack, .unsaved = {}, .endedAt = RunStage::CopyingBack});
+    QFile::setPermissions(project.path(u"scr_temp/hall"_s), QFile::Permissions::fromInt(0x5555));
+    CliRun run;
+    run.setPermissionsHold();
+    const CliResult result = run.execute({u"recover"_s, u"--project"_s, project.dir(), u"--finish"_s});
+    QFile::setPermissions(project.path(u"scr_temp/hall"_s), QFile::Permissions::fromInt(0x7777));
+    COMPARE_EXIT_CODE(result, DoneWithErrors);
+    QVERIFY2((result.output + result.errorOutput).contains("Could not remove Folder"),
+             (result.output + result.errorOutput).constData());
+}
+
 void TestRecover::touchesNothingWhereItCannotDecide_data()
 {
     QTest::addColumn<Interruption>("interruption");
@@ -490,6 +626,49 @@ void TestRecover::touchesNothingWhereItCannotDecide_data()
            })
         << u"--finish"_s
         << QByteArray("scr/a.psc: obstacle: it holds neither what the run had found nor what");
+    const Interruption isLinked = [](const TestProject &project) {
+        putOriginals(project, u"scr_bak"_s);
+        putConverted(project, u"scr_temp"_s);
+        QVERIFY(QFile::link(u"scr_bak"_s, project.path(u"scr"_s)));
+        writeStage(project, RunStage::CopyingBack);
+    };
+    const QByteArray linked = "scr/a.psc: obstacle: over a link, it is the same file";
+    QTest::newRow("\"scr\" leads to \"scr_bak\", roll back") << isLinked << u"--roll-back"_s << linked;
+    QTest::newRow("\"scr\" leads to \"scr_bak\", finish") << Interruption([](const TestProject &project) {
+        putOriginals(project, u"scr_bak"_s);
+        putConverted(project, u"scr_temp"_s);
+        QVERIFY(QFile::link(u"scr_bak"_s, project.path(u"scr"_s)));
+        writeStage(project, RunStage::BackingUp);
+    }) << u"--finish"_s << linked;
+    QTest::newRow("\"scr\" leads to \"scr_bak\", undo") << Interruption([](const TestProject &project) {
+        putOriginals(project, u"scr_bak"_s);
+        QVERIFY(QFile::link(u"scr_bak"_s, project.path(u"scr"_s)));
+    }) << u"--undo"_s << linked;
+    QTest::newRow("a screen leads to its backup") << Interruption([](const TestProject &project) {
+        putOriginals(project, u"scr"_s, hall);
+        QVERIFY(QFile::link(u"../scr_bak/a.psc"_s, project.path(u"scr/a.psc"_s)));
+        putOriginals(project, u"scr_bak"_s);
+        putConverted(project, u"scr_temp"_s);
+        writeStage(project, RunStage::Removing);
+    }) << u"--roll-back"_s << linked;
+    QTest::newRow("the converted screens are gone") << Interruption([](const TestProject &project) {
+        putOriginals(project, u"scr"_s, hall);
+        putOriginals(project, u"scr_bak"_s, allScreens.first(2));
+        writeStage(project, RunStage::BackingUp);
+    }) << u"--finish"_s << QByteArray("\"scr_temp\" is gone, and the converted screens with it");
+    QTest::newRow("no screen is left, roll back") << Interruption([](const TestProject &project) {
+        putConverted(project, u"scr_temp"_s);
+        writeStage(project, RunStage::Discarding);
+    }) << u"--roll-back"_s << missing;
+    QTest::newRow("a name that no text can name") << Interruption([](const TestProject &project) {
+        RunFacts facts = someFacts();
+        facts.listIsWhole = false;
+        putOriginals(project, u"scr"_s);
+        makeUnnamableFile(project, "scr/hall/pump\xe4.psc");
+        putConverted(project, u"scr_temp"_s);
+        StageFile(project.dir(), facts)
+            .enter({.stage = RunStage::BackingUp, .unsaved = {}, .endedAt = RunStage::BackingUp});
+    }) << u"--roll-back"_s << QByteArray("scr/hall/pump\\xe4.psc: obstacle: its name is not valid UTF-8");
     QTest::newRow("a stage file that is cut off") << Interruption([](const TestProject &project) {
         putOriginals(project, u"scr"_s);
         project.write(u".vantrel.run"_s, "vantrel run 1\nstage: converting\n");
@@ -522,6 +701,11 @@ void TestRecover::refusesToUndo_data()
         putConverted(project, u"scr"_s);
         putOriginals(project, u"scr_bak"_s);
         project.makeFolder(u"scr_undone"_s);
+    }) << QByteArray("Refused: there is a folder \"scr_undone\" already; move it away.\n");
+    QTest::newRow("over a link of that name") << Interruption([](const TestProject &project) {
+        putConverted(project, u"scr"_s);
+        putOriginals(project, u"scr_bak"_s);
+        QVERIFY(QFile::link(u"nowhere"_s, project.path(u"scr_undone"_s)));
     }) << QByteArray("Refused: there is a folder \"scr_undone\" already; move it away.\n");
     QTest::newRow("an interrupted run") << Interruption([](const TestProject &project) {
         putOriginals(project, u"scr"_s);
@@ -556,6 +740,17 @@ void TestRecover::refusesWhileARunIsUnderWay()
                  u"A run is under way: the project is in use by %1.\n"_s.arg(holder).toUtf8());
     }
     QVERIFY(StageFile::exists(project.dir()));
+}
+
+void TestRecover::refusesAProjectThatIsNotThere()
+{
+    const TestProject project;
+    for (const QString &option : {u"--roll-back"_s, u"--undo"_s, u"--color=never"_s}) {
+        const CliResult result =
+            CliRun().execute({u"recover"_s, u"--project"_s, project.path(u"gone"_s), option});
+        COMPARE_EXIT_CODE(result, Refused);
+        QCOMPARE(withPlaceholders(result.errorOutput, project.dir()), "There is no folder <project>/gone.\n");
+    }
 }
 
 void TestRecover::excludesItsOptions()

@@ -93,10 +93,11 @@ FinishResult FinishRun::arriveRest(const QStringList &converted)
     if (!m_contradictoryFiles.isEmpty())
         return FinishResult::Contradictory;
     for (const QString &screen : converted) {
-        if (!putCopy(m_places.converted(screen), m_places.inPlace(screen)).isEmpty())
-            return FinishResult::NotAllCopiedBack;
+        m_error = putCopy(m_places.converted(screen), m_places.inPlace(screen));
+        if (!m_error.isEmpty())
+            return FinishResult::Failed;
     }
-    updUtils::removeDir(m_places.folder(u"scr_temp"_s));
+    updUtils::removeDirOrLog(m_places.folder(u"scr_temp"_s));
     return FinishResult::Finished;
 }
 

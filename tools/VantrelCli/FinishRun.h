@@ -8,7 +8,7 @@
 
 #include <QStringList>
 
-enum class FinishResult { Finished, NotAllCopiedBack, Contradictory };
+enum class FinishResult { Finished, NotAllCopiedBack, Contradictory, Failed };
 
 /// Does what remains of a run, so that the project is as if it had not been interrupted.
 class FinishRun final
@@ -22,6 +22,9 @@ public:
 
     /// Files that hold neither what the run had found nor what it had made.
     const QStringList &contradictoryFiles() const { return m_contradictoryFiles; }
+
+    /// Why it failed half-way, with all written down that it needs to be repeated.
+    const QString &error() const { return m_error; }
 
 private:
     FinishResult finishBackup();
@@ -37,4 +40,5 @@ private:
     StageFile m_stageFile;
     ScreenExchange m_exchange;
     QStringList m_contradictoryFiles;
+    QString m_error;
 };

@@ -94,9 +94,11 @@ private:
     ExitCode finish(const RecoveryPlan &plan);
     ExitCode finishConversion(const RecoveryPlan &plan);
     ExitCode finishLater(const RecoveryPlan &plan);
+    bool tellUnconverted(const RecoveryPlan &plan);
     ExitCode undo();
     ExitCode takeBack(const RecoveryPlan &plan);
 
+    ExitCode endUnfinished(const QString &error);
     ExitCode refuse(const QString &message);
     ExitCode refuseUndecided(const RecoveryPlan &plan);
     ExitCode endWith(ExitCode code, const QString &message, qsizetype files);
@@ -110,6 +112,8 @@ private:
 
 ExitCode RecoverCommand::execute()
 {
+    if (!QFileInfo(m_options.projectDir).isDir())
+        return refuse(u"There is no folder %1."_s.arg(m_options.projectDir));
     if (m_lock->isHeldByOther())
         return refuse(u"A run is under way: the project is in use by %1."_s.arg(m_lock->holder()));
     if (!StageFile::exists(m_options.projectDir)) {
@@ -190,7 +194,7 @@ ExitCode RecoverCommand::rollBack(const RecoveryPlan &plan)
 {
     RollBack rollBack(m_places, plan);
     if (const QString error = rollBack.perform(); !error.isEmpty())
-        return endWith(ExitCode::FilesMissing, u"%1. No screen is lost; repeat the command."_s.arg(error), 0);
+        return endUnfinished(error);
     StageFile(m_options.projectDir, plan.record.facts).remove();
     return endWith(
         ExitCode::Done,
@@ -204,8 +208,7 @@ ExitCode RecoverCommand::finish(const RecoveryPlan &plan)
     const RunStage stage = plan.record.state.stage;
     if (stage == RunStage::RollingBack || stage == RunStage::RolledBack) {
         if (const QString error = RollBack(m_places, plan).perform(); !error.isEmpty())
-            return endWith(ExitCode::FilesMissing, u"%1. No screen is lost; repeat the command."_s.arg(error),
-                           0);
+            return endUnfinished(error);
         return finishConversion(plan);
     }
     return stage == RunStage::Converting ? finishConversion(plan) : finishLater(plan);
@@ -214,7 +217,9 @@ ExitCode RecoverCommand::finish(const RecoveryPlan &plan)
 ExitCode RecoverCommand::finishConversion(const RecoveryPlan &plan)
 {
     const RunFacts &facts = plan.record.facts;
-    restoreTempFolder(m_places, facts);
+    // A half-written copy would be taken for one that is there already.
+    if (const QString error = restoreTempFolder(m_places, facts); !error.isEmpty())
+        return endUnfinished(error);
     m_lock.reset();
     StopSignals stopSignals;
     UpdateRun run({m_options.projectDir, QSet<QString>(facts.shapeNames.cbegin(), facts.shapeNames.cend()),
@@ -235,6 +240,12 @@ ExitCode RecoverCommand::finishConversion(const RecoveryPlan &plan)
 
 ExitCode RecoverCommand::finishLater(const RecoveryPlan &plan)
 {
+    const bool isCopiedBackPartly = plan.record.state.stage >= RunStage::CopyingBack;
+    if (!isCopiedBackPartly && !plan.record.facts.screens.isEmpty() &&
+        !QFileInfo::exists(m_places.folder(u"scr_temp"_s)))
+        return refuse(
+            u"Refused, nothing was touched: \"scr_temp\" is gone, and the converted screens with it. "
+            "--roll-back takes the run back."_s);
     const LoggedErrors errors(&m_presenter);
     FinishRun finishRun(m_places, plan);
     const FinishResult result = finishRun.perform();
@@ -246,6 +257,8 @@ ExitCode RecoverCommand::finishLater(const RecoveryPlan &plan)
         }
         return refuse(u"Refused, nothing was touched: files were changed since the run ended."_s);
     }
+    if (result == FinishResult::Failed)
+        return endUnfinished(finishRun.error());
     StageFile(m_options.projectDir, plan.record.facts).remove();
     const qsizetype count = plan.record.facts.screens.size();
     if (result == FinishResult::NotAllCopiedBack) {
@@ -254,14 +267,29 @@ ExitCode RecoverCommand::finishLater(const RecoveryPlan &plan)
                        count);
     }
     return endWith(
-        ExitCode::Done,
+        tellUnconverted(plan) || errors.hasAny() ? ExitCode::DoneWithErrors : ExitCode::Done,
         u"The run is complete: \"scr\" holds the converted screens, \"scr_bak\" those from before it."_s,
         count);
 }
 
+/// Tells which screens a finished run has not brought to "scr", and returns whether there are any.
+bool RecoverCommand::tellUnconverted(const RecoveryPlan &plan)
+{
+    bool areAllThere = true;
+    for (const QString &screen : plan.record.facts.screens) {
+        if (QFileInfo::exists(m_places.inPlace(screen)))
+            continue;
+        areAllThere = false;
+        tellFact("scr/"_L1 + screen, u"it is not there: the run could not convert it, or its copy is gone"_s,
+                 u"its version from before the run lies in \"scr_bak\""_s);
+    }
+    return !areAllThere;
+}
+
 ExitCode RecoverCommand::undo()
 {
-    if (QFileInfo::exists(m_places.folder(u"scr_undone"_s)))
+    const QFileInfo undone(m_places.folder(u"scr_undone"_s));
+    if (undone.exists() || undone.isSymLink())
         return refuse(u"Refused: there is a folder \"scr_undone\" already; move it away."_s);
     bool isWhole = true;
     const RunRecord record = recordOfCompletedRun(m_places, isWhole);
@@ -270,14 +298,15 @@ ExitCode RecoverCommand::undo()
             u"Refused: \"scr\" or \"scr_bak\" cannot be read whole, or holds a name that is no text."_s);
     if (record.facts.screens.isEmpty())
         return refuse(u"Refused: there is no \"scr_bak\" with screens in it."_s);
-    return takeBack(makeRecoveryPlan(m_places, record));
+    const RecoveryPlan plan = makeRecoveryPlan(m_places, record);
+    return plan.isDecidable() ? takeBack(plan) : refuseUndecided(plan);
 }
 
 ExitCode RecoverCommand::takeBack(const RecoveryPlan &plan)
 {
     RollBack rollBack(m_places, plan);
     if (const QString error = rollBack.perform(); !error.isEmpty())
-        return endWith(ExitCode::FilesMissing, u"%1. No screen is lost; repeat the command."_s.arg(error), 0);
+        return endUnfinished(error);
     StageFile(m_options.projectDir, plan.record.facts).remove();
     return endWith(
         ExitCode::Done,
@@ -299,9 +328,20 @@ ExitCode RecoverCommand::refuseUndecided(const RecoveryPlan &plan)
         show("scr/"_L1 + screen, u"its versions in \"scr\" and \"scr_bak\" differ, but should be one"_s,
              u"move the wrong one away"_s);
     }
+    for (const QString &screen : plan.linked) {
+        show("scr/"_L1 + screen, u"over a link, it is the same file in \"scr\" and in \"scr_bak\""_s,
+             u"put a copy in place of the link"_s);
+    }
     for (const QString &folder : plan.unreadable)
-        show(folder, u"its folders cannot be read whole"_s, u"make them readable"_s);
+        show(relativeTo(m_options.projectDir, folder), u"it cannot be listed"_s, u"make it readable"_s);
+    for (const QString &file : plan.unnamable)
+        show(relativeTo(m_options.projectDir, file), u"its name is not valid UTF-8"_s, u"rename it"_s);
     return refuse(u"Refused, nothing was touched: what is right cannot be decided."_s);
+}
+
+ExitCode RecoverCommand::endUnfinished(const QString &error)
+{
+    return endWith(ExitCode::FilesMissing, u"%1. No screen is lost; repeat the command."_s.arg(error), 0);
 }
 
 ExitCode RecoverCommand::refuse(const QString &message)

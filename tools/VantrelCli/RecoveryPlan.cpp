@@ -2,6 +2,8 @@
 #include "RecoveryPlan.h"
 
 #include "Backup.h"
+#include "ImageFileSearch.h"
+#include "SafeCopy.h"
 
 #include <QFileInfo>
 #include <QSet>
@@ -37,11 +39,15 @@ public:
             addUnlistedScreens();
         for (const QString &screen : std::as_const(m_plan.record.facts.screens))
             locate(screen);
+        // A screen may have been removed on purpose, but not all of them.
+        if (!m_plan.hasMovedScreens() && m_plan.inPlace.isEmpty())
+            m_plan.missing = m_plan.record.facts.screens;
         return m_plan;
     }
 
 private:
     void addUnlistedScreens();
+    void noteHidden(const QString &folder);
     void locate(const QString &screen);
     Place placeOf(const QString &screen) const;
 
@@ -57,16 +63,26 @@ void Planner::addUnlistedScreens()
     QStringList &screens = m_plan.record.facts.screens;
     QSet<QString> known(screens.cbegin(), screens.cend());
     QStringList present = m_places.screensInBackup(isWhole);
-    if (m_plan.record.state.stage == RunStage::BackingUp)
+    noteHidden(m_places.folder(u"scr_bak"_s));
+    if (m_plan.record.state.stage == RunStage::BackingUp) {
         present += m_places.screensInPlace(isWhole);
+        noteHidden(m_places.folder(u"scr"_s));
+    }
     for (const QString &screen : std::as_const(present)) {
         if (known.contains(screen))
             continue;
         known.insert(screen);
         screens.append(screen);
     }
-    if (!isWhole)
-        m_plan.unreadable.append(m_places.projectDir());
+}
+
+void Planner::noteHidden(const QString &folder)
+{
+    const FoundImageFiles found = searchImageFiles(folder);
+    for (const ListingFailure &failure : found.failures)
+        m_plan.unreadable.append(failure.folder);
+    for (const QByteArray &path : found.unnamable)
+        m_plan.unnamable.append(shownPath(path));
 }
 
 void Planner::locate(const QString &screen)
@@ -74,6 +90,11 @@ void Planner::locate(const QString &screen)
     const bool isMoving = m_plan.record.state.stage == RunStage::BackingUp;
     const QString inPlace = m_places.inPlace(screen);
     const QString backup = m_places.backup(screen);
+    // What seems to be a copy would go away with the other one.
+    if (m_plan.hasBackup() && areOneFile(inPlace, backup)) {
+        m_plan.linked.append(screen);
+        return;
+    }
     if (isMoving && isFile(inPlace) && isFile(backup) && !haveSameContent(inPlace, backup)) {
         m_plan.contradictory.append(screen);
         return;

@@ -16,11 +16,19 @@ struct RecoveryPlan
     /// Screens of which nobody can tell which version is the right one: something has changed
     /// them since the run ended.
     QStringList contradictory;
+    QStringList linked;     ///< those of which "scr" and "scr_bak" have one file between them
     QStringList unreadable; ///< folders that could not be read whole
+    QStringList unnamable;  ///< files whose names are not valid UTF-8
 
-    bool isDecidable() const { return missing.isEmpty() && contradictory.isEmpty() && unreadable.isEmpty(); }
+    bool isDecidable() const
+    {
+        return missing.isEmpty() && contradictory.isEmpty() && linked.isEmpty() && unreadable.isEmpty() &&
+               unnamable.isEmpty();
+    }
     /// Whether "scr_bak" is the backup of this run, not of the one before.
     bool hasBackup() const { return lastStage() >= RunStage::BackingUp; }
+    /// Whether screens may lie elsewhere than in "scr".
+    bool hasMovedScreens() const { return hasBackup() && record.state.stage != RunStage::RolledBack; }
     /// Where the run itself ended, whatever has been done to recover it.
     RunStage lastStage() const;
 };

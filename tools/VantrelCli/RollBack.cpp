@@ -7,12 +7,14 @@
 #include "updUtils.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QSet>
 
 #include <algorithm>
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
 
 using namespace Qt::StringLiterals;
 
@@ -28,6 +30,11 @@ QString copiedBack(const QString &name)
 {
     QString path = "/scr_temp/"_L1 + name;
     return path.replace("/scr_temp"_L1, "/scr"_L1).sliced(QStringView(u"/scr/").size());
+}
+
+QString notRemoved(const QString &path)
+{
+    return u"%1 could not be removed: %2"_s.arg(path, qt_error_string(errno));
 }
 
 bool isImageFile(const ScreenPlaces &places, const QString &screen)
@@ -49,30 +56,38 @@ QString RollBack::perform()
     const bool isUntouched = !m_plan.hasBackup();
     if (stage != RunStage::RolledBack && !isUntouched) {
         if (isUndoing() && stage != RunStage::RollingBack) {
-            enter(RunStage::SettingAside);
+            if (const QString error = enter(RunStage::SettingAside); !error.isEmpty())
+                return error;
             if (const QString error = setScreensAside(); !error.isEmpty())
                 return error;
         }
-        enter(RunStage::RollingBack);
+        if (const QString error = enter(RunStage::RollingBack); !error.isEmpty())
+            return error;
         if (const QString error = restoreScreens(); !error.isEmpty())
             return error;
     }
     if (const QString error = isUndoing() ? QString() : returnOlderFiles(); !error.isEmpty())
         return error;
-    enter(RunStage::RolledBack);
+    // A run that was still converting is taken back in the same way again, and that makes room.
+    if (const QString error = enter(RunStage::RolledBack); !error.isEmpty() && stage != RunStage::Converting)
+        return error;
     if (isUndoing())
         removeSetAside();
-    else
-        restoreTempFolder(m_places, m_plan.record.facts);
+    else if (const QString error = restoreTempFolder(m_places, m_plan.record.facts); !error.isEmpty())
+        return error;
     if (!isUntouched)
         removeBackup();
     return {};
 }
 
-void RollBack::enter(RunStage stage) const
+/// Returns what went wrong. The stage before is written down still, so that all can be repeated.
+QString RollBack::enter(RunStage stage) const
 {
-    StageFile(m_places.projectDir(), m_plan.record.facts)
-        .enter({.stage = stage, .unsaved = m_plan.inPlace, .endedAt = m_plan.lastStage()});
+    const StageFile file(m_places.projectDir(), m_plan.record.facts);
+    if (file.replace({.stage = stage, .unsaved = m_plan.inPlace, .endedAt = m_plan.lastStage()}))
+        return {};
+    return u"%1 could not be written: %2"_s.arg(StageFile::path(m_places.projectDir()),
+                                                qt_error_string(errno));
 }
 
 /// Keeps what the run had made.
@@ -153,30 +168,40 @@ RunRecord recordOfCompletedRun(const ScreenPlaces &places, bool &isWhole)
     return record;
 }
 
-void restoreTempFolder(const ScreenPlaces &places, const RunFacts &facts)
+QString restoreTempFolder(const ScreenPlaces &places, const RunFacts &facts)
 {
     const QString tempFolder = places.folder(u"scr_temp"_s);
-    if (!facts.hadTempFolder) {
-        updUtils::removeDir(tempFolder);
-        return;
-    }
+    if (!facts.hadTempFolder)
+        return updUtils::removeDir(tempFolder) ? QString() : notRemoved(tempFolder);
+
+    namespace fs = std::filesystem;
     const QSet<QString> olderFiles = toSet(facts.olderFiles);
     const QSet<QString> olderFolders = toSet(facts.olderFolders);
+    QStringList newFiles;
     QStringList newFolders;
-    QDirIterator entries(tempFolder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                         QDirIterator::Subdirectories);
-    while (entries.hasNext()) {
-        const QFileInfo entry = entries.nextFileInfo();
-        const QString name = entry.filePath().sliced(tempFolder.size() + 1);
-        if (entry.isDir() && !entry.isSymLink()) {
-            if (!olderFolders.contains(name))
-                newFolders.append(entry.filePath());
-        } else if (!olderFiles.contains(name)) {
-            QFile::remove(entry.filePath());
-        }
+    std::error_code error;
+    fs::recursive_directory_iterator entry(QFile::encodeName(tempFolder).toStdString(), error);
+    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+        const QByteArray path = QByteArray::fromStdString(entry->path().native());
+        const QString text = QFile::decodeName(path);
+        // A run makes no file that no text can name.
+        if (QFile::encodeName(text) != path)
+            continue;
+        std::error_code unknownKind;
+        const bool isFolder = !entry->is_symlink(unknownKind) && entry->is_directory(unknownKind);
+        const QString name = text.sliced(tempFolder.size() + 1);
+        if (!(isFolder ? olderFolders : olderFiles).contains(name))
+            (isFolder ? newFolders : newFiles).append(text);
+    }
+    if (error && error != std::errc::no_such_file_or_directory)
+        return u"%1 could not be listed: %2"_s.arg(tempFolder, qt_error_string(error.value()));
+    for (const QString &file : std::as_const(newFiles)) {
+        if (!QFile::remove(file))
+            return notRemoved(file);
     }
     // The inner ones first; one that is not empty stays.
     std::sort(newFolders.begin(), newFolders.end(), std::greater<>());
     for (const QString &folder : std::as_const(newFolders))
         QDir().rmdir(folder);
+    return {};
 }

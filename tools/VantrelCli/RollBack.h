@@ -23,7 +23,7 @@ public:
 
 private:
     bool isUndoing() const { return m_plan.lastStage() == RunStage::Done; }
-    void enter(RunStage stage) const;
+    QString enter(RunStage stage) const;
     QString setScreensAside() const;
     QString restoreScreens();
     QString returnOlderFiles() const;
@@ -39,5 +39,6 @@ private:
 /// and "scr" now. `isWhole` is cleared where not all of them could be read.
 RunRecord recordOfCompletedRun(const ScreenPlaces &places, bool &isWhole);
 
-/// Makes "scr_temp" what it was before the run: removes all that was not in it.
-void restoreTempFolder(const ScreenPlaces &places, const RunFacts &facts);
+/// Makes "scr_temp" what it was before the run: removes all that was not in it. Returns what went
+/// wrong: what is left there may be half-written.
+QString restoreTempFolder(const ScreenPlaces &places, const RunFacts &facts);

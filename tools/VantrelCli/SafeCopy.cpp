@@ -58,9 +58,15 @@ QString putCopy(const QString &source, const QString &target)
     return {};
 }
 
+bool areOneFile(const QString &first, const QString &second)
+{
+    const QString path = QFileInfo(first).canonicalFilePath();
+    return !path.isEmpty() && path == QFileInfo(second).canonicalFilePath();
+}
+
 bool removeDuplicate(const QString &file, const QString &copy)
 {
     if (!QFileInfo::exists(file))
         return true;
-    return haveSameContent(file, copy) && QFile::remove(file);
+    return !areOneFile(file, copy) && haveSameContent(file, copy) && QFile::remove(file);
 }

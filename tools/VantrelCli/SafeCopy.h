@@ -8,6 +8,9 @@
 /// their parents. Returns what went wrong; empty where nothing did.
 QString putCopy(const QString &source, const QString &target);
 
+/// Whether two paths lead to one file, over links on the way: neither is a copy of the other.
+bool areOneFile(const QString &first, const QString &second);
+
 /// Removes a file of which a copy is known to lie elsewhere, if both hold the same bytes.
 /// Returns whether the file is gone.
 bool removeDuplicate(const QString &file, const QString &copy);
