@@ -18,10 +18,10 @@ from dataclasses import dataclass
 from typing import Callable
 
 from cases import Case, Site, Surroundings, evenly, site
-from faults import Setting, Undisturbed, require_safety, study
+from faults import Setting, Undisturbed, injections, require_safety, study, without_lock
 from plants import linked, mixed, sound, stopped
-from programs import Failure
-from tracing import ONLY_ON_PROJECT, Calls, Injection, options_for, record, tracer
+from programs import Failure, require_no_crash
+from tracing import ONLY_ON_PROJECT, Calls, Injection, fast_tracer, options_for, record, require_injected, tracer
 from trees import RUN_FILES, Tree, below, differences
 
 SETTINGS = (
@@ -51,6 +51,13 @@ class Kill:
         outcome = place.program.run(arguments, tracer(place.folder / "trace", options))
         if outcome.code != -signal.SIGKILL:
             raise Failure(f"{self.injection} did not kill it: exit code {outcome.code}")
+
+
+@dataclass(frozen=True)
+class Fault:
+    """A call of a recovery that fails, among the calls on some paths."""
+    injection: Injection
+    calls: Calls
 
 
 @dataclass(frozen=True)
@@ -209,9 +216,107 @@ def killed_recoveries(surroundings: Surroundings) -> list[Case]:
     return cases
 
 
+# --- Killing the undoing of a completed run ---
+
+
+def complete(place: Site, setting: Setting) -> None:
+    outcome = place.program.run(setting.arguments(place))
+    if outcome.code != 0:
+        raise Failure(f"undisturbed run: exit code {outcome.code}")
+
+
+def undoing(place: Site) -> list[str]:
+    return ["recover", "--project", str(place.project), "--undo"]
+
+
+def as_below(tree: Tree, folder: str) -> Tree:
+    """What a folder holds, named as if it were "scr"."""
+    return {"scr" + path[len(folder):]: entry for path, entry in below(tree, folder).items()}
+
+
+def check_undoing(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed, kill: Kill) -> None:
+    with site(surroundings, setting.plant) as place:
+        complete(place, setting)
+        kill.of(place, undoing(place))
+        require_safety(place.before, place.tree(), undisturbed)
+        after = without_run_files(place.tree())
+        if is_under_way(place.tree()) or not differences(undisturbed.tree, after):
+            outcome = place.program.run(undoing(place))
+            if outcome.code != 0:
+                raise Failure(f"recover --undo: exit code {outcome.code}: {outcome.told()[-400:]}")
+            after = place.tree()
+        if changed := differences(below(place.before, "scr"), below(after, "scr")):
+            raise Failure(f"not undone: {'; '.join(changed[:4])}")
+        if changed := differences(below(undisturbed.tree, "scr"), as_below(after, "scr_undone")):
+            raise Failure(f"not kept: {'; '.join(changed[:4])}")
+
+
+def killed_undoings(surroundings: Surroundings) -> list[Case]:
+    require_recover(surroundings)
+    cases = []
+    for setting in SETTINGS[:2]:
+        undisturbed = study(surroundings, setting)
+        with site(surroundings, setting.plant) as place:
+            def prepare() -> object:
+                project = place.build()
+                complete(place, setting)
+                return project
+            calls = record(place.program, prepare, undoing(place))
+        for kill in surroundings.thinned(kills_of(calls)):
+            check = functools.partial(check_undoing, surroundings, setting, undisturbed, kill)
+            cases.append(Case(f"{setting.name}: {kill.injection}", check))
+    return cases
+
+
+# --- Calls of the recovery that fail ---
+
+
+def check_failing_recovery(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed, kill: Kill,
+                           promise: Promise, fault: Fault) -> None:
+    with site(surroundings, setting.plant) as place:
+        kill.of(place, setting.arguments(place))
+        injection = fault.injection
+        options = injection.options() + options_for(injection.call, place.project, fault.calls.paths)
+        log = place.folder / "trace"
+        outcome = place.program.run(["recover", "--project", str(place.project), promise.option],
+                                    fast_tracer(log, options))
+        after = place.tree()
+        require_injected(log, injection)
+        require_no_crash(outcome)
+        require_safety(place.before, after, undisturbed)
+        if outcome.code == 0:
+            promise.require(place.before, without_lock(after), undisturbed, ended=False)
+        elif is_under_way(after):
+            recover(place, promise, undisturbed)
+            promise.require(place.before, place.tree(), undisturbed, ended=False)
+        elif promise.option == "--roll-back":
+            raise Failure(f"cannot be repeated, exit code {outcome.code}: {outcome.told()[-400:]}")
+
+
+def failing_recoveries(surroundings: Surroundings) -> list[Case]:
+    require_recover(surroundings)
+    wanted = INTERRUPTED_RUNS if surroundings.points is None else min(INTERRUPTED_RUNS, -(-surroundings.points // 8))
+    cases = []
+    for setting in SETTINGS[:2]:
+        undisturbed = study(surroundings, setting)
+        points = []
+        for kill in interrupted(surroundings, setting, undisturbed, wanted):
+            for promise, calls in recovery_calls(surroundings, setting, kill):
+                points += [(kill, promise, Fault(injection, calls)) for injection in injections(calls)]
+        for kill, promise, fault in surroundings.thinned(points):
+            check = functools.partial(check_failing_recovery, surroundings, setting, undisturbed, kill, promise, fault)
+            cases.append(Case(f"{setting.name}: {kill.injection}, recover {promise.option} {fault.injection}", check))
+    return cases
+
+
 def recovery_points(surroundings: Surroundings, setting: Setting, kill: Kill) -> list[tuple]:
     """Every call of every way to recover from an interrupted run."""
-    points = []
+    return [(kill, promise, second) for promise, calls in recovery_calls(surroundings, setting, kill)
+            for second in kills_of(calls)]
+
+
+def recovery_calls(surroundings: Surroundings, setting: Setting, kill: Kill) -> list[tuple[Promise, Calls]]:
+    found = []
     with site(surroundings, setting.plant) as place:
         def interrupt() -> object:
             project = place.build()
@@ -219,5 +324,5 @@ def recovery_points(surroundings: Surroundings, setting: Setting, kill: Kill) ->
             return project
         for promise in PROMISES:
             calls = record(place.program, interrupt, ["recover", "--project", str(place.project), promise.option])
-            points += [(kill, promise, second) for second in kills_of(calls)]
-    return points
+            found.append((promise, calls))
+    return found

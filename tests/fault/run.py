@@ -43,6 +43,8 @@ ROWS = {
     "failing-calls": Row(faults.failing_calls, sample=12, whole=600),
     "killed-runs": Row(kills.killed_runs, sample=5, whole=150),
     "killed-recoveries": Row(kills.killed_recoveries, sample=6, whole=120),
+    "killed-undoings": Row(kills.killed_undoings, sample=3, whole=60),
+    "failing-recoveries": Row(kills.failing_recoveries, sample=6, whole=150),
     "full-disks": Row(disks.full_disks, sample=6, whole=100, mounts=True),
     "limited-files": Row(disks.limited_files, sample=6, whole=100),
     "missing-permissions": Row(permissions.missing_permissions, sample=100, whole=100),
