@@ -1,6 +1,7 @@
 // Moving files by renaming them, and when that is not safe.
 #include "FileMove.h"
 
+#include "Backup.h"
 #include "TestProject.h"
 #include "updUtils.h"
 
@@ -39,6 +40,7 @@ class TestFileMove final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void comparesFilesWhoseSizeIsNotTold();
     void renamesEveryFile();
     void leavesAllWhereOneIsNotSafe_data();
     void leavesAllWhereOneIsNotSafe();
@@ -46,6 +48,13 @@ private Q_SLOTS:
     void copiesInstead_data();
     void copiesInstead();
 };
+
+/// As the system's own files, which hold something and have no size.
+void TestFileMove::comparesFilesWhoseSizeIsNotTold()
+{
+    QVERIFY(!haveSameContent(u"/proc/version"_s, u"/proc/filesystems"_s));
+    QVERIFY(haveSameContent(u"/proc/version"_s, u"/proc/version"_s));
+}
 
 void TestFileMove::renamesEveryFile()
 {

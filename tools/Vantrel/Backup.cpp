@@ -32,12 +32,14 @@ bool haveSameContent(const QString &first, const QString &second)
         return false;
 
     constexpr qint64 blockSize = 1 << 16;
-    while (!a.atEnd()) {
+    // Not as far as the size tells: where it cannot be asked for, every file seems to be empty.
+    while (true) {
         const QByteArray block = a.read(blockSize);
-        if (block.isEmpty() || block != b.read(blockSize))
+        if (block != b.read(blockSize) || a.error() != QFile::NoError || b.error() != QFile::NoError)
             return false;
+        if (block.isEmpty())
+            return true;
     }
-    return true;
 }
 
 bool completeBackup(const QList<QFileInfo> &originals, const QString &projectDir)
