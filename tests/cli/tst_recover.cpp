@@ -167,6 +167,13 @@ void addInterruptionsOfCopyingBack()
         putConverted(project, u"scr_temp"_s);
         writeStage(project, RunStage::CopyingBack);
     });
+    row("in the middle of a copy", [](const TestProject &project) {
+        putConverted(project, u"scr"_s, {u"00.psc"_s});
+        project.write(u"scr/a.psc"_s, converted(u"a.psc"_s).chopped(1));
+        putOriginals(project, u"scr_bak"_s);
+        putConverted(project, u"scr_temp"_s);
+        writeStage(project, RunStage::CopyingBack);
+    });
     row("while removing the converted screens", [](const TestProject &project) {
         putConverted(project, u"scr"_s);
         putOriginals(project, u"scr_bak"_s);
@@ -235,6 +242,8 @@ private Q_SLOTS:
     void canBeRepeatedWhereTheStageCannotBeWritten_data();
     void canBeRepeatedWhereTheStageCannotBeWritten();
     void canBeRepeatedWhereAScreenCannotBeCopied();
+    void finishesOnlyWhereItCanWriteTheStage_data();
+    void finishesOnlyWhereItCanWriteTheStage();
     void takesAConversionBackWithoutWritingTheStage();
     void usesNoHalfWrittenCopyThatItCannotRemove_data();
     void usesNoHalfWrittenCopyThatItCannotRemove();
@@ -517,6 +526,52 @@ void TestRecover::canBeRepeatedWhereAScreenCannotBeCopied()
     QCOMPARE(bytesBelow(project, u"scr"_s), conversions());
 }
 
+void TestRecover::finishesOnlyWhereItCanWriteTheStage_data()
+{
+    QTest::addColumn<Interruption>("interruption");
+    row("removing the last backup", [](const TestProject &project) {
+        putOriginals(project, u"scr"_s);
+        writeStage(project, RunStage::Discarding);
+    });
+    row("backing up", [](const TestProject &project) {
+        putOriginals(project, u"scr"_s, hall);
+        putOriginals(project, u"scr_bak"_s, allScreens.first(2));
+        writeStage(project, RunStage::BackingUp);
+    });
+    row("removing the screens", [](const TestProject &project) {
+        putOriginals(project, u"scr"_s, hall);
+        putOriginals(project, u"scr_bak"_s);
+        writeStage(project, RunStage::Removing);
+    });
+    row("copying back", [](const TestProject &project) {
+        putConverted(project, u"scr"_s, {u"a.psc"_s});
+        putOriginals(project, u"scr_bak"_s);
+        writeStage(project, RunStage::CopyingBack);
+    });
+}
+
+/// Otherwise an interruption of what follows could not be told from one of what was before.
+void TestRecover::finishesOnlyWhereItCanWriteTheStage()
+{
+    QFETCH(const Interruption, interruption);
+    const TestProject project;
+    interruption(project);
+    putConverted(project, u"scr_temp"_s);
+    project.makeFolder(u".vantrel.run.new"_s);
+    const QStringList before = describeTree(project.dir());
+    const CliResult result = recover(project, {u"--finish"_s});
+    COMPARE_EXIT_CODE(result, FilesMissing);
+    QCOMPARE(withPlaceholders(result.errorOutput, project.dir()),
+             "<project>/.vantrel.run could not be written: Is a directory. No screen is lost; repeat the "
+             "command.\n");
+    QCOMPARE(describeTree(project.dir()), before);
+
+    QVERIFY(QDir(project.dir()).rmdir(u".vantrel.run.new"_s));
+    COMPARE_EXIT_CODE(recover(project, {u"--finish"_s}), DoneWithErrors);
+    QCOMPARE(bytesBelow(project, u"scr"_s), conversions());
+    QCOMPARE(bytesBelow(project, u"scr_bak"_s), originals());
+}
+
 /// A full disk may be what the run was killed for.
 void TestRecover::takesAConversionBackWithoutWritingTheStage()
 {
@@ -607,25 +662,41 @@ void TestRecover::touchesNothingWhereItCannotDecide_data()
     QTest::newRow("two versions of a screen")
         << isChanged << u"--roll-back"_s
         << QByteArray("scr/a.psc: obstacle: its versions in \"scr\" and \"scr_bak\" differ");
-    QTest::newRow("a changed screen would be removed")
-        << Interruption([](const TestProject &project) {
-               project.write(u"scr/a.psc"_s, "changed");
-               putOriginals(project, u"scr_bak"_s);
-               putConverted(project, u"scr_temp"_s);
-               writeStage(project, RunStage::Removing);
-           })
-        << u"--finish"_s
-        << QByteArray("scr/a.psc: obstacle: it holds neither what the run had found nor what");
-    QTest::newRow("a changed screen would be replaced")
+    const QByteArray changed = "scr/a.psc: obstacle: it holds neither what the run had found nor what";
+    const Interruption isChangedBeforeRemoval = [](const TestProject &project) {
+        project.write(u"scr/a.psc"_s, "changed");
+        putOriginals(project, u"scr_bak"_s);
+        putConverted(project, u"scr_temp"_s);
+        writeStage(project, RunStage::Removing);
+    };
+    QTest::newRow("a changed screen would be removed, finish")
+        << isChangedBeforeRemoval << u"--finish"_s << changed;
+    QTest::newRow("a changed screen would be removed, roll back")
+        << isChangedBeforeRemoval << u"--roll-back"_s << changed;
+    const Interruption isChangedBeforeItsCopy = [](const TestProject &project) {
+        putConverted(project, u"scr"_s, {u"00.psc"_s});
+        project.write(u"scr/a.psc"_s, "changed");
+        putOriginals(project, u"scr_bak"_s);
+        putConverted(project, u"scr_temp"_s, {u"a.psc"_s, u"hall/00.psc"_s});
+        writeStage(project, RunStage::CopyingBack);
+    };
+    QTest::newRow("a changed screen would be replaced, finish")
+        << isChangedBeforeItsCopy << u"--finish"_s << changed;
+    QTest::newRow("a changed screen would be replaced, roll back")
+        << isChangedBeforeItsCopy << u"--roll-back"_s << changed;
+    QTest::newRow("a screen was changed after it had been renamed back")
         << Interruption([](const TestProject &project) {
                putConverted(project, u"scr"_s, {u"00.psc"_s});
-               project.write(u"scr/a.psc"_s, "changed");
                putOriginals(project, u"scr_bak"_s);
-               putConverted(project, u"scr_temp"_s, {u"a.psc"_s, u"hall/00.psc"_s});
+               putConverted(project, u"scr_temp"_s, {u"hall/00.psc"_s});
                writeStage(project, RunStage::CopyingBack);
+               project.write(u"scr/a.psc"_s, "changed");
+               QFile file(project.path(u"scr/a.psc"_s));
+               QVERIFY(file.open(QIODevice::ReadWrite));
+               QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(60),
+                                        QFileDevice::FileModificationTime));
            })
-        << u"--finish"_s
-        << QByteArray("scr/a.psc: obstacle: it holds neither what the run had found nor what");
+        << u"--roll-back"_s << changed;
     const Interruption isLinked = [](const TestProject &project) {
         putOriginals(project, u"scr_bak"_s);
         putConverted(project, u"scr_temp"_s);

@@ -147,11 +147,12 @@ void TestStageFile::readsNothingButAFile()
 void TestStageFile::staysWhereAReplacementCannotBeWritten()
 {
     const TestProject project;
-    StageFile file(project.dir(), someFacts());
-    file.enter(someState());
+    StageFile file(project.dir(), someFacts(), IfUnwritable::Stop);
+    QVERIFY(file.enter(someState()));
+    QCOMPARE(file.error(), 0);
     project.makeFolder(u".vantrel.run.new"_s);
-    QVERIFY(!file.replace({.stage = RunStage::RollingBack, .unsaved = {}, .endedAt = RunStage::Removing}));
-    QCOMPARE(errno, EISDIR);
+    QVERIFY(!file.enter({.stage = RunStage::RollingBack, .unsaved = {}, .endedAt = RunStage::Removing}));
+    QCOMPARE(file.error(), EISDIR);
     const std::optional<RunRecord> record = StageFile::read(project.dir());
     QVERIFY(record);
     QCOMPARE(record->state.stage, RunStage::CopyingBack);

@@ -42,6 +42,22 @@ bool haveSameContent(const QString &first, const QString &second)
     }
 }
 
+bool isBeginningOf(const QString &first, const QString &second)
+{
+    QFile a(first);
+    QFile b(second);
+    if (!a.open(QIODevice::ReadOnly) || !b.open(QIODevice::ReadOnly))
+        return false;
+    constexpr qint64 blockSize = 1 << 16;
+    while (true) {
+        const QByteArray block = a.read(blockSize);
+        if (block.isEmpty())
+            return a.error() == QFile::NoError;
+        if (block != b.read(block.size()))
+            return false;
+    }
+}
+
 bool completeBackup(const QList<QFileInfo> &originals, const QString &projectDir)
 {
     return std::all_of(originals.begin(), originals.end(), [&](const QFileInfo &original) {

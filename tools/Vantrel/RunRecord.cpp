@@ -158,7 +158,8 @@ RunFacts factsOfRun(const QString &projectDir, const QList<QFileInfo> &imageFile
     for (const QFileInfo &imageFile : imageFiles)
         facts.screens.append(imageFile.filePath().sliced(folderLength));
     const QString tempFolder = projectDir + "/scr_temp"_L1;
-    facts.hadTempFolder = QFileInfo::exists(tempFolder);
+    // A run takes a link in its place away, and makes a folder of its own.
+    facts.hadTempFolder = QFileInfo::exists(tempFolder) && !QFileInfo(tempFolder).isSymLink();
     if (facts.hadTempFolder)
         listOlderFiles(tempFolder, facts);
     return facts;

@@ -20,14 +20,16 @@ ScreenExchange::ScreenExchange(QString projectDir, FolderCreation creation, QStr
 
 bool ScreenExchange::discardAndGoOn()
 {
-    enter(RunStage::Discarding);
+    if (!enter(RunStage::Discarding))
+        return false;
     updUtils::removeDirOrLog(folder("/scr_bak"_L1));
     return backUpAndGoOn();
 }
 
 bool ScreenExchange::backUpAndGoOn()
 {
-    enter(RunStage::BackingUp);
+    if (!enter(RunStage::BackingUp))
+        return false;
     if (updUtils::transferImageFiles(u"/scr"_s, u"/scr_bak"_s, m_projectDir, m_creation))
         return removeAndGoOn();
     return copyBack(screensInPlace());
@@ -35,7 +37,8 @@ bool ScreenExchange::backUpAndGoOn()
 
 bool ScreenExchange::removeAndGoOn()
 {
-    enter(RunStage::Removing);
+    if (!enter(RunStage::Removing))
+        return false;
     updUtils::removeDirOrLog(folder("/scr"_L1));
     return copyBack();
 }
@@ -43,7 +46,8 @@ bool ScreenExchange::removeAndGoOn()
 bool ScreenExchange::copyBack(const QStringList &unsaved)
 {
     m_unsaved = unsaved;
-    enter(RunStage::CopyingBack);
+    if (!enter(RunStage::CopyingBack))
+        return false;
     // Still there only where not all of them could be backed up, or where one resists removal.
     const FoundImageFiles originals = searchImageFiles(folder("/scr"_L1));
     logFailures(originals);
@@ -57,15 +61,17 @@ bool ScreenExchange::retryCopyBack(const FoundImageFiles &originals)
     if (!originals.isWhole() || !completeBackup(originals.files, m_projectDir))
         return false;
     m_unsaved.clear();
-    enter(RunStage::Removing);
+    if (!enter(RunStage::Removing))
+        return false;
     updUtils::removeDirOrLog(folder("/scr"_L1));
-    enter(RunStage::CopyingBack);
+    if (!enter(RunStage::CopyingBack))
+        return false;
     return updUtils::moveImageFiles(u"/scr_temp"_s, u"/scr"_s, m_projectDir, m_creation);
 }
 
-void ScreenExchange::enter(RunStage stage) const
+bool ScreenExchange::enter(RunStage stage) const
 {
-    m_stageFile.enter({.stage = stage, .unsaved = m_unsaved, .endedAt = stage});
+    return m_stageFile.enter({.stage = stage, .unsaved = m_unsaved, .endedAt = stage});
 }
 
 QStringList ScreenExchange::screensInPlace() const

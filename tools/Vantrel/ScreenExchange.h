@@ -19,7 +19,8 @@ public:
     ScreenExchange(QString projectDir, FolderCreation creation, QStringList screens, StageFile &stageFile);
 
     /// These do what remains from a stage on. They return whether all that "scr_temp" holds
-    /// came to "scr"; where not, "scr_temp" is left alone.
+    /// came to "scr"; where not, "scr_temp" is left alone. They stop before a stage that the
+    /// stage file does not let begin.
     bool discardAndGoOn();
     bool backUpAndGoOn();
     bool removeAndGoOn();
@@ -27,7 +28,7 @@ public:
     bool copyBack(const QStringList &unsaved = {});
 
 private:
-    void enter(RunStage stage) const;
+    bool enter(RunStage stage) const;
     bool retryCopyBack(const FoundImageFiles &originals);
     QStringList screensInPlace() const;
     QString folder(QLatin1StringView name) const;

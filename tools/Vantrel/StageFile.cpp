@@ -53,25 +53,25 @@ bool syncFolder(const QByteArray &path)
 
 } // namespace
 
-StageFile::StageFile(const QString &projectDir, const RunFacts &facts)
+StageFile::StageFile(const QString &projectDir, const RunFacts &facts, IfUnwritable ifUnwritable)
     : m_folder(QFile::encodeName(projectDir))
     , m_path(QFile::encodeName(path(projectDir)))
     , m_factLines(toLines(facts))
+    , m_ifUnwritable(ifUnwritable)
 {
 }
 
-void StageFile::enter(const RunState &state)
+bool StageFile::enter(const RunState &state)
 {
-    if (!m_isUsable)
-        return;
-    m_isUsable = write(toText(state, m_factLines));
-    if (!m_isUsable)
-        remove();
-}
-
-bool StageFile::replace(const RunState &state) const
-{
-    return write(toText(state, m_factLines));
+    if (!m_isUsable || write(toText(state, m_factLines)))
+        return true;
+    if (m_ifUnwritable == IfUnwritable::Stop) {
+        m_error = errno;
+        return false;
+    }
+    m_isUsable = false;
+    remove();
+    return true;
 }
 
 /// Writes beside the file and exchanges it, so that it is whole at any time.
@@ -92,6 +92,7 @@ bool StageFile::remove()
     // What an interruption of the writing left.
     unlink((m_path + ".new").constData());
     const bool isGone = unlink(m_path.constData()) == 0 || errno == ENOENT;
+    m_error = isGone ? 0 : errno;
     syncFolder(m_folder);
     return isGone;
 }

@@ -8,22 +8,27 @@
 
 #include <optional>
 
+/// What to do where the file cannot be written.
+enum class IfUnwritable {
+    GoOnWithout, ///< and remove it: none is better than one that tells of an earlier stage
+    Stop,        ///< and keep it: what it tells of can be repeated
+};
+
 /// Writes ".vantrel.run" of a project while something is under way there that another process
 /// may have to finish or to take back. A file that an interruption left stays until a process
 /// writes or removes it; this object's end leaves it alone.
 class StageFile final
 {
 public:
-    StageFile(const QString &projectDir, const RunFacts &facts);
+    StageFile(const QString &projectDir, const RunFacts &facts,
+              IfUnwritable ifUnwritable = IfUnwritable::GoOnWithout);
 
-    /// Writes down what begins now, on the disk when this returns. Where that cannot be done the
-    /// file is removed instead: none is better than one that tells of an earlier stage.
-    void enter(const RunState &state);
-    /// Writes down what begins now where the file tells what led to it. Where that cannot be done
-    /// the file is left as it is, errno tells why, and what was to begin must not.
-    bool replace(const RunState &state) const;
+    /// Writes down what begins now, on the disk when this returns. Returns whether it may begin.
+    bool enter(const RunState &state);
     /// Removes the file: nothing is under way any more. Returns whether it is gone.
     bool remove();
+    /// Why enter() said no or remove() failed, an errno; 0 where neither did.
+    int error() const { return m_error; }
 
     static QString path(const QString &projectDir);
     /// Whether there is one, readable or not.
@@ -37,5 +42,7 @@ private:
     QByteArray m_folder;
     QByteArray m_path;
     QByteArray m_factLines;
+    IfUnwritable m_ifUnwritable;
     bool m_isUsable = true;
+    int m_error = 0;
 };

@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 FinishRun::FinishRun(const ScreenPlaces &places, const RecoveryPlan &plan)
     : m_places(places)
     , m_plan(plan)
-    , m_stageFile(places.projectDir(), plan.record.facts)
+    , m_stageFile(places.projectDir(), plan.record.facts, IfUnwritable::Stop)
     , m_exchange(places.projectDir(),
                  plan.record.facts.makesFolders ? FolderCreation::WithParents : FolderCreation::OneLevel,
                  plan.record.facts.screens, m_stageFile)
@@ -38,9 +38,15 @@ FinishResult FinishRun::perform()
     }
 }
 
-FinishResult FinishRun::resultOf(bool isCopiedBack) const
+FinishResult FinishRun::resultOf(bool isCopiedBack)
 {
-    return isCopiedBack ? FinishResult::Finished : FinishResult::NotAllCopiedBack;
+    if (isCopiedBack)
+        return FinishResult::Finished;
+    if (m_stageFile.error() == 0)
+        return FinishResult::NotAllCopiedBack;
+    m_error = u"%1 could not be written: %2"_s.arg(StageFile::path(m_places.projectDir()),
+                                                   qt_error_string(m_stageFile.error()));
+    return FinishResult::Failed;
 }
 
 FinishResult FinishRun::finishBackup()
@@ -105,8 +111,11 @@ FinishResult FinishRun::arriveRest(const QStringList &converted)
 bool FinishRun::isAccountedFor(const QString &screen) const
 {
     const QString place = m_places.inPlace(screen);
-    return haveSameContent(place, m_places.backup(screen)) ||
-           haveSameContent(place, m_places.converted(screen));
+    const QString converted = m_places.converted(screen);
+    // A copy that was broken off goes away only together with all of "scr".
+    const bool isAllOfScr = m_plan.inPlace.isEmpty();
+    return haveSameContent(place, m_places.backup(screen)) || haveSameContent(place, converted) ||
+           (isAllOfScr && isBeginningOf(place, converted));
 }
 
 /// Whether "scr" holds a screen that was changed since the run ended.

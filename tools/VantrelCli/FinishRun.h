@@ -31,7 +31,7 @@ private:
     FinishResult finishRemoval();
     FinishResult finishCopyBack();
     FinishResult arriveRest(const QStringList &converted);
-    FinishResult resultOf(bool isCopiedBack) const;
+    FinishResult resultOf(bool isCopiedBack);
     bool isAccountedFor(const QString &screen) const;
     bool isContradictory();
 

@@ -98,9 +98,11 @@ private:
     ExitCode undo();
     ExitCode takeBack(const RecoveryPlan &plan);
 
+    ExitCode endRun(const RecoveryPlan &plan, ExitCode code, const QString &message);
     ExitCode endUnfinished(const QString &error);
     ExitCode refuse(const QString &message);
     ExitCode refuseUndecided(const RecoveryPlan &plan);
+    ExitCode refuseChanged(const QStringList &paths);
     ExitCode endWith(ExitCode code, const QString &message, qsizetype files);
     void tellFact(const QString &path, const QString &text, const QString &advice);
 
@@ -193,21 +195,24 @@ ExitCode RecoverCommand::tell(const RecoveryPlan &plan)
 ExitCode RecoverCommand::rollBack(const RecoveryPlan &plan)
 {
     RollBack rollBack(m_places, plan);
+    if (const QStringList changed = rollBack.changedScreens(); !changed.isEmpty())
+        return refuseChanged(changed);
     if (const QString error = rollBack.perform(); !error.isEmpty())
         return endUnfinished(error);
-    StageFile(m_options.projectDir, plan.record.facts).remove();
-    return endWith(
-        ExitCode::Done,
+    return endRun(
+        plan, ExitCode::Done,
         u"The run was taken back: \"scr\" is as it was before it. Copied from \"scr_bak\": %1."_s.arg(
-            screensText(rollBack.restoredScreens())),
-        plan.record.facts.screens.size());
+            screensText(rollBack.restoredScreens())));
 }
 
 ExitCode RecoverCommand::finish(const RecoveryPlan &plan)
 {
     const RunStage stage = plan.record.state.stage;
     if (stage == RunStage::RollingBack || stage == RunStage::RolledBack) {
-        if (const QString error = RollBack(m_places, plan).perform(); !error.isEmpty())
+        RollBack rollBack(m_places, plan);
+        if (const QStringList changed = rollBack.changedScreens(); !changed.isEmpty())
+            return refuseChanged(changed);
+        if (const QString error = rollBack.perform(); !error.isEmpty())
             return endUnfinished(error);
         return finishConversion(plan);
     }
@@ -249,27 +254,19 @@ ExitCode RecoverCommand::finishLater(const RecoveryPlan &plan)
     const LoggedErrors errors(&m_presenter);
     FinishRun finishRun(m_places, plan);
     const FinishResult result = finishRun.perform();
-    if (result == FinishResult::Contradictory) {
-        for (const QString &path : finishRun.contradictoryFiles()) {
-            m_presenter.showFinding({FindingKind::RecoveryUndecided, relativeTo(m_options.projectDir, path),
-                                     u"it holds neither what the run had found nor what it had made"_s,
-                                     u"move it away"_s});
-        }
-        return refuse(u"Refused, nothing was touched: files were changed since the run ended."_s);
-    }
+    if (result == FinishResult::Contradictory)
+        return refuseChanged(finishRun.contradictoryFiles());
     if (result == FinishResult::Failed)
         return endUnfinished(finishRun.error());
-    StageFile(m_options.projectDir, plan.record.facts).remove();
-    const qsizetype count = plan.record.facts.screens.size();
+    if (result == FinishResult::NotAllCopiedBack && errors.hasAny())
+        return endUnfinished(u"Not all files could be copied from \"scr_temp\" to \"scr\""_s);
     if (result == FinishResult::NotAllCopiedBack) {
-        return endWith(ExitCode::FilesMissing,
-                       u"Not all files could be copied from \"scr_temp\" to \"scr\"; copy them by hand."_s,
-                       count);
+        return endRun(plan, ExitCode::FilesMissing,
+                      u"Not all files could be copied from \"scr_temp\" to \"scr\"; copy them by hand."_s);
     }
-    return endWith(
-        tellUnconverted(plan) || errors.hasAny() ? ExitCode::DoneWithErrors : ExitCode::Done,
-        u"The run is complete: \"scr\" holds the converted screens, \"scr_bak\" those from before it."_s,
-        count);
+    return endRun(
+        plan, tellUnconverted(plan) || errors.hasAny() ? ExitCode::DoneWithErrors : ExitCode::Done,
+        u"The run is complete: \"scr\" holds the converted screens, \"scr_bak\" those from before it."_s);
 }
 
 /// Tells which screens a finished run has not brought to "scr", and returns whether there are any.
@@ -307,12 +304,10 @@ ExitCode RecoverCommand::takeBack(const RecoveryPlan &plan)
     RollBack rollBack(m_places, plan);
     if (const QString error = rollBack.perform(); !error.isEmpty())
         return endUnfinished(error);
-    StageFile(m_options.projectDir, plan.record.facts).remove();
-    return endWith(
-        ExitCode::Done,
+    return endRun(
+        plan, ExitCode::Done,
         u"The last run was undone: \"scr\" holds the screens from before it, \"scr_undone\" those that it "
-        "had made."_s,
-        plan.record.facts.screens.size());
+        "had made."_s);
 }
 
 ExitCode RecoverCommand::refuseUndecided(const RecoveryPlan &plan)
@@ -337,6 +332,27 @@ ExitCode RecoverCommand::refuseUndecided(const RecoveryPlan &plan)
     for (const QString &file : plan.unnamable)
         show(relativeTo(m_options.projectDir, file), u"its name is not valid UTF-8"_s, u"rename it"_s);
     return refuse(u"Refused, nothing was touched: what is right cannot be decided."_s);
+}
+
+ExitCode RecoverCommand::refuseChanged(const QStringList &paths)
+{
+    for (const QString &path : paths) {
+        m_presenter.showFinding({FindingKind::RecoveryUndecided, relativeTo(m_options.projectDir, path),
+                                 u"it holds neither what the run had found nor what it had made"_s,
+                                 u"move it away"_s});
+    }
+    return refuse(u"Refused, nothing was touched: files were changed since the run ended."_s);
+}
+
+/// Nothing is under way any more.
+ExitCode RecoverCommand::endRun(const RecoveryPlan &plan, ExitCode code, const QString &message)
+{
+    StageFile file(m_options.projectDir, plan.record.facts);
+    if (!file.remove()) {
+        return endUnfinished(u"%1 could not be removed: %2"_s.arg(StageFile::path(m_options.projectDir),
+                                                                  qt_error_string(file.error())));
+    }
+    return endWith(code, message, plan.record.facts.screens.size());
 }
 
 ExitCode RecoverCommand::endUnfinished(const QString &error)

@@ -50,6 +50,28 @@ RollBack::RollBack(const ScreenPlaces &places, const RecoveryPlan &plan)
 {
 }
 
+QStringList RollBack::changedScreens() const
+{
+    QStringList changed;
+    if (m_plan.lastStage() != RunStage::Removing && m_plan.lastStage() != RunStage::CopyingBack)
+        return changed;
+    const QDateTime stageBegun = QFileInfo(StageFile::path(m_places.projectDir())).lastModified();
+    for (const QString &screen : m_plan.inBackup) {
+        const QString place = m_places.inPlace(screen);
+        const QString converted = m_places.converted(screen);
+        if (!QFileInfo::exists(place) || haveSameContent(place, m_places.backup(screen)))
+            continue;
+        // Copying may have been broken off in the middle of a file. A file that was renamed is as old
+        // as its conversion.
+        const bool isOfRun = QFileInfo::exists(converted) ? isBeginningOf(place, converted)
+                                                          : m_plan.lastStage() == RunStage::CopyingBack &&
+                                                                QFileInfo(place).lastModified() <= stageBegun;
+        if (!isOfRun)
+            changed.append(place);
+    }
+    return changed;
+}
+
 QString RollBack::perform()
 {
     const RunStage stage = m_plan.record.state.stage;
@@ -83,11 +105,11 @@ QString RollBack::perform()
 /// Returns what went wrong. The stage before is written down still, so that all can be repeated.
 QString RollBack::enter(RunStage stage) const
 {
-    const StageFile file(m_places.projectDir(), m_plan.record.facts);
-    if (file.replace({.stage = stage, .unsaved = m_plan.inPlace, .endedAt = m_plan.lastStage()}))
+    StageFile file(m_places.projectDir(), m_plan.record.facts, IfUnwritable::Stop);
+    if (file.enter({.stage = stage, .unsaved = m_plan.inPlace, .endedAt = m_plan.lastStage()}))
         return {};
     return u"%1 could not be written: %2"_s.arg(StageFile::path(m_places.projectDir()),
-                                                qt_error_string(errno));
+                                                qt_error_string(file.error()));
 }
 
 /// Keeps what the run had made.

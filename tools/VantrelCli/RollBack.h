@@ -18,6 +18,10 @@ public:
     /// The stage file is left with the stage RolledBack.
     QString perform();
 
+    /// Screens in "scr" that hold neither what the run had found nor what it had made: putting the
+    /// backup in their place would lose what somebody has written since.
+    QStringList changedScreens() const;
+
     /// How many screens were not as they had been.
     int restoredScreens() const { return m_restoredScreens; }
 

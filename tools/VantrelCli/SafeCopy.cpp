@@ -2,6 +2,7 @@
 #include "SafeCopy.h"
 
 #include "Backup.h"
+#include "FileIo.h"
 
 #include <QDir>
 #include <QFile>
@@ -42,9 +43,8 @@ QString putCopy(const QString &source, const QString &target)
     const QString beside = folder + unfinishedCopy;
     QDir().mkpath(folder);
     QFile::remove(beside);
-    QFile original(source);
-    if (!original.copy(beside))
-        return u"%1 could not be copied to %2: %3"_s.arg(source, folder, original.errorString());
+    if (const int error = copyFile(source, beside); error != 0)
+        return u"%1 could not be copied to %2: %3"_s.arg(source, folder, qt_error_string(error));
     if (!haveSameContent(source, beside)) {
         QFile::remove(beside);
         return u"%1 could not be copied to %2 whole"_s.arg(source, folder);
