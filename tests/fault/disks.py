@@ -8,15 +8,19 @@ from __future__ import annotations
 
 import contextlib
 import functools
+import os
 import subprocess
 from typing import Iterator
 
+import kills
 from cases import Case, Site, Surroundings, site
-from faults import SETTINGS, Setting, Undisturbed, require_no_silence, require_safety, study
+from faults import SETTINGS, Setting, Undisturbed, require_no_silence, require_safety, study, without_lock
 from programs import Failure, Outcome, require_no_crash
 from trees import differences
 
 PAGE = 4096
+PAGES_OF_A_PLANT = 12
+FILLER = "filler"
 
 
 @contextlib.contextmanager
@@ -91,6 +95,53 @@ def full_disks(surroundings: Surroundings) -> list[Case]:
         for options in surroundings.thinned(disk_options(undisturbed, setting, surroundings)):
             check = functools.partial(check_disk, surroundings, setting, undisturbed, options)
             cases.append(Case(f"{setting.name}: {options}", check))
+    return cases
+
+
+# --- Recovering on a full disk ---
+
+
+def fill(place: Site, pages: int) -> None:
+    """Leaves that many pages on the disk."""
+    free = os.statvfs(place.project)
+    with (place.project / FILLER).open("wb") as filler:
+        filler.write(bytes(max(free.f_bfree - pages, 0) * PAGE))
+
+
+def check_recovery(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed, kill: kills.Kill,
+                   promise: kills.Promise, pages: int) -> None:
+    with site(surroundings, empty) as place:
+        place.plant = setting.plant
+        with small_disk(place, "size=2m,nr_inodes=1000"):
+            kill.of(place, setting.arguments(place))
+            fill(place, pages)
+            outcome = place.program.run(["recover", "--project", str(place.project), promise.option, "--json"])
+            (place.project / FILLER).unlink()
+            halfway = place.tree()
+            is_open = kills.is_under_way(halfway)
+            if is_open:
+                kills.recover(place, promise, undisturbed)
+            after = without_lock(place.tree())
+        require_no_crash(outcome)
+        require_safety(place.before, halfway, undisturbed)
+        require_reason(outcome, "No space left on device")
+        if outcome.code == 0 and is_open:
+            raise Failure("said that all is done, but left the file that tells of the run")
+        # A run that is performed anew ends with reports, as any run does on such a disk.
+        if outcome.code == 0 or is_open or promise.option == "--roll-back":
+            promise.require(place.before, after, undisturbed, False)
+
+
+def full_disk_recoveries(surroundings: Surroundings) -> list[Case]:
+    kills.require_recover(surroundings)
+    cases = []
+    for setting in kills.SETTINGS[:2]:
+        undisturbed = study(surroundings, setting)
+        points = [(kill, promise, pages) for kill in kills.interrupted(surroundings, setting, undisturbed, 6)
+                  for promise in kills.PROMISES for pages in range(2 * PAGES_OF_A_PLANT)]
+        for kill, promise, pages in surroundings.thinned(points):
+            check = functools.partial(check_recovery, surroundings, setting, undisturbed, kill, promise, pages)
+            cases.append(Case(f"{setting.name}: {kill.injection}, recover {promise.option}, {pages} pages", check))
     return cases
 
 

@@ -6,7 +6,7 @@ import functools
 import os
 import pathlib
 
-from cases import Case, Surroundings, site
+from cases import Case, Site, Surroundings, site
 from plants import LIBRARY, Plant, screen, write_files
 from programs import Failure, require_no_crash
 from trees import lost_originals, place_in_backup
@@ -66,21 +66,30 @@ def check_names(surroundings: Surroundings, names: list[str], options: list[str]
         require_no_crash(outcome)
         if lost := lost_originals(place.before, after):
             raise Failure(f"originals lost, exit code {outcome.code}: {', '.join(map(printable, lost))}")
-        for name, content in zip(names, expected):
-            path = f"scr/{name}"
-            converted = path in after and after[path].content == content
-            saved = after.get(place_in_backup(path)) == place.before[path]
-            if not (converted and saved) and outcome.code == 0:
-                raise Failure(f"{printable(name)} neither converted nor reported")
+        if outcome.code == 0:
+            require_converted(place, names, expected)
+
+
+def require_converted(place: Site, names: list[str], expected: list[bytes]) -> None:
+    after = place.tree()
+    for name, content in zip(names, expected):
+        path = f"scr/{name}"
+        converted = path in after and after[path].content == content
+        saved = after.get(place_in_backup(path)) == place.before[path]
+        if not (converted and saved):
+            raise Failure(f"{printable(name)} neither converted nor reported")
 
 
 def check_refusal(surroundings: Surroundings, names: list[str]) -> None:
+    expected = expected_contents(surroundings, len(names))
     with site(surroundings, plant_with(names)) as place:
         outcome = place.program.run(place.update_all())
         if outcome.code != 0 and outcome.code != 3:
             raise Failure(f"exit code {outcome.code}")
         if outcome.code == 3 and place.tree() != place.before:
             raise Failure("refused, but changed")
+        if outcome.code == 0:
+            require_converted(place, names, expected)
         if lost := lost_originals(place.before, place.tree()):
             raise Failure(f"originals lost: {', '.join(map(printable, lost))}")
 

@@ -46,6 +46,7 @@ ROWS = {
     "killed-undoings": Row(kills.killed_undoings, sample=3, whole=60),
     "failing-recoveries": Row(kills.failing_recoveries, sample=6, whole=150),
     "full-disks": Row(disks.full_disks, sample=6, whole=100, mounts=True),
+    "full-disk-recoveries": Row(disks.full_disk_recoveries, sample=6, whole=100, mounts=True),
     "limited-files": Row(disks.limited_files, sample=6, whole=100),
     "missing-permissions": Row(permissions.missing_permissions, sample=100, whole=100),
     "links": Row(links.links, sample=100, whole=100),
