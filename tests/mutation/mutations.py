@@ -110,8 +110,6 @@ CONVERTER = _table(
     ("        if (stopRequested)\n            return false;\n", ""),
     ("Q_EMIT sigProgressChanged(count, index);", "Q_EMIT sigProgressChanged(count, index + 1);"),
     ("Q_EMIT sigProgressChanged(count, count);", "Q_EMIT sigProgressChanged(count, 0);"),
-    ('updUtils::removeDir(projectDir + "/scr_bak"_L1);', ""),
-    ("if (!completeBackup(originals, m_run->projectDir))\n        return false;", ""),
     ("keepObject(object.shapeFile, shapeFile.errorText);",
      "keepObject(m_run->library->path(object.shapeFile), shapeFile.errorText);"),
     ("object.shapeObject = shape.imageObject;", ""),
@@ -125,17 +123,71 @@ CONVERTER = _table(
 
 FILES = _table(
     "updUtils.cpp",
-    ('entryPath.contains(".psc"_L1)', 'entryPath.endsWith(".psc"_L1)'),
-    ("entry.isDir() && !entry.isSymLink()", "entry.isDir()"),
-    ("QDir::NoDotAndDotDot | QDir::AllDirs | QDir::Files | QDir::Hidden | QDir::System",
-     "QDir::NoDotAndDotDot | QDir::AllDirs | QDir::Files | QDir::System"),
-    ('path.indexOf("/bmp"_L1) <= 0', 'path.indexOf("/bmp"_L1) < -1'),
-    ("const QString path = entry.filePath().toLower();", "const QString path = entry.filePath();"),
-    ("if (!renameAll(moves, source) && !copyAll(moves))\n        return false;",
-     "if (!renameAll(moves, source))\n        copyAll(moves);"),
-    ("    removeDir(source);\n", ""),
-    ("if (trail.contains(canonicalPath))\n        return;", ""),
-    ("if (creation == FolderCreation::WithParents)", "if (creation == FolderCreation::OneLevel)"),
+    ("if (entry.kind != EntryKind::Folder)\n", "if (entry.kind == EntryKind::File)\n"),
+    ("if (inner.isOpen() && !removeEntries(inner))\n            return false;", ""),
+    ("if (listing.error != 0)\n        return false;", ""),
+    ("S_ISLNK(status.st_mode))\n        return unlink(folderPath.constData()) == 0;", "false)\n        return false;"),
+    ("return copyAll(moves) && found.isWhole() && holdsNothingElse(source, moves);", "return copyAll(moves);"),
+    ("found.isWhole() && renameAll(moves, source)", "renameAll(moves, source)"),
+    ("    removeDirOrLog(projectDir + from);\n", ""),
+    ("creation == FolderCreation::WithParents ? QDir()", "creation == FolderCreation::OneLevel ? QDir()"),
+)
+
+SEARCH = _table(
+    "ImageFileSearch.cpp",
+    ('!path.contains(".psc")', '!path.endsWith(".psc")'),
+    ("if (entry.name.startsWith('.'))\n                continue;", ""),
+    ("if (std::find(m_trail.begin(), m_trail.end(), here) != m_trail.end())\n        return false;", ""),
+    ("name.toLower()});", "name});"),
+    ("error != 0 && !saysMissing(error)", "error != 0"),
+)
+
+BITMAPS = _table(
+    "BitmapFolders.cpp",
+    ('lowerPath.indexOf("/bmp"_L1) <= 0', 'lowerPath.indexOf("/bmp"_L1) < -1'),
+    ("const QString lowerPath = path.toLower();", "const QString lowerPath = path;"),
+    ("entry.kind != EntryKind::Link)", "true)"),
+    ("const bool isHidden = entry.name.startsWith('.');", "const bool isHidden = false;"),
+)
+
+MOVES = _table(
+    "FileMove.cpp",
+    ("status.st_nlink == 1 && ", ""),
+    ("S_ISREG(status.st_mode) && ", ""),
+    (" && !names.contains(file.to)", ""),
+    (" &&\n               isShortEnough(targetPath, file.to)", ""),
+    ("isReachedWithoutLinks(folder.from) && ", ""),
+    ("(!moves.isEmpty() && !canBeRemoved(root))", "false"),
+)
+
+EXCHANGE = _table(
+    "ScreenExchange.cpp",
+    ('    updUtils::removeDirOrLog(folder("/scr_bak"_L1));\n', ""),
+    ("!completeBackup(originals.files, m_projectDir)", "false"),
+    ("!originals.isWhole() || ", ""),
+    ("return copyBack(screensInPlace());", "return copyBack();"),
+    ("    if (!enter(RunStage::BackingUp))\n        return false;\n", ""),
+)
+
+PLACEMENT = _table(
+    "ShapePlacement.cpp",
+    ("left = std::max(0, Wrap::add(centre.x(), gap.number));", "left = Wrap::add(centre.x(), gap.number);"),
+    ("const bool lacksFields = fields.count < Rectangle::extra && !extraText.isEmpty();",
+     "const bool lacksFields = false;"),
+    ("coordinates > 0 && coordinates ==", "coordinates =="),
+    ("if (!field.contains(u':') || ", "if ("),
+    ("if (!fitting.extraText.isEmpty())\n                out.append", "out.append"),
+    ("fields.count > Rectangle::level;", "fields.count >= Rectangle::level;"),
+    ("isAxisReference(index) && field.contains(u':')", "isAxisReference(index)"),
+    ("    m_textBeforeGaps += rest.size();\n", ""),
+)
+
+FILE_IO = _table(
+    "FileIo.cpp",
+    (" || status.st_size > largestFile)", ")"),
+    ("    if (m_isThere)\n        ::unlink(m_path.constData());\n    return false;", "    return false;"),
+    ("O_CREAT | O_EXCL, mode", "O_CREAT, mode"),
+    ("file.isOpen() && !file.setMode(mode)) {", "false) {"),
 )
 
 CHANGE_LOG = _table(
@@ -143,8 +195,11 @@ CHANGE_LOG = _table(
     ("Uminitalisation", "Uninitialisation"),
     ("if (shapeObject == imageObject)\n        shapeObject.clear();", ""),
     ("constexpr qsizetype tagLength = 4;", "constexpr qsizetype tagLength = 5;"),
-    ("if (isNew)\n", ""),
+    ("if (!exists)\n", ""),
+    ("    m_rows.clear();\n", ""),
+    (" || status.st_dev != m_device || status.st_ino != m_inode", ""),
     ('return u"NO REPLACE"_s;', 'return u"NOT REPLACED"_s;'),
 )
 
-MUTATIONS = GRAMMAR + CUTTER + RECTANGLES + REFERENCES + CHECK + CONVERTER + FILES + CHANGE_LOG
+MUTATIONS = (GRAMMAR + CUTTER + RECTANGLES + REFERENCES + PLACEMENT + FILE_IO + CHECK + CONVERTER + FILES + SEARCH +
+             BITMAPS + MOVES + EXCHANGE + CHANGE_LOG)
