@@ -39,6 +39,8 @@ private Q_SLOTS:
     void rebuildsARectangleLineFromItsFixedFields();
     void leavesShortRectangleLinesAlone_data();
     void leavesShortRectangleLinesAlone();
+    void countsTheExtraTextAmongTheFieldsOfAShortLine_data();
+    void countsTheExtraTextAmongTheFieldsOfAShortLine();
     void centresOnAClearedRecord();
     void wrapsAroundAtTheEndsOfTheRange();
     void keepsTheOrderOfAllLines();
@@ -180,6 +182,28 @@ void TestPlacement::leavesShortRectangleLinesAlone()
     Converter::STBlock target = blockAt(100, 50, 199, 149);
     target.extraNumber = 1;
     QCOMPARE(place(line, target, blockAt(0, 0, 49, 49)), line);
+}
+
+void TestPlacement::countsTheExtraTextAmongTheFieldsOfAShortLine_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QString>("placed");
+    QTest::newRow("still too short") << u"PSDV;1;2;3;4"_s << u"PSDV;1;2;3;4;x;y;z"_s;
+    QTest::newRow("nothing but the tag") << u"PSDV"_s << u"PSDV;x;y;z"_s;
+    QTest::newRow("just too short") << u"PSDV;1;2;3;4;5;6;7"_s << u"PSDV;1;2;3;4;5;6;7;x;y;z"_s;
+    QTest::newRow("long enough with it")
+        << u"PSDV;10;20;30;40;5;6;7;8"_s << u"PSDV;135;95;155;115;5;6;7;8;x;y;1"_s;
+    QTest::newRow("its first field becomes the level")
+        << u"PSDV;10;20;30;40;5;6;7;8;9;10"_s << u"PSDV;135;95;155;115;5;6;7;8;9;10;1;y;z"_s;
+}
+
+void TestPlacement::countsTheExtraTextAmongTheFieldsOfAShortLine()
+{
+    QFETCH(const QString, line);
+    Converter::STBlock target = blockAt(100, 50, 199, 149);
+    target.extraNumber = 1;
+    target.extraText = u"x;y;z"_s;
+    QTEST(place(line, target, blockAt(0, 0, 49, 49)), "placed");
 }
 
 void TestPlacement::centresOnAClearedRecord()
