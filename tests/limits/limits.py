@@ -42,8 +42,9 @@ class Expectation:
     """What a case expects of its run; a screen of None is neither there nor compared."""
 
     def __init__(self, codes, message=None, unchanged=(), options=(), lines=None, bytes_per_byte=BYTES_PER_BYTE,
-                 fixed_bytes=FIXED_BYTES):
+                 fixed_bytes=FIXED_BYTES, most_addresses=MOST_ADDRESSES):
         self.codes = codes
+        self.most_addresses = most_addresses
         self.bytes_per_byte = bytes_per_byte
         self.fixed_bytes = fixed_bytes
         self.message = message
@@ -292,6 +293,15 @@ for kind, make in {
 CASES.append(("empty_device_as_a_shape", "small", LONGEST_ODD_RUN, empty_device_as_a_shape))
 
 
+@case("small, of limited memory")
+def more_than_the_memory(project):
+    write(project / "scr/a.psc")
+    os.truncate(project / "scr/a.psc", 400 * MEBIBYTE)
+    write(project / "scr/b.psc", PLAIN)
+    return Expectation([REFUSED], b"There is not enough memory", unchanged=["a.psc", "b.psc"],
+                       most_addresses=400 * MEBIBYTE)
+
+
 # --- Large ---
 
 HUNDRED_MEGABYTES = 100 * MEBIBYTE
@@ -387,13 +397,13 @@ def largest_file(project):
                default=0)
 
 
-def execute(program, arguments, home, seconds, is_sanitized):
+def execute(program, arguments, home, seconds, most_addresses):
     """Returns exit status, output and peak memory of a run that ends in time."""
     environment = {"HOME": str(home), "XDG_STATE_HOME": str(home), "LC_ALL": "C.UTF-8", "TMPDIR": str(home)}
     environment |= {name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")}
     # What reads without an end must not take the machine's memory.
     environment["ASAN_OPTIONS"] = environment.get("ASAN_OPTIONS", "") + ":hard_rss_limit_mb=4096"
-    guard = [] if is_sanitized else ["prlimit", f"--as={MOST_ADDRESSES}"]
+    guard = ["prlimit", f"--as={most_addresses}"] if most_addresses else []
     with open(home / "output", "wb") as output:
         process = subprocess.Popen([*guard, program, *arguments], stdin=subprocess.DEVNULL, stdout=output,
                                    stderr=subprocess.STDOUT, env=environment)
@@ -446,7 +456,7 @@ def run(program, prepare, seconds, folder, checks_memory):
 
     code, output, peak = execute(
         program, ["update", "--project", str(project), "--all-shapes", "--json", *expectation.options], home, seconds,
-        not checks_memory)
+        expectation.most_addresses if checks_memory else None)
     require(code in expectation.codes, f"exit code {code}; {output[-600:]!r}")
     require(expectation.message is None or expectation.message in output,
             f"the message {expectation.message!r} is missing; {output[-600:]!r}")
@@ -489,8 +499,11 @@ def main():
     arguments = parser.parse_args()
 
     failures = 0
+    sizes = ["large"] if arguments.large else ["small"]
+    if not arguments.large and not arguments.no_memory:
+        sizes.append("small, of limited memory")
     for name, size, seconds, prepare in CASES:
-        if name not in arguments.case if arguments.case else size != ("large" if arguments.large else "small"):
+        if name not in arguments.case if arguments.case else size not in sizes:
             continue
         seconds = LONGEST_KNOWN_RUN if name in KNOWN else seconds
         result, holds = try_out(os.path.abspath(arguments.program), prepare, seconds, not arguments.no_memory)

@@ -6,10 +6,12 @@
 #include "DiffCommand.h"
 #include "Help.h"
 #include "JsonPresenter.h"
+#include "LeftOverRun.h"
 #include "NearestWord.h"
 #include "Output.h"
 #include "RecoverCommand.h"
 #include "ShapesCommand.h"
+#include "StageFile.h"
 #include "TextPresenter.h"
 #include "UpdateCommand.h"
 #include "Version.h"
@@ -22,6 +24,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -134,7 +137,9 @@ private:
     RecoverAction recoverAction() const;
     void setColors(ColorMode mode);
     ExitCode perform();
+    ExitCode perform(Presenter &presenter);
     ExitCode performUpdate(Presenter &presenter);
+    ExitCode endForWantOfMemory(Presenter &presenter) const;
     std::unique_ptr<Presenter> makePresenter();
     QString realCommand() const;
     bool isSet(const QString &option) const;
@@ -260,19 +265,43 @@ std::unique_ptr<Presenter> CommandRequest::makePresenter()
 ExitCode CommandRequest::perform()
 {
     const std::unique_ptr<Presenter> presenter = makePresenter();
+    try {
+        return perform(*presenter);
+    } catch (const std::bad_alloc &) {
+        return endForWantOfMemory(*presenter);
+    }
+}
+
+ExitCode CommandRequest::perform(Presenter &presenter)
+{
     switch (m_command.command) {
     case Command::Check:
-        return runCheck({m_projectDir, m_shapeNames, isSet(u"make-folders"_s)}, *presenter);
+        return runCheck({m_projectDir, m_shapeNames, isSet(u"make-folders"_s)}, presenter);
     case Command::Shapes:
-        return runShapes(m_projectDir, *presenter);
+        return runShapes(m_projectDir, presenter);
     case Command::Diff:
-        return runDiff(m_projectDir, *presenter);
+        return runDiff(m_projectDir, presenter);
     case Command::Recover:
-        return runRecover({m_projectDir, recoverAction()}, *presenter);
+        return runRecover({m_projectDir, recoverAction()}, presenter);
     case Command::Update:
         break;
     }
-    return performUpdate(*presenter);
+    return performUpdate(presenter);
+}
+
+/// A run that had begun was stopped before its next file, as long as that was possible.
+ExitCode CommandRequest::endForWantOfMemory(Presenter &presenter) const
+{
+    const bool isUnderWay = StageFile::exists(m_projectDir);
+    CommandEnd end;
+    end.command = m_command.name;
+    end.projectDir = m_projectDir;
+    end.exitCode = isUnderWay ? ExitCode::FilesMissing : ExitCode::Refused;
+    end.message = isUnderWay ? u"There is not enough memory. A run is left over; see \"%1\"."_s.arg(
+                                   recoverCommandFor(m_projectDir))
+                             : u"There is not enough memory for the files of the project."_s;
+    presenter.showEnd(end);
+    return end.exitCode;
 }
 
 ExitCode CommandRequest::performUpdate(Presenter &presenter)

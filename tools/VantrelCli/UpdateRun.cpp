@@ -32,6 +32,7 @@ UpdateRun::UpdateRun(const RunSettings &settings, Presenter &presenter)
 
 UpdateRun::~UpdateRun()
 {
+    m_converter.cancel(); // where an exception ends this before the run has ended
     m_converter.thread()->quit();
     m_converter.thread()->wait();
     Qel::Logger::unregisterLogListener(this);
