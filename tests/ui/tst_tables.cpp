@@ -107,6 +107,7 @@ private Q_SLOTS:
     void separatesCellsByTabs();
     void quotesWhatCommasWouldSplit_data();
     void quotesWhatCommasWouldSplit();
+    void keepsRowsOfOneEmptyCell();
     void takesWhatIsShownInTheOrderOfTheHeader();
 
     void copiesTheSelection();
@@ -175,6 +176,13 @@ void TestTables::quotesWhatCommasWouldSplit()
     QFETCH(const QString, written);
     QCOMPARE(commaSeparated({{u"h"_s, u"i"_s}, {cell, cell}}),
              "h,i\r\n"_L1 + written + u',' + written + "\r\n"_L1);
+}
+
+void TestTables::keepsRowsOfOneEmptyCell()
+{
+    QCOMPARE(commaSeparated({{u"h"_s}, {QString()}, {u"x"_s}}), u"h\r\n\"\"\r\nx\r\n"_s);
+    QCOMPARE(commaSeparated({{QString(), QString()}}), u",\r\n"_s);
+    QCOMPARE(tabSeparated({{u"h"_s}, {QString()}}), u"h\n\n"_s);
 }
 
 void TestTables::takesWhatIsShownInTheOrderOfTheHeader()

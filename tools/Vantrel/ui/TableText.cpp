@@ -33,13 +33,15 @@ QString quotedIfNeeded(const QString &cell)
 }
 
 template <typename CellText>
-QString joined(const TextRows &rows, CellText cellText, QChar separator, QLatin1StringView lineEnd)
+QString joined(const TextRows &rows, CellText cellText, QChar separator, QLatin1StringView emptyLine,
+               QLatin1StringView lineEnd)
 {
     QString text;
     for (const QStringList &row : rows) {
         QStringList cells;
         std::transform(row.begin(), row.end(), std::back_inserter(cells), cellText);
-        text += cells.join(separator) + lineEnd;
+        const QString line = cells.join(separator);
+        text += (line.isEmpty() ? QString(emptyLine) : line) + lineEnd;
     }
     return text;
 }
@@ -84,10 +86,11 @@ TextRows allTextRows(const QTableWidget &table)
 
 QString tabSeparated(const TextRows &rows)
 {
-    return joined(rows, withoutSeparators, u'\t', "\n"_L1);
+    return joined(rows, withoutSeparators, u'\t', ""_L1, "\n"_L1);
 }
 
 QString commaSeparated(const TextRows &rows)
 {
-    return joined(rows, quotedIfNeeded, u',', "\r\n"_L1);
+    // Readers skip a line without anything: a row would be lost.
+    return joined(rows, quotedIfNeeded, u',', "\"\""_L1, "\r\n"_L1);
 }

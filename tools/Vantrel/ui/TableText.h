@@ -22,6 +22,6 @@ TextRows allTextRows(const QTableWidget &table);
 QString tabSeparated(const TextRows &rows);
 
 /// One line a row as RFC 4180 has it: separated by commas, ended by CR LF, and a cell with a comma,
-/// a quotation mark or a line break in quotation marks.
+/// a quotation mark or a line break in quotation marks; so is an empty cell that is alone in its row.
 ///     {{"a", "1, \"2\""}}  ->  "a,\"1, \"\"2\"\"\"\r\n"
 QString commaSeparated(const TextRows &rows);
