@@ -80,6 +80,7 @@ private Q_SLOTS:
     void namesEveryControlOfTheDialog();
     void labelsLeadToTheirControls();
     void tellsWhatEveryButtonDoes();
+    void readsOutTheFileThatIsWorkedOn();
 
     void tabGoesThroughTheWindow();
     void f5StartsAndCancels();
@@ -136,6 +137,14 @@ void TestAccess::tellsWhatEveryButtonDoes()
         QVERIFY2(!button->toolTip().isEmpty(), qPrintable(button->objectName()));
         QVERIFY2(!Qt::mightBeRichText(button->toolTip()), qPrintable(button->objectName()));
     }
+}
+
+void TestAccess::readsOutTheFileThatIsWorkedOn()
+{
+    const TestWindow window;
+    window.onUpdFileName(u"/p/scr/a.psc"_s);
+    QCOMPARE(QAccessible::queryAccessibleInterface(window.ui.FileName)->text(QAccessible::Name),
+             u"Searching in /p/scr/a.psc..."_s);
 }
 
 void TestAccess::tabGoesThroughTheWindow()

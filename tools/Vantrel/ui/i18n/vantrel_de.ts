@@ -266,10 +266,6 @@ Liest die Bilder, verändert nichts und berührt einen laufenden Lauf nicht.</tr
         <translation>Protokoll</translation>
     </message>
     <message>
-        <source>Current file</source>
-        <translation>Aktuelle Datei</translation>
-    </message>
-    <message>
         <source>&lt;html&gt;&lt;head/&gt;&lt;body&gt;&lt;p&gt;&lt;br/&gt;&lt;/p&gt;&lt;/body&gt;&lt;/html&gt;</source>
         <translation>&lt;html&gt;&lt;head/&gt;&lt;body&gt;&lt;p&gt;&lt;br/&gt;&lt;/p&gt;&lt;/body&gt;&lt;/html&gt;</translation>
     </message>
