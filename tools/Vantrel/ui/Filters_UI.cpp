@@ -11,6 +11,11 @@ Filters_UI::Filters_UI(const QSet<QString> *allNames, const QSet<QString> *selec
     ui.setupUi(this);
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
     connectSignals();
+    ui.btnOkCancel->button(QDialogButtonBox::Ok)
+        ->setToolTip(
+            tr("Chooses the selected names for the next run; not those that the search text hides."));
+    ui.btnOkCancel->button(QDialogButtonBox::Cancel)
+        ->setToolTip(tr("Leaves the choice as it was when this dialog opened."));
 
     ui.listWidget->addItems(m_allNames.values());
     ui.listWidget->sortItems(Qt::AscendingOrder);

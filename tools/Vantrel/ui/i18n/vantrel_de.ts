@@ -41,6 +41,14 @@ Ausgeblendete Namen übernimmt OK nicht. Taste: Strg+F</translation>
         <source>Select All</source>
         <translation>Alle auswählen</translation>
     </message>
+    <message>
+        <source>Chooses the selected names for the next run; not those that the search text hides.</source>
+        <translation>Übernimmt die ausgewählten Namen für den nächsten Lauf; nicht die, die der Suchtext ausblendet.</translation>
+    </message>
+    <message>
+        <source>Leaves the choice as it was when this dialog opened.</source>
+        <translation>Lässt die Auswahl, wie sie beim Öffnen dieses Dialogs war.</translation>
+    </message>
 </context>
 <context>
     <name>RunNotifier</name>
@@ -217,11 +225,13 @@ vergisst, welche Shapes gewählt waren. Taste: Strg+L</translation>
         <source>Start Update: puts the current shapes in the place of their copies on all screens,
 for the shapes chosen by &quot;BMO Filters&quot; and for no others. Rewrites the folder &quot;scr&quot;
 and replaces the backup of the run before in &quot;scr_bak&quot;.
-Cancel: ends the run before its next screen; &quot;scr&quot; stays as it was. Key: F5</source>
+Cancel: ends the run before its next screen; &quot;scr&quot; stays as it was, unless
+the last screen is done already. Key: F5</source>
         <translation>Aktualisieren: setzt auf allen Bildern die aktuellen Shapes an die Stelle ihrer Kopien,
 für die mit &quot;BMO-Filter&quot; gewählten Shapes und für keine anderen. Schreibt den Ordner
 &quot;scr&quot; neu und ersetzt die Sicherung des vorigen Laufs in &quot;scr_bak&quot;.
-Abbrechen: beendet den Lauf vor dem nächsten Bild; &quot;scr&quot; bleibt, wie es war. Taste: F5</translation>
+Abbrechen: beendet den Lauf vor dem nächsten Bild; &quot;scr&quot; bleibt, wie es war,
+wenn das letzte Bild nicht schon fertig ist. Taste: F5</translation>
     </message>
     <message>
         <source>Start Update</source>
