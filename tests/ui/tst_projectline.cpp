@@ -50,6 +50,11 @@ bool drop(QWidget &widget, const QMimeData &data, Qt::DropActions offered = Qt::
     QCoreApplication::sendEvent(&widget, &enter);
     if (!enter.isAccepted())
         return false;
+    QDragMoveEvent move({5, 5}, offered, &data, Qt::LeftButton, Qt::NoModifier);
+    move.ignore();
+    QCoreApplication::sendEvent(&widget, &move);
+    if (!move.isAccepted())
+        return false;
     QDropEvent event({5, 5}, offered, &data, Qt::LeftButton, Qt::NoModifier);
     event.ignore();
     QCoreApplication::sendEvent(&widget, &event);
@@ -81,6 +86,7 @@ private Q_SLOTS:
 
     void takesADroppedProject_data();
     void takesADroppedProject();
+    void takesNothingThatIsOnlyDraggedOverIt();
     void leavesOtherDropsAlone_data();
     void leavesOtherDropsAlone();
     void neverMovesWhatIsDropped();
@@ -153,6 +159,21 @@ void TestProjectLine::takesADroppedProject()
         QVERIFY(drop(*target, *file(project->path(path))));
         QCOMPARE(window.ui.lnProjectPath->text(), project->dir());
     }
+}
+
+void TestProjectLine::takesNothingThatIsOnlyDraggedOverIt()
+{
+    const auto project = plant();
+    TestWindow window;
+    window.ui.lnProjectPath->setText(u"/elsewhere"_s);
+    const auto data = file(project->dir());
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QDragMoveEvent move({6, 6}, Qt::CopyAction, data.get(), Qt::LeftButton, Qt::NoModifier);
+    QDragLeaveEvent leave;
+    for (QEvent *event :
+         {static_cast<QEvent *>(&enter), static_cast<QEvent *>(&move), static_cast<QEvent *>(&leave)})
+        QCoreApplication::sendEvent(&window, event);
+    QCOMPARE(window.ui.lnProjectPath->text(), u"/elsewhere"_s);
 }
 
 void TestProjectLine::leavesOtherDropsAlone_data()

@@ -13,6 +13,7 @@
 #include <QHeaderView>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPointer>
 #include <QSettings>
 #include <QTest>
 #include <QToolTip>
@@ -57,13 +58,34 @@ QAction *entry(const QMenu &menu, const QString &text)
     qFatal("no entry %s", qPrintable(text));
 }
 
+/// The menu that opens when the user asks for one at a place.
+QMenu *openedMenu(QWidget &widget, QPoint place)
+{
+    QContextMenuEvent event(QContextMenuEvent::Mouse, place, widget.mapToGlobal(place));
+    QCoreApplication::sendEvent(&widget, &event);
+    auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+    if (menu == nullptr)
+        qFatal("no menu was opened");
+    return menu;
+}
+
 /// The menu that a window's table opens for a row.
 QMenu *openedMenu(QTableWidget &table, int row)
 {
     const QPoint place = row >= 0 ? table.visualRect(table.model()->index(row, 0)).center()
                                   : QPoint(5, table.viewport()->height() - 5);
-    Q_EMIT table.customContextMenuRequested(place);
-    return table.findChildren<QMenu *>().constLast();
+    return openedMenu(*table.viewport(), place);
+}
+
+void drag(QWidget &widget, QPoint from, QPoint to)
+{
+    QTest::mousePress(&widget, Qt::LeftButton, {}, from);
+    for (const QPoint place : {(from + to) / 2, to}) {
+        QMouseEvent move(QEvent::MouseMove, place, widget.mapToGlobal(place), Qt::NoButton, Qt::LeftButton,
+                         Qt::NoModifier);
+        QCoreApplication::sendEvent(&widget, &move);
+    }
+    QTest::mouseRelease(&widget, Qt::LeftButton, {}, to);
 }
 
 Converter::STBlock report(const QString &imageFile)
@@ -118,6 +140,7 @@ private Q_SLOTS:
     void copiesARowAndAll();
     void copiesTheRowThatWasClicked();
     void offersOnlyWhatIsPossible();
+    void opensTheMenuOfTheRow();
     void savesTheTable();
     void keepsTheOldFileWhenSavingFails();
     void asksWhereToSave();
@@ -130,6 +153,8 @@ private Q_SLOTS:
     void offersFilesOnlyForReports();
 
     void hiddenColumnsAndOrderSurviveARestart();
+    void columnsAreDraggedToTheirPlace();
+    void columnsAreHiddenByTheMenuOfTheHeader();
     void oneColumnStays();
     void writesNoSettingsUntilAColumnIsChanged();
     void ignoresSettingsOfOtherColumns_data();
@@ -305,6 +330,23 @@ void TestTables::offersOnlyWhatIsPossible()
     QCOMPARE(enabled(0), QStringList({u"Copy"_s, u"Copy Row"_s, u"Copy All"_s, u"Save As..."_s}));
     widget->setRowCount(0);
     QCOMPARE(enabled(-1), QStringList());
+    QCOMPARE(entry(*actions.menuFor(-1), u"Copy"_s)->shortcut(), QKeySequence(QKeySequence::Copy));
+}
+
+void TestTables::opensTheMenuOfTheRow()
+{
+    TestWindow window;
+    window.show();
+    window.handleMessage(u"info"_s, u"today"_s, u"below"_s);
+    window.handleMessage(u"info"_s, u"today"_s, u"above"_s);
+    window.ui.logTable->setCurrentCell(0, 0);
+    const QPointer<QMenu> menu = openedMenu(*window.ui.logTable, 1);
+    entry(*menu, u"Copy Row"_s)->trigger();
+    QCOMPARE(clipboardText(), u"Level\tDate/Time\tMessage\ninfo\ttoday\tbelow\n"_s);
+    entry(*menu, u"Copy"_s)->trigger();
+    QVERIFY(clipboardText().endsWith(u"above\n"_s));
+    menu->close();
+    QTRY_VERIFY(menu.isNull()); // and does not stay with the table
 }
 
 // --- Saving ---
@@ -456,16 +498,20 @@ void TestTables::offersFilesOnlyForReports()
     window.show();
     window.onConvertInfo(report(u"/no/scr/a.psc"_s));
     window.onConvertInfo({}); // about no file
-    const auto isOffered = [&](QTableWidget *table, int row) {
+    const auto offered = [&](QTableWidget *table, int row) {
+        QStringList texts;
         const QList<QAction *> actions = openedMenu(*table, row)->actions();
-        return std::any_of(actions.begin(), actions.end(), [](const QAction *action) {
-            return action->text() == "Open Image File"_L1 && action->isEnabled();
-        });
+        for (const QAction *action : actions) {
+            if (action->text().startsWith(u"Open"_s) && action->isEnabled())
+                texts += action->text();
+        }
+        return texts;
     };
-    QVERIFY(isOffered(window.ui.rplShapeTable, 1));
-    QVERIFY(!isOffered(window.ui.rplShapeTable, 0));
-    QVERIFY(!isOffered(window.ui.rplShapeTable, -1));
-    QVERIFY(!isOffered(window.ui.logTable, 0));
+    QCOMPARE(offered(window.ui.rplShapeTable, 1),
+             QStringList({u"Open Image File"_s, u"Open Containing Folder"_s}));
+    QCOMPARE(offered(window.ui.rplShapeTable, 0), QStringList());
+    QCOMPARE(offered(window.ui.rplShapeTable, -1), QStringList());
+    QCOMPARE(offered(window.ui.logTable, 0), QStringList());
 }
 
 // --- Columns ---
@@ -489,6 +535,38 @@ void TestTables::hiddenColumnsAndOrderSurviveARestart()
     window.ui.rplShapeTable->findChild<TableLayout *>()->setColumnShown(3, true);
     window.ui.logTable->findChild<TableLayout *>()->setColumnShown(1, true);
     QCOMPARE(settings().childGroups(), QStringList());
+}
+
+void TestTables::columnsAreDraggedToTheirPlace()
+{
+    {
+        TestWindow window;
+        window.show();
+        const QHeaderView &header = *window.ui.logTable->horizontalHeader();
+        const int y = header.height() / 2;
+        drag(*header.viewport(), {header.sectionViewportPosition(0) + 10, y},
+             {header.sectionViewportPosition(1) + header.sectionSize(1) - 10, y});
+        QCOMPARE(shownColumns(*window.ui.logTable), QList<int>({1, 0, 2}));
+    }
+    const TestWindow window;
+    QCOMPARE(shownColumns(*window.ui.logTable), QList<int>({1, 0, 2}));
+}
+
+void TestTables::columnsAreHiddenByTheMenuOfTheHeader()
+{
+    TestWindow window;
+    window.show();
+    const QPointer<QMenu> menu = openedMenu(*window.ui.logTable->horizontalHeader()->viewport(), {10, 5});
+    QVERIFY(entry(*menu, u"Date/Time"_s)->isChecked());
+    entry(*menu, u"Date/Time"_s)->trigger();
+    QCOMPARE(shownColumns(*window.ui.logTable), QList<int>({0, 2}));
+    menu->close();
+    QTRY_VERIFY(menu.isNull());
+
+    const QMenu *next = openedMenu(*window.ui.logTable->horizontalHeader()->viewport(), {10, 5});
+    QVERIFY(!entry(*next, u"Date/Time"_s)->isChecked());
+    entry(*next, u"Date/Time"_s)->trigger();
+    QCOMPARE(shownColumns(*window.ui.logTable), QList<int>({0, 1, 2}));
 }
 
 void TestTables::oneColumnStays()
