@@ -103,7 +103,9 @@ private Q_SLOTS:
 
     void proposesFoldersAndRecentProjects_data();
     void proposesFoldersAndRecentProjects();
+    void proposesRecentProjectsFirstAndOnce();
     void proposesWhileTheUserTypes();
+    void proposesNothingUnseen();
     void takesTheChosenProposal();
     void typedTextStaysAsItIs();
     void clickBesideTheProposalsCounts();
@@ -121,6 +123,7 @@ void TestProjectLine::findsTheProjectOfAPath_data()
     QTest::newRow("shape") << u"plant/mac/pump.plb"_s << u"plant"_s;
     QTest::newRow("folder in no project") << u"other/deep"_s << u"other/deep"_s;
     QTest::newRow("file in no project") << u"other/deep/b.txt"_s << QString();
+    QTest::newRow("file in the place of screens") << u"other/scr"_s << QString();
     QTest::newRow("nothing") << u"missing"_s << QString();
     QTest::newRow("folder below one with screens only") << u"odd/new"_s << u"odd/new"_s;
     QTest::newRow("screen of a project without shapes") << u"odd/scr/c.psc"_s << u"odd"_s;
@@ -134,6 +137,7 @@ void TestProjectLine::findsTheProjectOfAPath()
     const auto plants = plant();
     plants->write(u"../odd/scr/c.psc"_s, "");
     plants->makeFolder(u"../odd/new"_s);
+    plants->write(u"../other/scr"_s, "");
     plants->makeFolder(u"copy/scr"_s);
     const QString expected = project.isEmpty() ? QString() : plants->beside(project);
     QCOMPARE(projectFolderOf(plants->beside(path)).value_or(QString()), expected);
@@ -301,6 +305,11 @@ void TestProjectLine::keepsTenProjectsNewestFirst()
         expected.prepend(project->path(name));
     }
     QCOMPARE(recentProjects(), expected.first(10));
+    QSettings settings(u"QEL"_s, u"Vantrel"_s);
+    QCOMPARE(settings.value("recent/projects"_L1).toStringList(), expected.first(10));
+    settings.setValue("recent/projects"_L1, expected);
+    settings.sync();
+    QCOMPARE(recentProjects(), expected.first(10));
 
     expected.move(4, 0);
     rememberProject(expected.first() + u'/');
@@ -328,6 +337,7 @@ void TestProjectLine::proposesFoldersAndRecentProjects_data()
     QTest::newRow("folder") << u"%1/pl"_s << QStringList{u"%1/plant"_s};
     QTest::newRow("folder in other letters") << u"%1/PL"_s << QStringList{u"%1/plant"_s};
     QTest::newRow("all in a folder") << u"%1/plant/"_s << QStringList({u"%1/plant/mac"_s, u"%1/plant/scr"_s});
+    QTest::newRow("not those that are hidden") << u"%1/"_s << QStringList({u"%1/other"_s, u"%1/plant"_s});
     QTest::newRow("hidden folder") << u"%1/."_s << QStringList{u"%1/.hidden"_s};
     QTest::newRow("typed already") << u"%1/plant/scr"_s << QStringList();
     QTest::newRow("no files") << u"%1/plant/mac/"_s << QStringList();
@@ -346,6 +356,23 @@ void TestProjectLine::proposesFoldersAndRecentProjects()
     const QStringList proposed =
         projectProposals(QString(text).replace("%1"_L1, root), {u"/plants/North"_s, u"/old/south"_s});
     QCOMPARE(proposed, paths.replaceInStrings(u"%1"_s, root));
+}
+
+void TestProjectLine::proposesRecentProjectsFirstAndOnce()
+{
+    const auto project = plant();
+    const QString root = QDir::cleanPath(project->beside(u"."_s));
+    QCOMPARE(projectProposals(root + u'/', {project->dir()}),
+             QStringList({project->dir(), project->beside(u"other"_s)}));
+}
+
+void TestProjectLine::proposesNothingUnseen()
+{
+    const auto project = plant();
+    rememberProject(project->dir());
+    TestWindow window;
+    QTest::keyClicks(window.ui.lnProjectPath, project->dir().chopped(1));
+    QCOMPARE(proposals(window), QStringList());
 }
 
 void TestProjectLine::proposesWhileTheUserTypes()
