@@ -166,12 +166,15 @@ void TestAccess::f5StartsAndCancels()
     window.ui.lnProjectPath->setText(project.dir());
     window.show();
     QVERIFY(QTest::qWaitForWindowActive(&window));
+    int clicks = 0;
+    connect(window.ui.btnStart, &QPushButton::clicked, &window, [&] { ++clicks; });
     QTest::keyClick(&window, Qt::Key_F5);
     QVERIFY(window.isRunning());
     QVERIFY(gate.isReached());
     QTest::keyClick(&window, Qt::Key_F5);
     QVERIFY(window.isIdle());
     QVERIFY(window.converter->stopRequested);
+    QCOMPARE(clicks, 2);
 }
 
 void TestAccess::heldKeysActOnce()
@@ -200,10 +203,10 @@ void TestAccess::ctrlOBrowsesNotDuringARun()
     window.show();
     QVERIFY(QTest::qWaitForWindowActive(&window));
     window.ui.btnBrowse->setEnabled(false);
-    bool isClicked = false;
-    connect(window.ui.btnBrowse, &QPushButton::clicked, &window, [&] { isClicked = true; });
+    int answered = 0;
+    whenAsked<QFileDialog>(&window, answered, [](QFileDialog *browser) { browser->reject(); });
     QTest::keyClick(&window, Qt::Key_O, Qt::ControlModifier);
-    QVERIFY(!isClicked);
+    QCOMPARE(answered, 0);
 }
 
 void TestAccess::ctrlLGoesToThePath()
@@ -224,10 +227,12 @@ void TestAccess::ctrlFGoesToTheSearch()
     dialog.show();
     QVERIFY(QTest::qWaitForWindowActive(&dialog));
     auto *search = dialog.findChild<QLineEdit *>(u"lineFilter"_s);
+    search->setText(u"valve"_s);
     auto *list = dialog.findChild<QListWidget *>();
     list->setFocus();
     QTest::keyClick(list, Qt::Key_F, Qt::ControlModifier);
     QVERIFY(search->hasFocus());
+    QCOMPARE(search->selectedText(), u"valve"_s);
     QCOMPARE(list->selectedItems().size(), 1); // nothing else is touched
 }
 

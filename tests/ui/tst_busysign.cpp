@@ -45,6 +45,7 @@ private Q_SLOTS:
     void leavesInputForLater();
 
     void windowIsBusyWhileItCollects();
+    void windowHandlesEventsWhileItCollects();
     void windowLeavesTheProgressOfARun();
     void changesDuringTheCollectionAreNotLost();
 };
@@ -130,6 +131,34 @@ void TestBusySign::windowIsBusyWhileItCollects()
     QCOMPARE(answered, 1);
     QCOMPARE(maxima, QList<int>({0, 100}));
     QCOMPARE(window.ui.progressBar->value(), 0);
+}
+
+void TestBusySign::windowHandlesEventsWhileItCollects()
+{
+    const TestProject project;
+    TestWindow window;
+    window.ui.lnProjectPath->setText(project.dir());
+    bool isSeen = false;
+    qsizetype files = 0;
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, &window,
+            [&] { isSeen |= !window.allFilterNames.isEmpty() && window.allFilterNames.size() < files; });
+    timer.start(0);
+    // As many files as it takes for the collection to last as long as an eye needs.
+    for (int more = 500; !isSeen && more <= 16'000; more *= 2) {
+        for (const qsizetype last = files + more; files < last; ++files) {
+            const QByteArray number = QByteArray::number(files);
+            project.write(u"scr/%1.psc"_s.arg(files), "LIB;" + number + ".plb\n");
+        }
+        window.allFilterNames.clear();
+        window.filterNamesStale = true;
+        int answered = 0;
+        whenAsked<Filters_UI>(this, answered, [](Filters_UI *dialog) { dialog->reject(); });
+        window.onBtnFiltersPressed();
+        QCOMPARE(answered, 1);
+        QCOMPARE(window.allFilterNames.size(), files);
+    }
+    QVERIFY(isSeen);
 }
 
 void TestBusySign::windowLeavesTheProgressOfARun()

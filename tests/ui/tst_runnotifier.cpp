@@ -73,6 +73,7 @@ private Q_SLOTS:
     void namesOfProjectsAreNoMarkup();
 
     void showsProgressInWholePerCents();
+    void showsProgressOfVeryManyFiles();
     void removesProgressAtTheEnd_data();
     void removesProgressAtTheEnd();
     void showsNoProgressWithoutARun();
@@ -82,6 +83,8 @@ private Q_SLOTS:
 
     void windowTellsItsRuns();
     void windowTellsNoCancelledRun();
+    void windowTellsNoRunThatItLeaves_data();
+    void windowTellsNoRunThatItLeaves();
 
 private: // NOLINT(readability-redundant-access-specifiers)
     QDBusConnection program() const { return m_bus->connection(u"program"_s); }
@@ -115,6 +118,10 @@ void TestRunNotifier::tellsTheEndOfALongRun()
     QCOMPARE(desktop.notifications.first().program, u"Vantrel"_s);
     QCOMPARE(desktop.notifications.first().summary, u"The update of north has ended"_s);
     QCOMPARE(desktop.notifications.first().body, u"Objects replaced: 3, errors: 2"_s);
+    // Shown with the program's icon, as long as the desktop shows others.
+    QCOMPARE(desktop.notifications.first().icon, u"vantrel"_s);
+    QCOMPARE(desktop.notifications.first().hints.value(u"desktop-entry"_s), QVariant(u"vantrel"_s));
+    QCOMPARE(desktop.notifications.first().timeout, -1);
     test.notifier.runEnds(); // the end is told once
     receive(*m_bus, desktop);
     QCOMPARE(desktop.notifications.size(), 1);
@@ -202,6 +209,18 @@ void TestRunNotifier::showsProgressInWholePerCents()
     QCOMPARE(desktop.progress.at(50).progress, 0.5);
     QCOMPARE(desktop.progress.at(100).progress, 1.0);
     QVERIFY(desktop.progress.at(100).isVisible);
+}
+
+void TestRunNotifier::showsProgressOfVeryManyFiles()
+{
+    DesktopService desktop(*m_bus, DesktopService::TaskBarOnly);
+    const QWidget window;
+    Notifier test(program(), window);
+    test.notifier.runBegins(u"/plants/north"_s);
+    test.notifier.showProgress(40'000'000, 30'000'000);
+    receive(*m_bus, desktop);
+    QCOMPARE(desktop.progress.size(), 1);
+    QCOMPARE(desktop.progress.first().progress, 0.75);
 }
 
 void TestRunNotifier::removesProgressAtTheEnd_data()
@@ -312,6 +331,39 @@ void TestRunNotifier::windowTellsNoCancelledRun()
     QCoreApplication::processEvents();
     QTRY_VERIFY(window.isIdle());
     receive(*m_bus, desktop);
+    QCOMPARE(desktop.notifications.size(), 0);
+}
+
+void TestRunNotifier::windowTellsNoRunThatItLeaves_data()
+{
+    QTest::addColumn<bool>("isClosed");
+    QTest::newRow("closed") << true;
+    QTest::newRow("destroyed") << false;
+}
+
+void TestRunNotifier::windowTellsNoRunThatItLeaves()
+{
+    QFETCH(const bool, isClosed);
+    const TestProject project;
+    copyExamplePlant(project);
+    DesktopService desktop(*m_bus, DesktopService::Everything);
+    auto window = std::make_unique<TestWindow>();
+    std::chrono::milliseconds now{};
+    window->notifier = std::make_unique<RunNotifier>(
+        *window, RunNotifier::Surroundings{[this] { return program(); }, [&] { return now += 1min; }});
+    window->ui.lnProjectPath->setText(project.dir());
+    WorkerGate gate(WorkerGate::BeforeFile, *window->converter);
+    window->onBtnStartPressed();
+    QVERIFY(gate.isReached());
+    QTRY_VERIFY(!desktop.progress.isEmpty());
+    if (isClosed) {
+        window->close();
+        QTRY_VERIFY(!desktop.progress.last().isVisible); // though the worker is still at it
+    }
+    gate.openWhenStopped(*window->converter);
+    window.reset();
+    receive(*m_bus, desktop);
+    QVERIFY(!desktop.progress.last().isVisible);
     QCOMPARE(desktop.notifications.size(), 0);
 }
 

@@ -70,10 +70,10 @@ DesktopService::~DesktopService()
     QDBusConnection::disconnectFromBus(u"desktop"_s);
 }
 
-uint DesktopService::Notify(const QString &program, uint, const QString &, const QString &summary,
-                            const QString &body, const QStringList &, const QVariantMap &, int)
+uint DesktopService::Notify(const QString &program, uint, const QString &icon, const QString &summary,
+                            const QString &body, const QStringList &, const QVariantMap &hints, int timeout)
 {
-    notifications += {program, summary, body};
+    notifications += {program, icon, summary, body, hints, timeout};
     return 1;
 }
 

@@ -35,8 +35,11 @@ public:
     struct Notification
     {
         QString program;
+        QString icon;
         QString summary;
         QString body;
+        QVariantMap hints;
+        int timeout;
     };
     struct Progress
     {
