@@ -371,6 +371,7 @@ void TestProjectLine::proposesNothingUnseen()
     const auto project = plant();
     rememberProject(project->dir());
     TestWindow window;
+    window.ui.lnProjectPath->clear();
     QTest::keyClicks(window.ui.lnProjectPath, project->dir().chopped(1));
     QCOMPARE(proposals(window), QStringList());
 }
