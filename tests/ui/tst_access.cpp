@@ -218,6 +218,9 @@ void TestAccess::ctrlLGoesToThePath()
     QTest::keyClick(&window, Qt::Key_L, Qt::ControlModifier);
     QVERIFY(window.ui.lnProjectPath->hasFocus());
     QCOMPARE(window.ui.lnProjectPath->selectedText(), window.ui.lnProjectPath->text());
+    window.ui.lnProjectPath->deselect(); // it is there already
+    QTest::keyClick(window.ui.lnProjectPath, Qt::Key_L, Qt::ControlModifier);
+    QCOMPARE(window.ui.lnProjectPath->selectedText(), window.ui.lnProjectPath->text());
 }
 
 void TestAccess::ctrlFGoesToTheSearch()
@@ -232,6 +235,9 @@ void TestAccess::ctrlFGoesToTheSearch()
     list->setFocus();
     QTest::keyClick(list, Qt::Key_F, Qt::ControlModifier);
     QVERIFY(search->hasFocus());
+    QCOMPARE(search->selectedText(), u"valve"_s);
+    search->deselect(); // it is there already
+    QTest::keyClick(search, Qt::Key_F, Qt::ControlModifier);
     QCOMPARE(search->selectedText(), u"valve"_s);
     QCOMPARE(list->selectedItems().size(), 1); // nothing else is touched
 }

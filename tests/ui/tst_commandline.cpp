@@ -65,6 +65,7 @@ void TestCommandLine::refusesWhatItDoesNotKnow_data()
     QTest::newRow("two projects") << QStringList{u"/"_s, u"/tmp"_s} << u"\"/tmp\" was not expected"_s;
     QTest::newRow("missing project") << QStringList{u"/no/such"_s} << u"there is no project \"/no/such\""_s;
     QTest::newRow("empty project") << QStringList{QString()} << u"there is no project \"\""_s;
+    QTest::newRow("single dash") << QStringList{u"-"_s} << u"there is no project \"-\""_s;
     QTest::newRow("file in no project")
         << QStringList{u"/dev/null"_s} << u"there is no project \"/dev/null\""_s;
 }

@@ -306,9 +306,15 @@ void TestRunNotifier::windowTellsItsRuns()
     window.notifier = std::make_unique<RunNotifier>(
         window, RunNotifier::Surroundings{[this] { return program(); }, [&] { return now += 1min; }});
     window.ui.lnProjectPath->setText(project.dir());
+    window.selectedFilterNames = {u"tank.plb"_s};
     window.onBtnStartPressed();
     QTRY_COMPARE(desktop.notifications.size(), 1);
     QCOMPARE(desktop.notifications.first().summary, u"The update of plant has ended"_s);
+    const qsizetype replaced = window.ui.rplShapeTable->findItems(u"REPLACE"_s, Qt::MatchExactly).size();
+    const qsizetype errors = window.ui.rplShapeTable->findItems(u"ERROR"_s, Qt::MatchExactly).size();
+    QVERIFY(replaced > 0);
+    QCOMPARE(desktop.notifications.first().body,
+             u"Objects replaced: %1, errors: %2"_s.arg(replaced).arg(errors));
     QTRY_VERIFY(window.isIdle());
 }
 

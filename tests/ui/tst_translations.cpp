@@ -68,6 +68,7 @@ void TestTranslations::speaksTheFirstLanguageItKnows_data()
     QTest::newRow("unknown, then German") << QStringList({u"fr-FR"_s, u"de-DE"_s}) << u"Aktualisieren"_s;
     QTest::newRow("unknown") << QStringList{u"ja-JP"_s} << u"Start Update"_s;
     QTest::newRow("none") << QStringList{u"C"_s} << u"Start Update"_s;
+    QTest::newRow("none, then German") << QStringList({u"C"_s, u"de-DE"_s}) << u"Start Update"_s;
     QTest::newRow("nothing") << QStringList() << u"Start Update"_s;
 }
 
