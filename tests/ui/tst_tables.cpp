@@ -635,6 +635,17 @@ void TestTables::shownAgainColumnsFit()
     window.handleMessage(u"info"_s, u"today"_s, u"short"_s);
     layout->setColumnShown(2, true);
     QCOMPARE(window.ui.logTable->columnWidth(2), width);
+
+    QTableWidget &reports = *window.ui.rplShapeTable;
+    constexpr int errorColumn = 7;
+    reports.findChild<TableLayout *>()->setColumnShown(errorColumn, false);
+    Converter::STBlock block = report(u"/p/scr/a.psc"_s);
+    block.error = QString(200, u'w');
+    window.onConvertInfo(block);
+    reports.findChild<TableLayout *>()->setColumnShown(errorColumn, true);
+    const int shown = reports.columnWidth(errorColumn);
+    reports.resizeColumnsToContents();
+    QCOMPARE(shown, reports.columnWidth(errorColumn));
 }
 
 // --- Looks ---
