@@ -18,8 +18,10 @@
 #include <QTest>
 #include <QToolTip>
 
+#include <csignal>
 #include <memory>
 
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -377,6 +379,18 @@ void TestTables::keepsTheOldFileWhenSavingFails()
     QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     QCOMPARE(actions.writeTo(pipe), u"this is not a file"_s);
     QVERIFY(QFile::remove(pipe));
+    QCOMPARE(project.files(u"."_s), QStringList{u"out/a.csv"_s});
+    QCOMPARE(project.read(u"out/a.csv"_s), QByteArray("old"));
+
+    // A disk that is full only while the table is written.
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before{};
+    QCOMPARE(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    const rlimit few{4, before.rlim_max};
+    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &few), 0);
+    const QString error = actions.writeTo(project.path(u"out/a.csv"_s));
+    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &before), 0);
+    QVERIFY(!error.isEmpty());
     QCOMPARE(project.files(u"."_s), QStringList{u"out/a.csv"_s});
     QCOMPARE(project.read(u"out/a.csv"_s), QByteArray("old"));
 }

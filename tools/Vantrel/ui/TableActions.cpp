@@ -114,6 +114,9 @@ QString TableActions::writeTo(const QString &path) const
     if (!file.open(QIODevice::WriteOnly))
         return file.errorString();
     file.write(commaSeparated(allTextRows(m_table)).toUtf8());
+    // What is still to be written is written here: commit() would forget why it cannot be.
+    if (!file.flush())
+        return file.errorString();
     return file.commit() ? QString() : file.errorString();
 }
 
