@@ -119,6 +119,11 @@ void TestChangeLog::goesOnAtItsPathWhenTheLogWasMoved()
     log.append(replacedBlock(), path);
     QCOMPARE(project.read(u"kept.csv"_s), oneRow);
     QCOMPARE(project.read(u"run.csv"_s), oneRow);
+
+    QVERIFY(QFile::remove(path));
+    QVERIFY(QFile::rename(project.path(u"kept.csv"_s), path)); // another file in its place
+    log.append(replacedBlock(), path);
+    QCOMPARE(project.read(u"run.csv"_s), oneRow + "REPLACE;/p/scr/a.psc;pump.plb;old;new;p101;\n");
 }
 
 void TestChangeLog::appendsToALogThatIsThereWithoutAHeader()

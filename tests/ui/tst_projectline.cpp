@@ -108,6 +108,7 @@ private Q_SLOTS:
     void proposesNothingUnseen();
     void takesTheChosenProposal();
     void typedTextStaysAsItIs();
+    void keysThatStartSomethingCloseTheProposals();
     void clickBesideTheProposalsCounts();
 };
 
@@ -428,6 +429,26 @@ void TestProjectLine::typedTextStaysAsItIs()
     QTRY_VERIFY(popup->isVisible());
     QTest::keyClick(popup, Qt::Key_Return); // chooses nothing
     QCOMPARE(window.ui.lnProjectPath->text(), typed);
+}
+
+void TestProjectLine::keysThatStartSomethingCloseTheProposals()
+{
+    const auto project = plant();
+    rememberProject(project->dir());
+    TestWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    int clicks = 0;
+    disconnect(window.ui.btnStart, &QPushButton::clicked, &window, nullptr);
+    connect(window.ui.btnStart, &QPushButton::clicked, &window, [&] { ++clicks; });
+    window.ui.lnProjectPath->setFocus();
+    window.ui.lnProjectPath->clear();
+    QTest::keyClicks(window.ui.lnProjectPath, u"plant"_s);
+    QAbstractItemView *popup = window.ui.lnProjectPath->completer()->popup();
+    QTRY_VERIFY(popup->isVisible());
+    QTest::keyClick(popup, Qt::Key_F5);
+    QTRY_COMPARE(clicks, 1);
+    QVERIFY(!popup->isVisible());
 }
 
 void TestProjectLine::clickBesideTheProposalsCounts()

@@ -151,6 +151,7 @@ private Q_SLOTS:
     void findsTheFileOfARow_data();
     void findsTheFileOfARow();
     void opensTheFileAndItsFolder();
+    void opensFilesOfARelativeProject();
     void tellsThatTheFileIsGone();
     void offersFilesOnlyForReports();
 
@@ -488,6 +489,27 @@ void TestTables::opensTheFileAndItsFolder()
     QCOMPARE(desktop.opened.size(), 2);
     QCOMPARE(QDir::cleanPath(desktop.opened.at(0).toLocalFile()), project.path(u"scr/north/a.psc"_s));
     QCOMPARE(QDir::cleanPath(desktop.opened.at(1).toLocalFile()), project.path(u"scr/north"_s));
+}
+
+void TestTables::opensFilesOfARelativeProject()
+{
+    const TestProject project;
+    project.writeLines(u"scr/a.psc"_s, {"IVG;a"});
+    const QString before = QDir::currentPath();
+    const auto comeBack = qScopeGuard([&before] { QDir::setCurrent(before); });
+    QVERIFY(QDir::setCurrent(project.dir()));
+    TestWindow window;
+    window.ui.lnProjectPath->setText(u"."_s);
+    window.onBtnStartPressed();
+    QTRY_VERIFY(window.isIdle());
+
+    DesktopRecorder desktop;
+    const QMenu *menu = openedMenu(*window.ui.rplShapeTable, 0);
+    entry(*menu, u"Open Image File"_s)->trigger();
+    entry(*menu, u"Open Containing Folder"_s)->trigger();
+    QCOMPARE(desktop.opened.size(), 2);
+    QCOMPARE(QDir::cleanPath(desktop.opened.at(0).toLocalFile()), project.path(u"scr/a.psc"_s));
+    QCOMPARE(QDir::cleanPath(desktop.opened.at(1).toLocalFile()), project.path(u"scr"_s));
 }
 
 void TestTables::tellsThatTheFileIsGone()

@@ -6,6 +6,7 @@
 #include "ContentFit.h"
 #include "FilterNames.h"
 #include "Filters_UI.h"
+#include "ImageFileSearch.h"
 #include "LightBase.h"
 #include "PlainToolTip.h"
 #include "ProjectCompleter.h"
@@ -20,7 +21,9 @@
 #include "WatchFolderThread.h"
 #include "updUtils.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
+#include <QCompleter>
 #include <QDesktopServices>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -33,6 +36,8 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
+#include <future>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -175,6 +180,7 @@ void Vantrel::setUpKeys()
     const auto addKey = [this](const QKeySequence &keys, auto *receiver, auto action) {
         auto *shortcut = new QShortcut(keys, this);
         shortcut->setAutoRepeat(false);
+        connect(shortcut, &QShortcut::activated, this, &Vantrel::closeProposals);
         connect(shortcut, &QShortcut::activated, receiver, action);
     };
     addKey(Qt::Key_F5, ui.btnStart, &QPushButton::click);
@@ -183,6 +189,11 @@ void Vantrel::setUpKeys()
         ui.lnProjectPath->setFocus(Qt::ShortcutFocusReason);
         ui.lnProjectPath->selectAll();
     });
+}
+
+void Vantrel::closeProposals()
+{
+    ui.lnProjectPath->completer()->popup()->hide();
 }
 
 void Vantrel::connectSignals()
@@ -431,11 +442,15 @@ void Vantrel::collectNames()
     BusySign busySign(*ui.progressBar, running ? BusySign::BarShowsRun : BusySign::BarIsFree);
     // First: a change that is told meanwhile makes them stale again.
     filterNamesStale = false;
-    QList<QFileInfo> imageFiles;
-    updUtils::findImageFiles(imageFolder(), imageFiles);
+    // On a slow disk it takes a while to list the folders.
+    constexpr std::chrono::milliseconds betweenLooks{10};
+    std::future<FoundImageFiles> search = std::async(std::launch::async, searchImageFiles, imageFolder());
+    while (search.wait_for(betweenLooks) != std::future_status::ready)
+        busySign.keepRepainted();
+    const QList<QFileInfo> imageFiles = search.get().files;
 
     allFilterNames.clear();
-    for (const QFileInfo &imageFile : std::as_const(imageFiles)) {
+    for (const QFileInfo &imageFile : imageFiles) {
         collectFilterNames(imageFile.filePath(), &allFilterNames);
         busySign.keepRepainted();
     }
@@ -472,10 +487,12 @@ void Vantrel::openFile(const QString &path, const QString &missingText)
 
 void Vantrel::openReported(const QString &path)
 {
-    if (QFileInfo(path).isDir())
-        QDesktopServices::openUrl(fileUrl(path));
+    // The user may have typed a relative project, which only this program can resolve.
+    const QFileInfo file(QFileInfo(path).absoluteFilePath());
+    if (file.isDir())
+        QDesktopServices::openUrl(fileUrl(file.filePath()));
     else
-        openFile(path, tr("File %1 does not exist anymore").arg(path));
+        openFile(file.filePath(), tr("File %1 does not exist anymore").arg(path));
 }
 
 // --- Log view ---

@@ -78,6 +78,7 @@ private:
     void setUpTableHelpers();
     void setUpProjectLine();
     void setUpKeys();
+    void closeProposals();
     void connectSignals();
     void stopWorker();
 
