@@ -637,17 +637,17 @@ void TestRecover::tellsThatItCouldNotRemoveTheTempFolder()
              (result.output + result.errorOutput).constData());
 }
 
-void TestRecover::touchesNothingWhereItCannotDecide_data()
+namespace {
+
+const QByteArray missing = "scr/hall/bad.psc: obstacle: it lies neither in \"scr\" nor in \"scr_bak\"";
+
+void addMissingScreens()
 {
-    QTest::addColumn<Interruption>("interruption");
-    QTest::addColumn<QString>("option");
-    QTest::addColumn<QByteArray>("complaint");
     const Interruption isMissing = [](const TestProject &project) {
         putOriginals(project, u"scr_bak"_s, convertedScreens);
         putConverted(project, u"scr_temp"_s);
         writeStage(project, RunStage::Removing);
     };
-    const QByteArray missing = "scr/hall/bad.psc: obstacle: it lies neither in \"scr\" nor in \"scr_bak\"";
     QTest::newRow("a screen is missing, roll back") << isMissing << u"--roll-back"_s << missing;
     QTest::newRow("a screen is missing, finish") << isMissing << u"--finish"_s << missing;
     QTest::newRow("a screen is missing, tell")
@@ -662,6 +662,10 @@ void TestRecover::touchesNothingWhereItCannotDecide_data()
     QTest::newRow("two versions of a screen")
         << isChanged << u"--roll-back"_s
         << QByteArray("scr/a.psc: obstacle: its versions in \"scr\" and \"scr_bak\" differ");
+}
+
+void addChangedScreens()
+{
     const QByteArray changed = "scr/a.psc: obstacle: it holds neither what the run had found nor what";
     const Interruption isChangedBeforeRemoval = [](const TestProject &project) {
         project.write(u"scr/a.psc"_s, "changed");
@@ -697,6 +701,10 @@ void TestRecover::touchesNothingWhereItCannotDecide_data()
                                         QFileDevice::FileModificationTime));
            })
         << u"--roll-back"_s << changed;
+}
+
+void addLinkedScreens()
+{
     const Interruption isLinked = [](const TestProject &project) {
         putOriginals(project, u"scr_bak"_s);
         putConverted(project, u"scr_temp"_s);
@@ -722,6 +730,10 @@ void TestRecover::touchesNothingWhereItCannotDecide_data()
         putConverted(project, u"scr_temp"_s);
         writeStage(project, RunStage::Removing);
     }) << u"--roll-back"_s << linked;
+}
+
+void addWhatElseIsUnclear()
+{
     QTest::newRow("the converted screens are gone") << Interruption([](const TestProject &project) {
         putOriginals(project, u"scr"_s, hall);
         putOriginals(project, u"scr_bak"_s, allScreens.first(2));
@@ -744,6 +756,19 @@ void TestRecover::touchesNothingWhereItCannotDecide_data()
         putOriginals(project, u"scr"_s);
         project.write(u".vantrel.run"_s, "vantrel run 1\nstage: converting\n");
     }) << u"--roll-back"_s << QByteArray("\".vantrel.run\" cannot be read or understood");
+}
+
+} // namespace
+
+void TestRecover::touchesNothingWhereItCannotDecide_data()
+{
+    QTest::addColumn<Interruption>("interruption");
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QByteArray>("complaint");
+    addMissingScreens();
+    addChangedScreens();
+    addLinkedScreens();
+    addWhatElseIsUnclear();
 }
 
 void TestRecover::touchesNothingWhereItCannotDecide()

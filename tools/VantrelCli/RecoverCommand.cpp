@@ -246,11 +246,12 @@ ExitCode RecoverCommand::finishConversion(const RecoveryPlan &plan)
 ExitCode RecoverCommand::finishLater(const RecoveryPlan &plan)
 {
     const bool isCopiedBackPartly = plan.record.state.stage >= RunStage::CopyingBack;
-    if (!isCopiedBackPartly && !plan.record.facts.screens.isEmpty() &&
-        !QFileInfo::exists(m_places.folder(u"scr_temp"_s)))
+    const bool hasConverted = QFileInfo::exists(m_places.folder(u"scr_temp"_s));
+    if (!isCopiedBackPartly && !plan.record.facts.screens.isEmpty() && !hasConverted) {
         return refuse(
             u"Refused, nothing was touched: \"scr_temp\" is gone, and the converted screens with it. "
             "--roll-back takes the run back."_s);
+    }
     const LoggedErrors errors(&m_presenter);
     FinishRun finishRun(m_places, plan);
     const FinishResult result = finishRun.perform();

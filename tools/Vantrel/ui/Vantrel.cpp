@@ -191,7 +191,7 @@ void Vantrel::setUpKeys()
     });
 }
 
-void Vantrel::closeProposals()
+void Vantrel::closeProposals() const
 {
     ui.lnProjectPath->completer()->popup()->hide();
 }

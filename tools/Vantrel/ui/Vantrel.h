@@ -78,7 +78,7 @@ private:
     void setUpTableHelpers();
     void setUpProjectLine();
     void setUpKeys();
-    void closeProposals();
+    void closeProposals() const;
     void connectSignals();
     void stopWorker();
 
