@@ -63,6 +63,15 @@ bool drop(QWidget &widget, const QMimeData &data, Qt::DropActions offered = Qt::
     return event.isAccepted();
 }
 
+/// Types a text into an empty line, and returns the list of what is proposed for it.
+QAbstractItemView *proposalsFor(TestWindow &window, const QString &text)
+{
+    window.ui.lnProjectPath->setFocus();
+    window.ui.lnProjectPath->clear();
+    QTest::keyClicks(window.ui.lnProjectPath, text);
+    return window.ui.lnProjectPath->completer()->popup();
+}
+
 QStringList proposals(const TestWindow &window)
 {
     const QAbstractItemModel &model = *window.ui.lnProjectPath->completer()->completionModel();
@@ -403,10 +412,7 @@ void TestProjectLine::takesTheChosenProposal()
     TestWindow window;
     window.show();
     QVERIFY(QTest::qWaitForWindowActive(&window));
-    window.ui.lnProjectPath->setFocus();
-    window.ui.lnProjectPath->clear();
-    QTest::keyClicks(window.ui.lnProjectPath, u"plant"_s);
-    QAbstractItemView *popup = window.ui.lnProjectPath->completer()->popup();
+    QAbstractItemView *popup = proposalsFor(window, u"plant"_s);
     QTRY_VERIFY(popup->isVisible());
     QTest::keyClick(popup, Qt::Key_Down);
     QTest::keyClick(popup, Qt::Key_Return);
@@ -421,11 +427,8 @@ void TestProjectLine::typedTextStaysAsItIs()
     TestWindow window;
     window.show();
     QVERIFY(QTest::qWaitForWindowActive(&window));
-    window.ui.lnProjectPath->setFocus();
-    window.ui.lnProjectPath->clear();
     const QString typed = project->dir().chopped(1);
-    QTest::keyClicks(window.ui.lnProjectPath, typed);
-    QAbstractItemView *popup = window.ui.lnProjectPath->completer()->popup();
+    QAbstractItemView *popup = proposalsFor(window, typed);
     QTRY_VERIFY(popup->isVisible());
     QTest::keyClick(popup, Qt::Key_Return); // chooses nothing
     QCOMPARE(window.ui.lnProjectPath->text(), typed);
@@ -441,10 +444,7 @@ void TestProjectLine::keysThatStartSomethingCloseTheProposals()
     int clicks = 0;
     disconnect(window.ui.btnStart, &QPushButton::clicked, &window, nullptr);
     connect(window.ui.btnStart, &QPushButton::clicked, &window, [&] { ++clicks; });
-    window.ui.lnProjectPath->setFocus();
-    window.ui.lnProjectPath->clear();
-    QTest::keyClicks(window.ui.lnProjectPath, u"plant"_s);
-    QAbstractItemView *popup = window.ui.lnProjectPath->completer()->popup();
+    QAbstractItemView *popup = proposalsFor(window, u"plant"_s);
     QTRY_VERIFY(popup->isVisible());
     QTest::keyClick(popup, Qt::Key_F5);
     QTRY_COMPARE(clicks, 1);
@@ -462,10 +462,7 @@ void TestProjectLine::clickBesideTheProposalsCounts()
     int clicks = 0;
     disconnect(window.ui.btnStart, &QPushButton::clicked, &window, nullptr);
     connect(window.ui.btnStart, &QPushButton::clicked, &window, [&] { ++clicks; });
-    window.ui.lnProjectPath->setFocus();
-    window.ui.lnProjectPath->clear();
-    QTest::keyClicks(window.ui.lnProjectPath, u"plant"_s);
-    const QAbstractItemView *popup = window.ui.lnProjectPath->completer()->popup();
+    const QAbstractItemView *popup = proposalsFor(window, u"plant"_s);
     QTRY_VERIFY(popup->isVisible());
 
     const QPoint place = window.ui.btnStart->mapTo(&window, window.ui.btnStart->rect().center());
