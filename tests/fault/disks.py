@@ -16,7 +16,7 @@ import kills
 from cases import Case, Site, Surroundings, site
 from faults import SETTINGS, Setting, Undisturbed, require_no_silence, require_safety, study, without_lock
 from programs import Failure, Outcome, require_no_crash
-from trees import differences
+from trees import Tree, differences
 
 PAGE = 4096
 PAGES_OF_A_PLANT = 12
@@ -46,28 +46,27 @@ def require_reason(outcome: Outcome, reason: str) -> None:
         raise Failure(f"exit code {outcome.code} without the reason \"{reason}\": {outcome.told()[-600:]}")
 
 
+def require_told(place: Site, outcome: Outcome, after: Tree, undisturbed: Undisturbed, reason: str) -> None:
+    require_no_crash(outcome)
+    require_safety(place.before, after, undisturbed)
+    require_no_silence(outcome, after, undisturbed)
+    if differences(undisturbed.tree, after):
+        require_reason(outcome, reason)
+
+
 def check_disk(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed, options: str) -> None:
     with site(surroundings, empty) as place:
         place.plant = setting.plant
         with small_disk(place, options):
             outcome = place.program.run(setting.arguments(place))
             after = place.tree()
-        require_no_crash(outcome)
-        require_safety(place.before, after, undisturbed)
-        require_no_silence(outcome, after, undisturbed)
-        if differences(undisturbed.tree, after):
-            require_reason(outcome, "No space left on device")
+        require_told(place, outcome, after, undisturbed, "No space left on device")
 
 
 def check_limit(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed, size: int) -> None:
     with site(surroundings, setting.plant) as place:
         outcome = place.program.run(setting.arguments(place), ["prlimit", f"--fsize={size}"])
-        after = place.tree()
-        require_no_crash(outcome)
-        require_safety(place.before, after, undisturbed)
-        require_no_silence(outcome, after, undisturbed)
-        if differences(undisturbed.tree, after):
-            require_reason(outcome, "File too large")
+        require_told(place, outcome, place.tree(), undisturbed, "File too large")
 
 
 def pages_of(sizes: list[int]) -> int:
@@ -96,6 +95,24 @@ def full_disks(surroundings: Surroundings) -> list[Case]:
             check = functools.partial(check_disk, surroundings, setting, undisturbed, options)
             cases.append(Case(f"{setting.name}: {options}", check))
     return cases
+
+
+# --- Without the list of open files, over which a whole copy gets its name ---
+
+WITHOUT_PROC = ["unshare", "-m", "sh", "-c", 'mount -t tmpfs tmpfs /proc && exec "$@"', "sh"]
+
+
+def check_without_proc(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed) -> None:
+    with site(surroundings, setting.plant) as place:
+        outcome = place.program.run(setting.arguments(place), WITHOUT_PROC)
+        require_no_crash(outcome)
+        if changed := differences(undisturbed.tree, place.tree()):
+            raise Failure(f"another tree: {'; '.join(changed[:4])}")
+
+
+def without_proc(surroundings: Surroundings) -> list[Case]:
+    return [Case(setting.name, functools.partial(check_without_proc, surroundings, setting,
+                                                 study(surroundings, setting))) for setting in SETTINGS]
 
 
 # --- Recovering on a full disk ---

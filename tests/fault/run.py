@@ -47,6 +47,7 @@ ROWS = {
     "failing-recoveries": Row(kills.failing_recoveries, sample=6, whole=150),
     "full-disks": Row(disks.full_disks, sample=6, whole=100, mounts=True),
     "full-disk-recoveries": Row(disks.full_disk_recoveries, sample=6, whole=100, mounts=True),
+    "without-proc": Row(disks.without_proc, sample=10, whole=10, mounts=True),
     "limited-files": Row(disks.limited_files, sample=6, whole=100),
     "missing-permissions": Row(permissions.missing_permissions, sample=100, whole=100),
     "links": Row(links.links, sample=100, whole=100),

@@ -22,32 +22,9 @@ bool backUp(const QString &original, const QString &place)
     return copyFile(original, place) == 0 && haveSameContent(original, place);
 }
 
-} // namespace
-
-bool haveSameContent(const QString &first, const QString &second)
+/// Whether `a` can be read to its end, and `b` holds the same bytes as far.
+bool goesOnLike(QFile &a, QFile &b)
 {
-    QFile a(first);
-    QFile b(second);
-    if (!a.open(QIODevice::ReadOnly) || !b.open(QIODevice::ReadOnly) || a.size() != b.size())
-        return false;
-
-    constexpr qint64 blockSize = 1 << 16;
-    // Not as far as the size tells: where it cannot be asked for, every file seems to be empty.
-    while (true) {
-        const QByteArray block = a.read(blockSize);
-        if (block != b.read(blockSize) || a.error() != QFile::NoError || b.error() != QFile::NoError)
-            return false;
-        if (block.isEmpty())
-            return true;
-    }
-}
-
-bool isBeginningOf(const QString &first, const QString &second)
-{
-    QFile a(first);
-    QFile b(second);
-    if (!a.open(QIODevice::ReadOnly) || !b.open(QIODevice::ReadOnly))
-        return false;
     constexpr qint64 blockSize = 1 << 16;
     while (true) {
         const QByteArray block = a.read(blockSize);
@@ -56,6 +33,25 @@ bool isBeginningOf(const QString &first, const QString &second)
         if (block != b.read(block.size()))
             return false;
     }
+}
+
+} // namespace
+
+bool haveSameContent(const QString &first, const QString &second)
+{
+    QFile a(first);
+    QFile b(second);
+    if (!a.open(QIODevice::ReadOnly) || !b.open(QIODevice::ReadOnly) || a.size() != b.size())
+        return false;
+    // Not as far as the size tells: where it cannot be asked for, every file seems to be empty.
+    return goesOnLike(a, b) && b.read(1).isEmpty() && b.error() == QFile::NoError;
+}
+
+bool isBeginningOf(const QString &first, const QString &second)
+{
+    QFile a(first);
+    QFile b(second);
+    return a.open(QIODevice::ReadOnly) && b.open(QIODevice::ReadOnly) && goesOnLike(a, b);
 }
 
 bool completeBackup(const QList<QFileInfo> &originals, const QString &projectDir)

@@ -12,11 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString joined(const QString &folder, const QString &name)
-{
-    return folder.endsWith(u'/') ? folder + name : folder + u'/' + name;
-}
-
 bool isFolder(const FolderEntry &entry, const QString &path)
 {
     return entry.kind == EntryKind::Folder || (entry.kind == EntryKind::Link && QFileInfo(path).isDir());
@@ -45,7 +40,7 @@ void BitmapFolders::enter(const QString &folder, Purpose purpose)
         // Links may lead nowhere.
         if (purpose == Purpose::Bitmaps && entry.kind != EntryKind::Link)
             m_names.insert(entry.name);
-        const QString path = joined(folder, QFile::decodeName(entry.name));
+        const QString path = joinedPath(folder, QFile::decodeName(entry.name));
         const QString lowerPath = path.toLower();
         const bool isHidden = entry.name.startsWith('.');
         if (isHidden || lowerPath.indexOf("/bmp"_L1) <= 0 || !isFolder(entry, path))

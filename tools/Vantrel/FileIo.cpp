@@ -15,6 +15,7 @@ namespace {
 
 constexpr unsigned permissionBits = 0777;
 constexpr unsigned usualPermissions = 0666;
+constexpr const char *openFiles = "/proc/self/fd";
 
 /// Calls once more what a signal has interrupted.
 template <typename Call>
@@ -139,6 +140,10 @@ FileWriter FileWriter::creating(const QString &path, unsigned mode)
 
 FileWriter FileWriter::appearing(const QString &path, unsigned mode)
 {
+    // There a file that has no name yet is found to be given one.
+    static const bool canBeNamed = access(openFiles, X_OK) == 0;
+    if (!canBeNamed)
+        return creating(path, mode);
     FileWriter file(QFileInfo(path).path(), O_TMPFILE, mode);
     if (!file.isOpen() && (file.m_error == EOPNOTSUPP || file.m_error == EISDIR))
         return creating(path, mode);
@@ -152,7 +157,7 @@ FileWriter FileWriter::appearing(const QString &path, unsigned mode)
 /// Gives a file without a name its name.
 bool FileWriter::appear()
 {
-    const QByteArray nameless = "/proc/self/fd/" + QByteArray::number(m_descriptor);
+    const QByteArray nameless = QByteArray(openFiles) + '/' + QByteArray::number(m_descriptor);
     m_isThere = linkat(AT_FDCWD, nameless.constData(), AT_FDCWD, m_path.constData(), AT_SYMLINK_FOLLOW) == 0;
     if (!m_isThere)
         m_error = errno;

@@ -104,6 +104,11 @@ FolderListing OpenFolder::list() const
     return listing;
 }
 
+QString joinedPath(const QString &folder, const QString &name)
+{
+    return folder.endsWith(u'/') ? folder + name : folder + u'/' + name;
+}
+
 bool saysMissing(int error)
 {
     return error == ENOENT || error == ENOTDIR;

@@ -50,5 +50,8 @@ private:
     int m_error;
 };
 
+/// The path of an entry.
+QString joinedPath(const QString &folder, const QString &name);
+
 /// Whether an error says that there is no folder.
 bool saysMissing(int error);

@@ -60,11 +60,6 @@ QByteArray joined(const QByteArray &folder, const QByteArray &name)
     return folder.endsWith('/') ? folder + name : folder + '/' + name;
 }
 
-QString joined(const QString &folder, const QString &name)
-{
-    return folder.endsWith(u'/') ? folder + name : folder + u'/' + name;
-}
-
 class ImageFileSearch final
 {
 public:
@@ -138,7 +133,7 @@ void ImageFileSearch::lookAt(const QByteArray &folder, const QString &folderText
         kind = S_ISDIR(target.st_mode) ? EntryKind::Folder : EntryKind::File;
     }
     const bool isNamable = !folderText.isEmpty() && !candidate.name.isEmpty();
-    const QString text = isNamable ? joined(folderText, candidate.name) : QString();
+    const QString text = isNamable ? joinedPath(folderText, candidate.name) : QString();
     if (kind == EntryKind::Folder)
         search(path, text);
     else if (kind != EntryKind::File || !path.contains(".psc"))
