@@ -252,6 +252,8 @@ private Q_SLOTS:
     void refusesToUndo_data();
     void refusesToUndo();
     void refusesWhileARunIsUnderWay();
+    void doesNotTakeNoAnswerForAbsence_data();
+    void doesNotTakeNoAnswerForAbsence();
     void refusesAProjectThatIsNotThere();
     void excludesItsOptions();
 
@@ -840,6 +842,40 @@ void TestRecover::refusesAProjectThatIsNotThere()
             CliRun().execute({u"recover"_s, u"--project"_s, project.path(u"gone"_s), option});
         COMPARE_EXIT_CODE(result, Refused);
         QCOMPARE(withPlaceholders(result.errorOutput, project.dir()), "There is no folder <project>/gone.\n");
+    }
+}
+
+/// No answer of the disk must not be taken for "there is nothing".
+void TestRecover::doesNotTakeNoAnswerForAbsence_data()
+{
+    QTest::addColumn<QString>("closedFolder");
+    QTest::addColumn<QByteArray>("complaint");
+    QTest::newRow("stage file") << u"."_s << QByteArray("\".vantrel.run\" cannot be read or understood");
+    QTest::newRow("screens") << u"scr/hall"_s << QByteArray("what is right cannot be decided");
+    QTest::newRow("backup") << u"scr_bak/hall"_s << QByteArray("what is right cannot be decided");
+}
+
+void TestRecover::doesNotTakeNoAnswerForAbsence()
+{
+    QFETCH(const QString, closedFolder);
+    QFETCH(const QByteArray, complaint);
+    const TestProject project;
+    putOriginals(project, u"scr"_s);
+    putOriginals(project, u"scr_bak"_s, allScreens.first(2));
+    for (const QString &screen : hall)
+        project.write("scr_bak/"_L1 + screen, "ID;1");
+    putConverted(project, u"scr_temp"_s);
+    writeStage(project, RunStage::BackingUp);
+    const QStringList before = describeTree(project.dir());
+    for (const QString &option : {u"--roll-back"_s, u"--finish"_s, u"--undo"_s}) {
+        QFile::setPermissions(project.path(closedFolder), {});
+        CliRun run;
+        run.setPermissionsHold();
+        const CliResult result = run.execute({u"recover"_s, u"--project"_s, project.dir(), option});
+        QFile::setPermissions(project.path(closedFolder), QFile::Permissions::fromInt(0x7755));
+        COMPARE_EXIT_CODE(result, Refused);
+        QVERIFY2(result.errorOutput.contains(complaint), result.errorOutput.constData());
+        QCOMPARE(describeTree(project.dir()), before);
     }
 }
 

@@ -17,7 +17,7 @@ from cases import Case, Site, Surroundings, site
 from plants import Plant, linked, mixed, sound, without
 from programs import Failure, Outcome, require_no_crash
 from tracing import Calls, Injection, fast_tracer, options_for, record, require_injected
-from trees import LOCK, Tree, differences, lost_originals, screens
+from trees import LOCKS, Tree, differences, lost_originals, screens
 
 WRITING = {"openat", "write", "sendfile", "copy_file_range", "linkat", "linkat", "mkdir", "mkdirat",
            "rename", "renameat", "renameat2", "fsync", "fdatasync", "ftruncate", "fallocate"}
@@ -123,8 +123,8 @@ def has_told_more(outcome: Outcome, undisturbed: Outcome) -> bool:
 
 
 def without_lock(tree: Tree) -> Tree:
-    """A lock whose process has ended keeps nobody away."""
-    return {path: entry for path, entry in tree.items() if path != LOCK}
+    """A lock whose process has ended keeps nobody away, and the next process removes it."""
+    return {path: entry for path, entry in tree.items() if path not in LOCKS}
 
 
 def require_no_silence(outcome: Outcome, after: Tree, undisturbed: Undisturbed) -> None:

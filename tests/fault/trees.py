@@ -11,7 +11,8 @@ Tree = dict[str, "Entry"]
 
 # What belongs to a run that is under way, and not to the project.
 LOCK = ".vantrel.lock"
-RUN_FILES = (".vantrel.run", ".vantrel.run.new", LOCK)
+LOCKS = (LOCK, LOCK + ".rmlock")  # of the run, and of who takes a dead run's lock over
+RUN_FILES = (".vantrel.run", ".vantrel.run.new", *LOCKS)
 
 
 @dataclass(frozen=True)

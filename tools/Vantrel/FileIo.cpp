@@ -4,6 +4,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <utility>
 
@@ -75,6 +77,15 @@ bool readToEnd(int file, qint64 expectedSize, QByteArray &bytes)
 bool isFailureOfDisk(int error)
 {
     return error == ENOSPC || error == EDQUOT || error == EIO || error == EROFS;
+}
+
+bool mayExist(const QString &path)
+{
+    struct stat file = {};
+    if (lstat(QFile::encodeName(path).constData(), &file) == 0)
+        return true;
+    constexpr std::array absent{ENOENT, ENOTDIR, ENAMETOOLONG, ELOOP};
+    return std::find(absent.begin(), absent.end(), errno) == absent.end();
 }
 
 std::optional<FileContent> readFile(const QString &path)

@@ -9,6 +9,10 @@
 /// Whether the disk is to blame for an errno, and not how a project is laid out.
 bool isFailureOfDisk(int error);
 
+/// Whether anything lies there, a link that leads nowhere too. Also yes where the disk gives no
+/// answer: who would remove or replace it must not take that for a no.
+bool mayExist(const QString &path);
+
 /// A file's bytes and permissions.
 struct FileContent
 {

@@ -1,9 +1,12 @@
 // What a run writes down, so that another process can tell where it ended.
 #include "RunRecord.h"
 
+#include "FileIo.h"
+
 #include <QCoreApplication>
 #include <QDirIterator>
 #include <QFile>
+#include <QFileInfo>
 #include <QHash>
 
 using namespace Qt::StringLiterals;
@@ -159,7 +162,7 @@ RunFacts factsOfRun(const QString &projectDir, const QList<QFileInfo> &imageFile
         facts.screens.append(imageFile.filePath().sliced(folderLength));
     const QString tempFolder = projectDir + "/scr_temp"_L1;
     // A run takes a link in its place away, and makes a folder of its own.
-    facts.hadTempFolder = QFileInfo::exists(tempFolder) && !QFileInfo(tempFolder).isSymLink();
+    facts.hadTempFolder = mayExist(tempFolder) && !QFileInfo(tempFolder).isSymLink();
     if (facts.hadTempFolder)
         listOlderFiles(tempFolder, facts);
     return facts;

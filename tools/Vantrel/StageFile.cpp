@@ -8,12 +8,17 @@
 #include <cerrno>
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// Where a stage is written until it is whole.
+QByteArray besideOf(const QByteArray &path)
+{
+    return path + ".new";
+}
 
 bool writeAll(int file, const QByteArray &bytes)
 {
@@ -77,7 +82,7 @@ bool StageFile::enter(const RunState &state)
 /// Writes beside the file and exchanges it, so that it is whole at any time.
 bool StageFile::write(const QByteArray &text) const
 {
-    const QByteArray beside = m_path + ".new";
+    const QByteArray beside = besideOf(m_path);
     const bool isWritten = writeToDisk(beside, text) && rename(beside.constData(), m_path.constData()) == 0;
     if (!isWritten) {
         const int error = errno;
@@ -89,8 +94,7 @@ bool StageFile::write(const QByteArray &text) const
 
 bool StageFile::remove()
 {
-    // What an interruption of the writing left.
-    unlink((m_path + ".new").constData());
+    unlink(besideOf(m_path).constData());
     const bool isGone = unlink(m_path.constData()) == 0 || errno == ENOENT;
     m_error = isGone ? 0 : errno;
     syncFolder(m_folder);
@@ -104,8 +108,12 @@ QString StageFile::path(const QString &projectDir)
 
 bool StageFile::exists(const QString &projectDir)
 {
-    struct stat file = {};
-    return lstat(QFile::encodeName(path(projectDir)).constData(), &file) == 0;
+    return mayExist(path(projectDir));
+}
+
+void StageFile::removeUnfinished(const QString &projectDir)
+{
+    unlink(besideOf(QFile::encodeName(path(projectDir))).constData());
 }
 
 std::optional<RunRecord> StageFile::read(const QString &projectDir)

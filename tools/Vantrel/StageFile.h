@@ -31,8 +31,10 @@ public:
     int error() const { return m_error; }
 
     static QString path(const QString &projectDir);
-    /// Whether there is one, readable or not.
+    /// Whether there is one, readable or not; also yes where the disk gives no answer.
     static bool exists(const QString &projectDir);
+    /// Removes the beginning of one that an interruption of its writing left beside it.
+    static void removeUnfinished(const QString &projectDir);
     /// What it says; nothing where there is none, or none that can be understood.
     static std::optional<RunRecord> read(const QString &projectDir);
 

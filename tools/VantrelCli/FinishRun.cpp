@@ -2,10 +2,10 @@
 #include "FinishRun.h"
 
 #include "Backup.h"
+#include "FileIo.h"
 #include "SafeCopy.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QSet>
 
 #include <algorithm>
@@ -76,7 +76,7 @@ FinishResult FinishRun::finishCopyBack()
 
     const QSet<QString> unsaved(m_plan.inPlace.cbegin(), m_plan.inPlace.cend());
     const bool isCopying = std::all_of(present.cbegin(), present.cend(), [&](const QString &screen) {
-        return unsaved.contains(screen) || QFileInfo::exists(m_places.converted(screen));
+        return unsaved.contains(screen) || mayExist(m_places.converted(screen));
     });
     if (!isCopying)
         return arriveRest(converted);
@@ -93,7 +93,7 @@ FinishResult FinishRun::arriveRest(const QStringList &converted)
 {
     for (const QString &screen : converted) {
         const QString place = m_places.inPlace(screen);
-        if (QFileInfo::exists(place) && !haveSameContent(place, m_places.converted(screen)))
+        if (mayExist(place) && !haveSameContent(place, m_places.converted(screen)))
             m_contradictoryFiles.append(place);
     }
     if (!m_contradictoryFiles.isEmpty())
@@ -124,8 +124,8 @@ bool FinishRun::isContradictory()
     bool isWhole = true;
     const QSet<QString> unsaved(m_plan.inPlace.cbegin(), m_plan.inPlace.cend());
     for (const QString &screen : m_places.screensInPlace(isWhole)) {
-        const bool mayHaveBeenRenamed = m_plan.record.state.stage == RunStage::CopyingBack &&
-                                        !QFileInfo::exists(m_places.converted(screen));
+        const bool mayHaveBeenRenamed =
+            m_plan.record.state.stage == RunStage::CopyingBack && !mayExist(m_places.converted(screen));
         if (!unsaved.contains(screen) && !mayHaveBeenRenamed && !isAccountedFor(screen))
             m_contradictoryFiles.append(m_places.inPlace(screen));
     }

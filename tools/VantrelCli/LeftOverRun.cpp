@@ -12,7 +12,7 @@ constexpr auto stageFileName = ".vantrel.run"_L1;
 QString describe(const std::optional<RunRecord> &record)
 {
     if (!record)
-        return u"a run is under way or was interrupted; the file that tells its stage cannot be read"_s;
+        return u"a run may be under way or interrupted; the file that tells its stage cannot be read"_s;
     return u"a run is under way or was interrupted: %1 (%2, begun at %3)"_s.arg(
         QLatin1StringView(rowOf(record->state.stage).name), record->facts.program,
         record->facts.started.toString(u"yyyy-MM-dd hh:mm:ss"));

@@ -1,6 +1,7 @@
 // The command that tells what an interrupted run has left, and completes it or takes it back.
 #include "RecoverCommand.h"
 
+#include "FileIo.h"
 #include "FinishRun.h"
 #include "LeftOverRun.h"
 #include "LoggedErrors.h"
@@ -124,7 +125,7 @@ ExitCode RecoverCommand::execute()
         // A run that was killed before its first stage has touched nothing, but may have left
         // the beginning of a stage file.
         if (m_options.action != RecoverAction::Tell)
-            StageFile(m_options.projectDir, {}).remove();
+            StageFile::removeUnfinished(m_options.projectDir);
         return endWith(ExitCode::Done, u"No run was interrupted; there is nothing to recover."_s, 0);
     }
     const std::optional<RunRecord> record = StageFile::read(m_options.projectDir);
@@ -286,8 +287,7 @@ bool RecoverCommand::tellUnconverted(const RecoveryPlan &plan)
 
 ExitCode RecoverCommand::undo()
 {
-    const QFileInfo undone(m_places.folder(u"scr_undone"_s));
-    if (undone.exists() || undone.isSymLink())
+    if (mayExist(m_places.folder(u"scr_undone"_s)))
         return refuse(u"Refused: there is a folder \"scr_undone\" already; move it away."_s);
     bool isWhole = true;
     const RunRecord record = recordOfCompletedRun(m_places, isWhole);

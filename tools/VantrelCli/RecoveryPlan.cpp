@@ -2,6 +2,7 @@
 #include "RecoveryPlan.h"
 
 #include "Backup.h"
+#include "FileIo.h"
 #include "ImageFileSearch.h"
 #include "SafeCopy.h"
 
@@ -95,7 +96,7 @@ void Planner::locate(const QString &screen)
         m_plan.linked.append(screen);
         return;
     }
-    if (isMoving && isFile(inPlace) && isFile(backup) && !haveSameContent(inPlace, backup)) {
+    if (isMoving && mayExist(inPlace) && mayExist(backup) && !haveSameContent(inPlace, backup)) {
         m_plan.contradictory.append(screen);
         return;
     }

@@ -2,6 +2,7 @@
 #include "RollBack.h"
 
 #include "Backup.h"
+#include "FileIo.h"
 #include "SafeCopy.h"
 #include "StageFile.h"
 #include "updUtils.h"
@@ -37,6 +38,13 @@ QString notRemoved(const QString &path)
     return u"%1 could not be removed: %2"_s.arg(path, qt_error_string(errno));
 }
 
+/// Not where its time cannot be had.
+bool isNoNewerThan(const QString &path, const QDateTime &time)
+{
+    const QDateTime changed = QFileInfo(path).lastModified();
+    return changed.isValid() && changed <= time;
+}
+
 bool isImageFile(const ScreenPlaces &places, const QString &screen)
 {
     return places.inPlace(screen).contains(".psc"_L1);
@@ -59,13 +67,13 @@ QStringList RollBack::changedScreens() const
     for (const QString &screen : m_plan.inBackup) {
         const QString place = m_places.inPlace(screen);
         const QString converted = m_places.converted(screen);
-        if (!QFileInfo::exists(place) || haveSameContent(place, m_places.backup(screen)))
+        if (!mayExist(place) || haveSameContent(place, m_places.backup(screen)))
             continue;
         // Copying may have been broken off in the middle of a file. A file that was renamed is as old
         // as its conversion.
-        const bool isOfRun = QFileInfo::exists(converted) ? isBeginningOf(place, converted)
-                                                          : m_plan.lastStage() == RunStage::CopyingBack &&
-                                                                QFileInfo(place).lastModified() <= stageBegun;
+        const bool isOfRun = mayExist(converted) ? isBeginningOf(place, converted)
+                                                 : m_plan.lastStage() == RunStage::CopyingBack &&
+                                                       isNoNewerThan(place, stageBegun);
         if (!isOfRun)
             changed.append(place);
     }
@@ -148,7 +156,7 @@ QString RollBack::returnOlderFiles() const
         const QString screen = copiedBack(name);
         const QString inPlace = m_places.inPlace(screen);
         if (m_plan.lastStage() < RunStage::CopyingBack || screens.contains(screen) ||
-            !isImageFile(m_places, screen) || !QFileInfo::exists(inPlace)) {
+            !isImageFile(m_places, screen) || !mayExist(inPlace)) {
             continue;
         }
         const QString converted = m_places.converted(screen);

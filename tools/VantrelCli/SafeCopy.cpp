@@ -60,13 +60,18 @@ QString putCopy(const QString &source, const QString &target)
 
 bool areOneFile(const QString &first, const QString &second)
 {
-    const QString path = QFileInfo(first).canonicalFilePath();
-    return !path.isEmpty() && path == QFileInfo(second).canonicalFilePath();
+    const QFileInfo a(first);
+    const QFileInfo b(second);
+    const QString path = a.canonicalFilePath();
+    const QString otherPath = b.canonicalFilePath();
+    // Where the disk does not tell, removing one of them might remove both.
+    const bool isUnknown = path.isEmpty() || otherPath.isEmpty();
+    return isUnknown ? a.isFile() && b.isFile() : path == otherPath;
 }
 
 bool removeDuplicate(const QString &file, const QString &copy)
 {
-    if (!QFileInfo::exists(file))
+    if (!mayExist(file))
         return true;
     return !areOneFile(file, copy) && haveSameContent(file, copy) && QFile::remove(file);
 }
