@@ -11,6 +11,7 @@
 #include <QMap>
 #include <QTest>
 
+#include <filesystem>
 #include <fstream>
 
 using namespace Qt::StringLiterals;
@@ -70,6 +71,16 @@ void writeStage(const TestProject &project, RunStage stage, const QStringList &u
     writeStage(project, {.stage = stage, .unsaved = unsaved, .endedAt = stage});
 }
 
+/// That of a run that could not list all of "scr" and knows of one screen only.
+void writeStageOfPartlyListedRun(const TestProject &project)
+{
+    RunFacts facts = someFacts();
+    facts.listIsWhole = false;
+    facts.screens = QStringList{u"00.psc"_s};
+    StageFile(project.dir(), facts)
+        .enter({.stage = RunStage::BackingUp, .unsaved = {}, .endedAt = RunStage::BackingUp});
+}
+
 /// The files below a folder of the project with their bytes.
 QMap<QString, QByteArray> bytesBelow(const TestProject &project, const QString &folder)
 {
@@ -100,10 +111,28 @@ CliResult recover(const TestProject &project, const QStringList &options = {})
     return CliRun().execute(QStringList{u"recover"_s, u"--project"_s, project.dir()} + options);
 }
 
+/// The same while the program may not look into a folder.
+CliResult recoverWithClosedFolder(const TestProject &project, const QString &folder, const QString &option)
+{
+    const QString path = project.path(folder);
+    const QFile::Permissions permissions = QFile::permissions(path);
+    QFile::setPermissions(path, {});
+    CliRun run;
+    run.setPermissionsHold();
+    const CliResult result = run.execute({u"recover"_s, u"--project"_s, project.dir(), option});
+    QFile::setPermissions(path, permissions);
+    return result;
+}
+
 /// Makes a file whose name is not valid UTF-8.
 void makeUnnamableFile(const TestProject &project, const char *name)
 {
     std::ofstream((project.dir().toStdString() + '/') + name) << "ID;1;Rect;x\n";
+}
+
+bool isThere(const TestProject &project, const char *name)
+{
+    return std::filesystem::exists(project.dir().toStdString() + '/' + name);
 }
 
 void row(const char *name, Interruption interruption)
@@ -254,6 +283,9 @@ private Q_SLOTS:
     void refusesWhileARunIsUnderWay();
     void doesNotTakeNoAnswerForAbsence_data();
     void doesNotTakeNoAnswerForAbsence();
+    void goesOnWhenAFolderCanBeListedAgain_data();
+    void goesOnWhenAFolderCanBeListedAgain();
+    void takesBackWhatARunMovedUnlisted();
     void refusesAProjectThatIsNotThere();
     void excludesItsOptions();
 
@@ -739,14 +771,16 @@ void addWhatElseIsUnclear()
         putConverted(project, u"scr_temp"_s);
         writeStage(project, RunStage::Discarding);
     }) << u"--roll-back"_s << missing;
+    QTest::newRow("a backup is gone, undo") << Interruption([](const TestProject &project) {
+        putConverted(project, u"scr"_s);
+        putOriginals(project, u"scr_bak"_s, convertedScreens);
+        writeStage(project, {.stage = RunStage::SettingAside, .unsaved = {}, .endedAt = RunStage::Done});
+    }) << u"--undo"_s << missing;
     QTest::newRow("a name that no text can name") << Interruption([](const TestProject &project) {
-        RunFacts facts = someFacts();
-        facts.listIsWhole = false;
         putOriginals(project, u"scr"_s);
         makeUnnamableFile(project, "scr/hall/pump\xe4.psc");
         putConverted(project, u"scr_temp"_s);
-        StageFile(project.dir(), facts)
-            .enter({.stage = RunStage::BackingUp, .unsaved = {}, .endedAt = RunStage::BackingUp});
+        writeStageOfPartlyListedRun(project);
     }) << u"--roll-back"_s << QByteArray("scr/hall/pump\\xe4.psc: obstacle: its name is not valid UTF-8");
     QTest::newRow("a stage file that is cut off") << Interruption([](const TestProject &project) {
         putOriginals(project, u"scr"_s);
@@ -848,35 +882,112 @@ void TestRecover::refusesAProjectThatIsNotThere()
 /// No answer of the disk must not be taken for "there is nothing".
 void TestRecover::doesNotTakeNoAnswerForAbsence_data()
 {
+    QTest::addColumn<Interruption>("interruption");
     QTest::addColumn<QString>("closedFolder");
+    QTest::addColumn<QStringList>("options");
     QTest::addColumn<QByteArray>("complaint");
-    QTest::newRow("stage file") << u"."_s << QByteArray("\".vantrel.run\" cannot be read or understood");
-    QTest::newRow("screens") << u"scr/hall"_s << QByteArray("what is right cannot be decided");
-    QTest::newRow("backup") << u"scr_bak/hall"_s << QByteArray("what is right cannot be decided");
+    const QStringList all{u"--roll-back"_s, u"--finish"_s, u"--undo"_s};
+    const QByteArray undecided = "what is right cannot be decided";
+    const Interruption isBackingUp = [](const TestProject &project) {
+        putOriginals(project, u"scr"_s);
+        putOriginals(project, u"scr_bak"_s, allScreens.first(2));
+        for (const QString &screen : hall)
+            project.write("scr_bak/"_L1 + screen, "ID;1");
+        putConverted(project, u"scr_temp"_s);
+        writeStage(project, RunStage::BackingUp);
+    };
+    QTest::newRow("stage file") << isBackingUp << u"."_s << all
+                                << QByteArray("\".vantrel.run\" cannot be read or understood");
+    QTest::newRow("screens") << isBackingUp << u"scr/hall"_s << all << undecided;
+    QTest::newRow("backup") << isBackingUp << u"scr_bak/hall"_s << all << undecided;
+    QTest::newRow("screens that the run could not list") << Interruption([](const TestProject &project) {
+        putOriginals(project, u"scr"_s);
+        putConverted(project, u"scr_temp"_s);
+        writeStageOfPartlyListedRun(project);
+    }) << u"scr/hall"_s << all << QByteArray("scr/hall: obstacle: it cannot be listed");
+    QTest::newRow("screens of a completed run") << Interruption([](const TestProject &project) {
+        putConverted(project, u"scr"_s);
+        putOriginals(project, u"scr_bak"_s);
+    }) << u"scr/hall"_s << QStringList{u"--undo"_s}
+                                                << QByteArray("\"scr\" or \"scr_bak\" cannot be read whole");
 }
 
 void TestRecover::doesNotTakeNoAnswerForAbsence()
 {
+    QFETCH(const Interruption, interruption);
     QFETCH(const QString, closedFolder);
+    QFETCH(const QStringList, options);
     QFETCH(const QByteArray, complaint);
     const TestProject project;
-    putOriginals(project, u"scr"_s);
-    putOriginals(project, u"scr_bak"_s, allScreens.first(2));
-    for (const QString &screen : hall)
-        project.write("scr_bak/"_L1 + screen, "ID;1");
-    putConverted(project, u"scr_temp"_s);
-    writeStage(project, RunStage::BackingUp);
+    interruption(project);
     const QStringList before = describeTree(project.dir());
-    for (const QString &option : {u"--roll-back"_s, u"--finish"_s, u"--undo"_s}) {
-        QFile::setPermissions(project.path(closedFolder), {});
-        CliRun run;
-        run.setPermissionsHold();
-        const CliResult result = run.execute({u"recover"_s, u"--project"_s, project.dir(), option});
-        QFile::setPermissions(project.path(closedFolder), QFile::Permissions::fromInt(0x7755));
+    for (const QString &option : options) {
+        const CliResult result = recoverWithClosedFolder(project, closedFolder, option);
         COMPARE_EXIT_CODE(result, Refused);
-        QVERIFY2(result.errorOutput.contains(complaint), result.errorOutput.constData());
+        const QByteArray output = result.output + result.errorOutput;
+        QVERIFY2(output.contains(complaint), output.constData());
         QCOMPARE(describeTree(project.dir()), before);
     }
+}
+
+/// Whatever could be done before stays, and the rest is done when the folder can be listed.
+void TestRecover::goesOnWhenAFolderCanBeListedAgain_data()
+{
+    QTest::addColumn<Interruption>("interruption");
+    QTest::addColumn<QString>("closedFolder");
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QByteArray>("complaint");
+    QTest::newRow("undoing") << Interruption([](const TestProject &project) {
+        putConverted(project, u"scr"_s);
+        putOriginals(project, u"scr_bak"_s);
+        writeStage(project, {.stage = RunStage::SettingAside, .unsaved = {}, .endedAt = RunStage::Done});
+    }) << u"scr/hall"_s << u"--undo"_s
+                             << QByteArray("\"scr\" could not be read whole. No screen is lost; repeat");
+    QTest::newRow("an older \"scr_temp\"") << Interruption([](const TestProject &project) {
+        putOriginals(project, u"scr"_s);
+        project.write(u"scr_temp/hall/older.psc"_s, "older");
+        makeUnnamableFile(project, "scr_temp/pump\xe4.psc");
+        RunFacts facts = someFacts();
+        facts.hadTempFolder = true;
+        facts.olderFiles = QStringList{u"hall/older.psc"_s};
+        facts.olderFolders = QStringList{u"hall"_s};
+        StageFile(project.dir(), facts).enter({});
+    }) << u"scr_temp/hall"_s << u"--roll-back"_s
+                                           << QByteArray("could not be listed: Permission denied");
+}
+
+void TestRecover::goesOnWhenAFolderCanBeListedAgain()
+{
+    QFETCH(const Interruption, interruption);
+    QFETCH(const QString, closedFolder);
+    QFETCH(const QString, option);
+    QFETCH(const QByteArray, complaint);
+    const TestProject project;
+    interruption(project);
+    const CliResult result = recoverWithClosedFolder(project, closedFolder, option);
+    COMPARE_EXIT_CODE(result, FilesMissing);
+    QVERIFY2(result.errorOutput.contains(complaint), result.errorOutput.constData());
+    QVERIFY(StageFile::exists(project.dir()));
+
+    COMPARE_EXIT_CODE(recover(project, {option}), Done);
+    QVERIFY(!StageFile::exists(project.dir()));
+    QCOMPARE(bytesBelow(project, u"scr"_s), originals());
+    const bool isUndoing = option == "--undo"_L1;
+    QCOMPARE(project.files(isUndoing ? u"scr_undone"_s : u"scr_temp"_s),
+             isUndoing ? convertedScreens : QStringList{u"hall/older.psc"_s});
+    QCOMPARE(isThere(project, "scr_temp/pump\xe4.psc"), !isUndoing);
+}
+
+void TestRecover::takesBackWhatARunMovedUnlisted()
+{
+    const TestProject project;
+    putOriginals(project, u"scr"_s, hall);
+    putOriginals(project, u"scr_bak"_s, allScreens.first(2));
+    putConverted(project, u"scr_temp"_s);
+    writeStageOfPartlyListedRun(project);
+    COMPARE_EXIT_CODE(recover(project, {u"--roll-back"_s}), Done);
+    QCOMPARE(bytesBelow(project, u"scr"_s), originals());
+    QVERIFY(!project.exists(u"scr_bak"_s));
 }
 
 void TestRecover::excludesItsOptions()
