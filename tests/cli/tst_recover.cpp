@@ -124,6 +124,16 @@ CliResult recoverWithClosedFolder(const TestProject &project, const QString &fol
     return result;
 }
 
+/// As if somebody had changed the file a while after the run was interrupted.
+void makeNewerThanStage(const TestProject &project, const QString &name)
+{
+    constexpr qint64 aWhile = 60; // seconds
+    QFile file(project.path(name));
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(
+        file.setFileTime(QDateTime::currentDateTime().addSecs(aWhile), QFileDevice::FileModificationTime));
+}
+
 /// Makes a file whose name is not valid UTF-8.
 void makeUnnamableFile(const TestProject &project, const char *name)
 {
@@ -165,6 +175,13 @@ void addInterruptionsBeforeCopyingBack()
     row("while backing up by copying", [](const TestProject &project) {
         putOriginals(project, u"scr"_s);
         putOriginals(project, u"scr_bak"_s, allScreens.first(2));
+        putConverted(project, u"scr_temp"_s);
+        writeStage(project, RunStage::BackingUp);
+    });
+    row("within a backup's copy", [](const TestProject &project) {
+        putOriginals(project, u"scr"_s);
+        putOriginals(project, u"scr_bak"_s, allScreens.first(2));
+        project.write(u"scr_bak/hall/00.psc"_s, original(u"hall/00.psc"_s).first(5));
         putConverted(project, u"scr_temp"_s);
         writeStage(project, RunStage::BackingUp);
     });
@@ -690,6 +707,14 @@ void addMissingScreens()
     QTest::newRow("two versions of a screen")
         << isChanged << u"--roll-back"_s
         << QByteArray("scr/a.psc: obstacle: its versions in \"scr\" and \"scr_bak\" differ");
+    QTest::newRow("a screen was changed after its copy was broken off")
+        << Interruption([](const TestProject &project) {
+               putOriginals(project, u"scr"_s);
+               project.write(u"scr_bak/a.psc"_s, original(u"a.psc"_s).first(5));
+               writeStage(project, RunStage::BackingUp);
+               makeNewerThanStage(project, u"scr/a.psc"_s);
+           })
+        << u"--roll-back"_s << QByteArray("scr/a.psc: obstacle: its versions in \"scr\"");
 }
 
 void addChangedScreens()
@@ -723,10 +748,7 @@ void addChangedScreens()
                putConverted(project, u"scr_temp"_s, {u"hall/00.psc"_s});
                writeStage(project, RunStage::CopyingBack);
                project.write(u"scr/a.psc"_s, "changed");
-               QFile file(project.path(u"scr/a.psc"_s));
-               QVERIFY(file.open(QIODevice::ReadWrite));
-               QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(60),
-                                        QFileDevice::FileModificationTime));
+               makeNewerThanStage(project, u"scr/a.psc"_s);
            })
         << u"--roll-back"_s << changed;
 }

@@ -31,6 +31,7 @@ class Surroundings:
     program: str
     work: pathlib.Path
     points: int | None  # of each sweep; none for all
+    preload: str = ""  # a library that stands before the system's own
 
     def thinned(self, items: list[Item]) -> list[Item]:
         """As many as are wanted of a sweep, evenly over its whole length, with both ends."""
@@ -54,7 +55,7 @@ class Site:
         self.plant = plant
         home = folder / "home"
         home.mkdir(exist_ok=True)
-        self.program = Program(surroundings.program, home)
+        self.program = Program(surroundings.program, home, surroundings.preload)
         self.build()
 
     def build(self) -> pathlib.Path:

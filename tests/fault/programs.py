@@ -49,10 +49,13 @@ class Program:
     """The companion, with a home of its own that no test shares with a user."""
     path: str
     home: pathlib.Path
+    preload: str = ""
 
     def environment(self) -> dict[str, str]:
         kept = {name: os.environ[name] for name in ("PATH", "LD_LIBRARY_PATH", "UBSAN_OPTIONS")
                 if name in os.environ}
+        if self.preload:
+            kept["LD_PRELOAD"] = self.preload
         # Leaks cannot be looked for below a tracer.
         return kept | {"HOME": str(self.home), "XDG_STATE_HOME": str(self.home / "state"),
                        "XDG_CONFIG_HOME": str(self.home / "config"), "LC_ALL": "C.UTF-8",

@@ -28,6 +28,7 @@ import links
 import names
 import permissions
 import races
+import simple
 from programs import Failure, work_folder
 
 @dataclass(frozen=True)
@@ -48,6 +49,7 @@ ROWS = {
     "full-disks": Row(disks.full_disks, sample=6, whole=100, mounts=True),
     "full-disk-recoveries": Row(disks.full_disk_recoveries, sample=6, whole=100, mounts=True),
     "without-proc": Row(disks.without_proc, sample=10, whole=10, mounts=True),
+    "simple-files": Row(simple.simple_files, sample=3, whole=50),
     "limited-files": Row(disks.limited_files, sample=6, whole=100),
     "missing-permissions": Row(permissions.missing_permissions, sample=100, whole=100),
     "links": Row(links.links, sample=100, whole=100),

@@ -55,7 +55,7 @@ FinishResult FinishRun::finishBackup()
     if (m_plan.inBackup.isEmpty())
         return resultOf(m_exchange.discardAndGoOn());
     for (const QString &screen : m_plan.inPlace)
-        removeDuplicate(m_places.backup(screen), m_places.inPlace(screen));
+        removeContained(m_places.backup(screen), m_places.inPlace(screen));
     return resultOf(m_exchange.backUpAndGoOn());
 }
 
@@ -84,7 +84,7 @@ FinishResult FinishRun::finishCopyBack()
         return resultOf(m_exchange.removeAndGoOn());
     for (const QString &screen : present) {
         if (!unsaved.contains(screen))
-            removeDuplicate(m_places.inPlace(screen), m_places.converted(screen));
+            removeContained(m_places.inPlace(screen), m_places.converted(screen));
     }
     return resultOf(m_exchange.copyBack(m_plan.inPlace));
 }
@@ -112,10 +112,7 @@ bool FinishRun::isAccountedFor(const QString &screen) const
 {
     const QString place = m_places.inPlace(screen);
     const QString converted = m_places.converted(screen);
-    // A copy that was broken off goes away only together with all of "scr".
-    const bool isAllOfScr = m_plan.inPlace.isEmpty();
-    return haveSameContent(place, m_places.backup(screen)) || haveSameContent(place, converted) ||
-           (isAllOfScr && isBeginningOf(place, converted));
+    return haveSameContent(place, m_places.backup(screen)) || isBeginningOf(place, converted);
 }
 
 /// Whether "scr" holds a screen that was changed since the run ended.

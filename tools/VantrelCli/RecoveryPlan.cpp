@@ -5,7 +5,9 @@
 #include "FileIo.h"
 #include "ImageFileSearch.h"
 #include "SafeCopy.h"
+#include "StageFile.h"
 
+#include <QDateTime>
 #include <QFileInfo>
 #include <QSet>
 
@@ -50,6 +52,7 @@ private:
     void addUnlistedScreens();
     void noteHidden(const QString &folder);
     void locate(const QString &screen);
+    bool isCopyInProgress(const QString &inPlace, const QString &backup) const;
     Place placeOf(const QString &screen) const;
 
     const ScreenPlaces &m_places;
@@ -96,7 +99,7 @@ void Planner::locate(const QString &screen)
         m_plan.linked.append(screen);
         return;
     }
-    if (isMoving && mayExist(inPlace) && mayExist(backup) && !haveSameContent(inPlace, backup)) {
+    if (isMoving && mayExist(inPlace) && mayExist(backup) && !isCopyInProgress(inPlace, backup)) {
         m_plan.contradictory.append(screen);
         return;
     }
@@ -113,6 +116,13 @@ void Planner::locate(const QString &screen)
         (isFile(backup) ? m_plan.inBackup : m_plan.missing).append(screen);
         break;
     }
+}
+
+/// Whether the run itself left both: a copy that is whole, or that was broken off.
+bool Planner::isCopyInProgress(const QString &inPlace, const QString &backup) const
+{
+    return haveSameContent(inPlace, backup) ||
+           (isOlderThanStage(m_places, inPlace) && isBeginningOf(backup, inPlace));
 }
 
 Place Planner::placeOf(const QString &screen) const
@@ -140,6 +150,12 @@ RunStage RecoveryPlan::lastStage() const
 {
     const bool isBeingRecovered = record.state.stage >= RunStage::SettingAside;
     return isBeingRecovered ? record.state.endedAt : record.state.stage;
+}
+
+bool isOlderThanStage(const ScreenPlaces &places, const QString &file)
+{
+    const QDateTime changed = QFileInfo(file).lastModified();
+    return changed.isValid() && changed <= QFileInfo(StageFile::path(places.projectDir())).lastModified();
 }
 
 RecoveryPlan makeRecoveryPlan(const ScreenPlaces &places, const RunRecord &record)

@@ -33,4 +33,7 @@ struct RecoveryPlan
     RunStage lastStage() const;
 };
 
+/// Whether nobody has changed a file since the stage began. No where that cannot be told.
+bool isOlderThanStage(const ScreenPlaces &places, const QString &file);
+
 RecoveryPlan makeRecoveryPlan(const ScreenPlaces &places, const RunRecord &record);

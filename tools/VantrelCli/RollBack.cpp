@@ -38,13 +38,6 @@ QString notRemoved(const QString &path)
     return u"%1 could not be removed: %2"_s.arg(path, qt_error_string(errno));
 }
 
-/// Not where its time cannot be had.
-bool isNoNewerThan(const QString &path, const QDateTime &time)
-{
-    const QDateTime changed = QFileInfo(path).lastModified();
-    return changed.isValid() && changed <= time;
-}
-
 bool isImageFile(const ScreenPlaces &places, const QString &screen)
 {
     return places.inPlace(screen).contains(".psc"_L1);
@@ -63,7 +56,6 @@ QStringList RollBack::changedScreens() const
     QStringList changed;
     if (m_plan.lastStage() != RunStage::Removing && m_plan.lastStage() != RunStage::CopyingBack)
         return changed;
-    const QDateTime stageBegun = QFileInfo(StageFile::path(m_places.projectDir())).lastModified();
     for (const QString &screen : m_plan.inBackup) {
         const QString place = m_places.inPlace(screen);
         const QString converted = m_places.converted(screen);
@@ -73,7 +65,7 @@ QStringList RollBack::changedScreens() const
         // as its conversion.
         const bool isOfRun = mayExist(converted) ? isBeginningOf(place, converted)
                                                  : m_plan.lastStage() == RunStage::CopyingBack &&
-                                                       isNoNewerThan(place, stageBegun);
+                                                       isOlderThanStage(m_places, place);
         if (!isOfRun)
             changed.append(place);
     }
@@ -162,7 +154,7 @@ QString RollBack::returnOlderFiles() const
         const QString converted = m_places.converted(screen);
         if (const QString error = putCopy(inPlace, converted); !error.isEmpty())
             return error;
-        removeDuplicate(inPlace, converted);
+        removeContained(inPlace, converted);
     }
     return {};
 }
@@ -171,14 +163,14 @@ QString RollBack::returnOlderFiles() const
 void RollBack::removeSetAside() const
 {
     for (const QString &screen : m_plan.record.facts.olderFiles)
-        removeDuplicate(m_places.inPlace(screen), m_places.setAside(screen));
+        removeContained(m_places.inPlace(screen), m_places.setAside(screen));
 }
 
 /// Removes the backup of every screen that is back. What else lies there stays.
 void RollBack::removeBackup() const
 {
     for (const QString &screen : m_plan.record.facts.screens)
-        removeDuplicate(m_places.backup(screen), m_places.inPlace(screen));
+        removeContained(m_places.backup(screen), m_places.inPlace(screen));
     bool isWhole = true;
     if (m_places.screensInBackup(isWhole).isEmpty() && isWhole)
         updUtils::removeDir(m_places.folder(u"scr_bak"_s));

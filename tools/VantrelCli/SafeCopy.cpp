@@ -69,9 +69,9 @@ bool areOneFile(const QString &first, const QString &second)
     return isUnknown ? a.isFile() && b.isFile() : path == otherPath;
 }
 
-bool removeDuplicate(const QString &file, const QString &copy)
+bool removeContained(const QString &file, const QString &holder)
 {
     if (!mayExist(file))
         return true;
-    return !areOneFile(file, copy) && haveSameContent(file, copy) && QFile::remove(file);
+    return !areOneFile(file, holder) && isBeginningOf(file, holder) && QFile::remove(file);
 }

@@ -11,6 +11,6 @@ QString putCopy(const QString &source, const QString &target);
 /// Whether two paths lead to one file, over links on the way: neither is a copy of the other.
 bool areOneFile(const QString &first, const QString &second);
 
-/// Removes a file of which a copy is known to lie elsewhere, if both hold the same bytes.
+/// Removes a file if another one holds all bytes of it: it is a copy, or one that was broken off.
 /// Returns whether the file is gone.
-bool removeDuplicate(const QString &file, const QString &copy);
+bool removeContained(const QString &file, const QString &holder);
