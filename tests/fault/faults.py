@@ -23,6 +23,7 @@ WRITING = {"openat", "write", "sendfile", "copy_file_range", "linkat", "linkat",
            "rename", "renameat", "renameat2", "fsync", "fdatasync", "ftruncate", "fallocate"}
 ERRORS = ("EIO",)
 ERRORS_OF_WRITING = ("EIO", "ENOSPC", "EDQUOT")
+INTERRUPTED = "EINTR"  # by a signal; once, since what is interrupted is called again
 
 # Files that a run may leave out without a change of what a correct screen holds: each failure of
 # them is reported for every object that is concerned.
@@ -147,12 +148,17 @@ def check_fault(surroundings: Surroundings, setting: Setting, undisturbed: Undis
         require_no_silence(outcome, after, undisturbed)
 
 
+def effects_on(call: str) -> list[tuple[str, bool]]:
+    """How a call fails, and whether from then on."""
+    errors = ERRORS_OF_WRITING if call in WRITING else ERRORS
+    return [(INTERRUPTED, False), *itertools.product(errors, (False, True))]
+
+
 def injections(calls: Calls) -> list[Injection]:
     return [Injection(call, number, f"error={error}", from_then_on)
             for call, count in sorted(calls.counts.items())
             for number in range(1, count + 1)
-            for error in (ERRORS_OF_WRITING if call in WRITING else ERRORS)
-            for from_then_on in (False, True)]
+            for error, from_then_on in effects_on(call)]
 
 
 def failing_calls(surroundings: Surroundings) -> list[Case]:
