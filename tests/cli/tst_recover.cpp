@@ -952,30 +952,55 @@ void TestRecover::doesNotTakeNoAnswerForAbsence()
     }
 }
 
-/// Whatever could be done before stays, and the rest is done when the folder can be listed.
+/// The rest is done when the folder can be listed.
 void TestRecover::goesOnWhenAFolderCanBeListedAgain_data()
 {
     QTest::addColumn<Interruption>("interruption");
     QTest::addColumn<QString>("closedFolder");
     QTest::addColumn<QString>("option");
     QTest::addColumn<QByteArray>("complaint");
+    QTest::addColumn<ExitCode>("exitCode"); // of the repeated command
+    QTest::addColumn<Interruption>("requireResult");
+
     QTest::newRow("undoing") << Interruption([](const TestProject &project) {
         putConverted(project, u"scr"_s);
         putOriginals(project, u"scr_bak"_s);
         writeStage(project, {.stage = RunStage::SettingAside, .unsaved = {}, .endedAt = RunStage::Done});
     }) << u"scr/hall"_s << u"--undo"_s
-                             << QByteArray("\"scr\" could not be read whole. No screen is lost; repeat");
-    QTest::newRow("an older \"scr_temp\"") << Interruption([](const TestProject &project) {
-        putOriginals(project, u"scr"_s);
-        project.write(u"scr_temp/hall/older.psc"_s, "older");
-        makeUnnamableFile(project, "scr_temp/pump\xe4.psc");
-        RunFacts facts = someFacts();
-        facts.hadTempFolder = true;
-        facts.olderFiles = QStringList{u"hall/older.psc"_s};
-        facts.olderFolders = QStringList{u"hall"_s};
-        StageFile(project.dir(), facts).enter({});
-    }) << u"scr_temp/hall"_s << u"--roll-back"_s
-                                           << QByteArray("could not be listed: Permission denied");
+                             << QByteArray("\"scr\" could not be read whole. No screen is lost; repeat")
+                             << ExitCode::Done << Interruption([](const TestProject &project) {
+                                    QCOMPARE(bytesBelow(project, u"scr"_s), originals());
+                                    QCOMPARE(bytesBelow(project, u"scr_undone"_s), conversions());
+                                });
+    QTest::newRow("an older \"scr_temp\"")
+        << Interruption([](const TestProject &project) {
+               putOriginals(project, u"scr"_s);
+               project.write(u"scr_temp/hall/older.psc"_s, "older");
+               makeUnnamableFile(project, "scr_temp/pump\xe4.psc");
+               RunFacts facts = someFacts();
+               facts.hadTempFolder = true;
+               facts.olderFiles = QStringList{u"hall/older.psc"_s};
+               facts.olderFolders = QStringList{u"hall"_s};
+               StageFile(project.dir(), facts).enter({});
+           })
+        << u"scr_temp/hall"_s << u"--roll-back"_s << QByteArray("could not be listed: Permission denied")
+        << ExitCode::Done << Interruption([](const TestProject &project) {
+               QCOMPARE(bytesBelow(project, u"scr"_s), originals());
+               QCOMPARE(project.files(u"scr_temp"_s), QStringList{u"hall/older.psc"_s});
+               QVERIFY(isThere(project, "scr_temp/pump\xe4.psc"));
+           });
+    QTest::newRow("the backup of an earlier run")
+        << Interruption([](const TestProject &project) {
+               putOriginals(project, u"scr"_s);
+               project.write(u"scr_bak/hall/gone.psc"_s, "gone");
+               putConverted(project, u"scr_temp"_s);
+               writeStage(project, RunStage::Discarding);
+           })
+        << u"scr_bak/hall"_s << u"--finish"_s << QByteArray("The last backup could not be removed. No screen")
+        << ExitCode::DoneWithErrors << Interruption([](const TestProject &project) {
+               QCOMPARE(bytesBelow(project, u"scr"_s), conversions());
+               QCOMPARE(bytesBelow(project, u"scr_bak"_s), originals());
+           });
 }
 
 void TestRecover::goesOnWhenAFolderCanBeListedAgain()
@@ -984,6 +1009,8 @@ void TestRecover::goesOnWhenAFolderCanBeListedAgain()
     QFETCH(const QString, closedFolder);
     QFETCH(const QString, option);
     QFETCH(const QByteArray, complaint);
+    QFETCH(const ExitCode, exitCode);
+    QFETCH(const Interruption, requireResult);
     const TestProject project;
     interruption(project);
     const CliResult result = recoverWithClosedFolder(project, closedFolder, option);
@@ -991,13 +1018,9 @@ void TestRecover::goesOnWhenAFolderCanBeListedAgain()
     QVERIFY2(result.errorOutput.contains(complaint), result.errorOutput.constData());
     QVERIFY(StageFile::exists(project.dir()));
 
-    COMPARE_EXIT_CODE(recover(project, {option}), Done);
+    QCOMPARE(recover(project, {option}).exitCode, static_cast<int>(exitCode));
     QVERIFY(!StageFile::exists(project.dir()));
-    QCOMPARE(bytesBelow(project, u"scr"_s), originals());
-    const bool isUndoing = option == "--undo"_L1;
-    QCOMPARE(project.files(isUndoing ? u"scr_undone"_s : u"scr_temp"_s),
-             isUndoing ? convertedScreens : QStringList{u"hall/older.psc"_s});
-    QCOMPARE(isThere(project, "scr_temp/pump\xe4.psc"), !isUndoing);
+    requireResult(project);
 }
 
 void TestRecover::takesBackWhatARunMovedUnlisted()

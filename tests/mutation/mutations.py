@@ -162,7 +162,7 @@ MOVES = _table(
 
 EXCHANGE = _table(
     "ScreenExchange.cpp",
-    ('    updUtils::removeDirOrLog(folder("/scr_bak"_L1));\n', ""),
+    (' && updUtils::removeDirOrLog(folder("/scr_bak"_L1))', ""),
     ("!completeBackup(originals.files, m_projectDir)", "false"),
     ("!originals.isWhole() || ", ""),
     ("return copyBack(screensInPlace());", "return copyBack();"),

@@ -362,7 +362,8 @@ void Converter::backUpAndCopyBack()
 {
     ScreenExchange exchange(m_run->projectDir, m_run->folderCreation, m_run->facts.screens,
                             *m_run->stageFile);
-    if (!exchange.discardAndGoOn()) {
+    exchange.discardLastBackup();
+    if (!exchange.backUpAndGoOn()) {
         logMessage(Alert,
                    u"!!! Could not copy all files from \\scr_temp folder to \\scr. Copy them manually !!!"_s,
                    copyBackErrorLine);

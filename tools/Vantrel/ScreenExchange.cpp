@@ -18,12 +18,9 @@ ScreenExchange::ScreenExchange(QString projectDir, FolderCreation creation, QStr
 {
 }
 
-bool ScreenExchange::discardAndGoOn()
+bool ScreenExchange::discardLastBackup()
 {
-    if (!enter(RunStage::Discarding))
-        return false;
-    updUtils::removeDirOrLog(folder("/scr_bak"_L1));
-    return backUpAndGoOn();
+    return enter(RunStage::Discarding) && updUtils::removeDirOrLog(folder("/scr_bak"_L1));
 }
 
 bool ScreenExchange::backUpAndGoOn()

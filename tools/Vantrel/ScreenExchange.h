@@ -18,10 +18,12 @@ public:
     /// `screens` are the image files of "scr" before the run, as its facts name them.
     ScreenExchange(QString projectDir, FolderCreation creation, QStringList screens, StageFile &stageFile);
 
+    /// Removes "scr_bak". Returns whether it is gone; where not, a run may go on all the same.
+    bool discardLastBackup();
+
     /// These do what remains from a stage on. They return whether all that "scr_temp" holds
     /// came to "scr"; where not, "scr_temp" is left alone. They stop before a stage that the
     /// stage file does not let begin.
-    bool discardAndGoOn();
     bool backUpAndGoOn();
     bool removeAndGoOn();
     /// `unsaved` are the screens that lie in "scr" and not in "scr_bak".

@@ -118,10 +118,12 @@ bool updUtils::removeDir(const QString &path)
     return rmdir(folderPath.constData()) == 0;
 }
 
-void updUtils::removeDirOrLog(const QString &path)
+bool updUtils::removeDirOrLog(const QString &path)
 {
-    if (!removeDir(path))
-        logError(u"Could not remove Folder %1: %2"_s.arg(path, QString::fromLocal8Bit(std::strerror(errno))));
+    if (removeDir(path))
+        return true;
+    logError(u"Could not remove Folder %1: %2"_s.arg(path, QString::fromLocal8Bit(std::strerror(errno))));
+    return false;
 }
 
 void updUtils::findImageFiles(const QString &path, QList<QFileInfo> &files)

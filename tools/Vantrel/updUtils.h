@@ -23,8 +23,8 @@ public:
     /// Returns whether the folder is gone.
     static bool removeDir(const QString &path);
 
-    /// The same for a folder that nobody waits for: logs why it stays.
-    static void removeDirOrLog(const QString &path);
+    /// The same, and logs why it stays.
+    static bool removeDirOrLog(const QString &path);
 
     /// Appends the image files below a folder, depth first, by name ignoring case: every file that
     /// is not hidden and whose whole path contains ".psc". Follows links to folders, but never

@@ -26,7 +26,7 @@ FinishResult FinishRun::perform()
 {
     switch (m_plan.record.state.stage) {
     case RunStage::Discarding:
-        return resultOf(m_exchange.discardAndGoOn());
+        return backUpAnew();
     case RunStage::BackingUp:
         return finishBackup();
     case RunStage::Removing:
@@ -42,10 +42,24 @@ FinishResult FinishRun::resultOf(bool isCopiedBack)
 {
     if (isCopiedBack)
         return FinishResult::Finished;
-    if (m_stageFile.error() == 0)
-        return FinishResult::NotAllCopiedBack;
+    return m_stageFile.error() == 0 ? FinishResult::NotAllCopiedBack : unwritableStage();
+}
+
+FinishResult FinishRun::unwritableStage()
+{
     m_error = u"%1 could not be written: %2"_s.arg(StageFile::path(m_places.projectDir()),
                                                    qt_error_string(m_stageFile.error()));
+    return FinishResult::Failed;
+}
+
+/// A run goes on beside what it cannot remove of the last backup. This can be repeated instead.
+FinishResult FinishRun::backUpAnew()
+{
+    if (m_exchange.discardLastBackup())
+        return resultOf(m_exchange.backUpAndGoOn());
+    if (m_stageFile.error() != 0)
+        return unwritableStage();
+    m_error = u"The last backup could not be removed"_s;
     return FinishResult::Failed;
 }
 
@@ -53,7 +67,7 @@ FinishResult FinishRun::finishBackup()
 {
     // As long as all screens lie in "scr", the backup holds nothing else: it is made anew.
     if (m_plan.inBackup.isEmpty())
-        return resultOf(m_exchange.discardAndGoOn());
+        return backUpAnew();
     for (const QString &screen : m_plan.inPlace)
         removeContained(m_places.backup(screen), m_places.inPlace(screen));
     return resultOf(m_exchange.backUpAndGoOn());

@@ -31,7 +31,9 @@ private:
     FinishResult finishRemoval();
     FinishResult finishCopyBack();
     FinishResult arriveRest(const QStringList &converted);
+    FinishResult backUpAnew();
     FinishResult resultOf(bool isCopiedBack);
+    FinishResult unwritableStage();
     bool isAccountedFor(const QString &screen) const;
     bool isContradictory();
 
