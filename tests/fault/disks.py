@@ -15,6 +15,7 @@ from typing import Iterator
 import kills
 from cases import Case, Site, Surroundings, site
 from faults import SETTINGS, Setting, Undisturbed, require_no_silence, require_safety, study, without_lock
+from plants import stopped
 from programs import Failure, Outcome, require_no_crash
 from trees import Tree, differences
 
@@ -67,6 +68,21 @@ def check_limit(surroundings: Surroundings, setting: Setting, undisturbed: Undis
     with site(surroundings, setting.plant) as place:
         outcome = place.program.run(setting.arguments(place), ["prlimit", f"--fsize={size}"])
         require_told(place, outcome, place.tree(), undisturbed, "File too large")
+
+
+def check_limited_dry_run(surroundings: Surroundings, size: int) -> None:
+    """It works on a copy of "scr_temp", which may not fit either. Nothing of it stays."""
+    with site(surroundings, stopped) as place:
+        temporary = place.folder / "temporary"
+        temporary.mkdir()
+        outcome = place.program.run(place.update("--dry-run"),
+                                    ["prlimit", f"--fsize={size}", "env", f"TMPDIR={temporary}"])
+        require_no_crash(outcome)
+        require_reason(outcome, "File too large")
+        if changed := differences(place.before, place.tree()):
+            raise Failure(f"a dry run changed {'; '.join(changed[:4])}")
+        if left := list(temporary.iterdir()):
+            raise Failure(f"a dry run left {left}")
 
 
 def pages_of(sizes: list[int]) -> int:
@@ -162,9 +178,9 @@ def full_disk_recoveries(surroundings: Surroundings) -> list[Case]:
     return cases
 
 
-def limits(undisturbed: Undisturbed) -> list[int]:
+def limits(tree: Tree) -> list[int]:
     """Around the size of every file, and around every page."""
-    sizes = {len(entry.content) for entry in undisturbed.tree.values() if entry.kind == "file"}
+    sizes = {len(entry.content) for entry in tree.values() if entry.kind == "file"}
     edges = sizes | set(range(0, max(sizes), PAGE))
     return sorted({edge + step for edge in edges for step in (-1, 0, 1) if edge + step >= 0})
 
@@ -173,7 +189,10 @@ def limited_files(surroundings: Surroundings) -> list[Case]:
     cases = []
     for setting in SETTINGS:
         undisturbed = study(surroundings, setting)
-        for size in surroundings.thinned(limits(undisturbed)):
+        for size in surroundings.thinned(limits(undisturbed.tree)):
             check = functools.partial(check_limit, surroundings, setting, undisturbed, size)
             cases.append(Case(f"{setting.name}: at most {size} bytes", check))
-    return cases
+    with site(surroundings, stopped) as place:
+        sizes = limits(place.before)
+    return cases + [Case(f"dry run, at most {size} bytes", functools.partial(check_limited_dry_run, surroundings, size))
+                    for size in surroundings.thinned(sizes)]

@@ -13,12 +13,13 @@ import signal
 import time
 
 from cases import Case, Site, Surroundings, site
-from faults import SETTINGS, Setting, study
+from faults import SETTINGS, Setting, Undisturbed, study
 from intruders import STEPS_OF_A_RUN, STOP, run_interrupted, wait_until_stopped
+from kills import KILL, Kill
 from plants import long
 from programs import Failure, outcome_of, require_no_crash
-from tracing import Injection, path_options, tracer
-from trees import LOCK, RUN_FILES, Tree, differences, lost_originals
+from tracing import Injection, options_for, path_options, tracer
+from trees import LOCK, RUN_FILES, Tree, below, differences, lost_originals
 
 REFUSED = 3
 STOP_SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
@@ -119,7 +120,33 @@ def check_cancelled_runs(surroundings: Surroundings, number: int, runs: int) -> 
                 raise Failure(f"run {run}: left {', '.join(left)}")
 
 
+def check_stopped_recovery(surroundings: Surroundings, undisturbed: Undisturbed, stop: Injection) -> None:
+    """A run that was killed while it converted is performed anew, and that is stopped in turn."""
+    with site(surroundings, SETTINGS[0].plant) as place:
+        Kill(Injection("mkdir", 1, KILL), undisturbed.calls).of(place, SETTINGS[0].arguments(place))
+        options = stop.options() + options_for(stop.call, place.project, undisturbed.calls.paths)
+        outcome = place.program.run(["recover", "--project", str(place.project), "--finish"],
+                                    tracer(place.folder / "trace", options))
+        after = place.tree()
+        require_no_crash(outcome)
+        left = [name for name in RUN_FILES if name in after]
+        if left and outcome.code != -signal.SIGINT:  # before it could take the signal
+            raise Failure(f"exit code {outcome.code}: left {', '.join(left)}")
+        if was_ended_by(outcome.code, signal.SIGINT):
+            changed = differences(below(place.before, "scr"), below(after, "scr"))
+        else:
+            changed = differences(undisturbed.tree, after)
+        if changed:
+            raise Failure(f"exit code {outcome.code}: {'; '.join(changed[:4])}")
+
+
 def cancelled_runs(surroundings: Surroundings) -> list[Case]:
     runs = CANCELLED_RUNS if surroundings.points is None else min(CANCELLED_RUNS, surroundings.points)
-    return [Case(f"{number.name}", functools.partial(check_cancelled_runs, surroundings, number, runs))
-            for number in STOP_SIGNALS]
+    cases = [Case(f"{number.name}", functools.partial(check_cancelled_runs, surroundings, number, runs))
+             for number in STOP_SIGNALS]
+    undisturbed = study(surroundings, SETTINGS[0])
+    for number in range(1, undisturbed.calls.counts["write"] + 1):
+        stop = Injection("write", number, "signal=SIGINT")
+        cases.append(Case(f"recover --finish, {stop}",
+                          functools.partial(check_stopped_recovery, surroundings, undisturbed, stop)))
+    return cases

@@ -8,16 +8,26 @@ from __future__ import annotations
 
 import dataclasses
 import functools
+import os
 import pathlib
 
 from cases import Case, Surroundings, site
 from faults import Setting, Undisturbed, study
 from kills import PROMISES, SETTINGS, check_recovery, kills_of
+from plants import sound
 from programs import Failure, require_no_crash
 from tracing import ONLY_ON_PROJECT, fast_tracer, record
 from trees import differences
 
 COPYING = {"write", *ONLY_ON_PROJECT}
+
+
+def strange(root: pathlib.Path) -> None:
+    """Every kind of entry."""
+    sound(root)
+    (root / "scr/area/linked").symlink_to("..")
+    (root / "scr/second.psc").symlink_to("units.psc")
+    os.mkfifo(root / "scr/pipe")
 
 
 def on_simple_files(surroundings: Surroundings) -> Surroundings:
@@ -50,9 +60,11 @@ def check_run(surroundings: Surroundings, setting: Setting, undisturbed: Undistu
 def simple_files(surroundings: Surroundings) -> list[Case]:
     simple = on_simple_files(surroundings)
     cases = []
-    for setting in SETTINGS:
+    for setting in (*SETTINGS, Setting("with every kind of entry", strange, surveyed=False)):
         undisturbed = study(surroundings, setting)
         cases.append(Case(setting.name, functools.partial(check_run, simple, setting, undisturbed)))
+    for setting in SETTINGS:
+        undisturbed = study(surroundings, setting)
         with site(simple, setting.plant) as place:
             calls = record(place.program, place.build, setting.arguments(place))
         counts = {call: count for call, count in calls.counts.items() if call in COPYING}

@@ -17,7 +17,7 @@ RUN_FILES = (".vantrel.run", ".vantrel.run.new", *LOCKS)
 
 @dataclass(frozen=True)
 class Entry:
-    kind: str  # "file", "folder" or "link"
+    kind: str  # "file", "folder", "link" or "pipe"
     mode: int
     content: bytes = b""
 
@@ -29,6 +29,8 @@ def entry_of(path: str) -> Entry:
         return Entry("link", 0, os.fsencode(os.readlink(path)))
     if stat.S_ISDIR(status.st_mode):
         return Entry("folder", mode)
+    if stat.S_ISFIFO(status.st_mode):
+        return Entry("pipe", mode)
     with open(path, "rb") as file:
         return Entry("file", mode, file.read())
 
@@ -84,8 +86,8 @@ def differences(expected: Tree, found: Tree) -> list[str]:
 def describe(entry: Entry | None) -> str:
     if entry is None:
         return "nothing"
-    if entry.kind == "folder":
-        return f"a folder {entry.mode:o}"
+    if entry.kind in ("folder", "pipe"):
+        return f"a {entry.kind} {entry.mode:o}"
     if entry.kind == "link":
         return f"a link to {os.fsdecode(entry.content)!r}"
     return f"{len(entry.content)} bytes {hash(entry.content) & 0xffff:04x} {entry.mode:o}"
