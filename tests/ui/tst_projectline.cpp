@@ -116,9 +116,11 @@ private Q_SLOTS:
     void proposesWhileTheUserTypes();
     void proposesNothingUnseen();
     void takesTheChosenProposal();
+    void takesTheProposalThatIsClicked();
     void typedTextStaysAsItIs();
     void keysThatStartSomethingCloseTheProposals();
     void clickBesideTheProposalsCounts();
+    void clickBesideTheWindowClosesTheProposals();
 };
 
 void TestProjectLine::findsTheProjectOfAPath_data()
@@ -420,6 +422,26 @@ void TestProjectLine::takesTheChosenProposal()
     QVERIFY(!popup->isVisible());
 }
 
+void TestProjectLine::takesTheProposalThatIsClicked()
+{
+    const auto project = plant();
+    rememberProject(project->dir());
+    TestWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QAbstractItemView *popup = proposalsFor(window, u"plant"_s);
+    QTRY_VERIFY(popup->isVisible());
+    QTest::mouseMove(popup->windowHandle(), QPoint(0, 0));
+    QTRY_VERIFY(popup->underMouse());
+    QTest::mousePress(popup, Qt::LeftButton, {}, QPoint(0, 0)); // the frame
+    QVERIFY(popup->isVisible());
+
+    const QPoint place = popup->visualRect(popup->model()->index(0, 0)).center();
+    QTest::mouseClick(popup->viewport(), Qt::LeftButton, {}, place);
+    QCOMPARE(window.ui.lnProjectPath->text(), project->dir());
+    QVERIFY(!popup->isVisible());
+}
+
 void TestProjectLine::typedTextStaysAsItIs()
 {
     const auto project = plant();
@@ -471,6 +493,21 @@ void TestProjectLine::clickBesideTheProposalsCounts()
     QVERIFY(!popup->isVisible());
     QTest::mouseRelease(window.windowHandle(), Qt::LeftButton, {}, place);
     QTRY_COMPARE(clicks, 1);
+    QCOMPARE(window.ui.lnProjectPath->text(), u"plant"_s);
+}
+
+void TestProjectLine::clickBesideTheWindowClosesTheProposals()
+{
+    const auto project = plant();
+    rememberProject(project->dir());
+    TestWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QAbstractItemView *popup = proposalsFor(window, u"plant"_s);
+    QTRY_VERIFY(popup->isVisible());
+    constexpr QPoint farAway(-5000, -5000);
+    QTest::mousePress(popup, Qt::LeftButton, {}, farAway);
+    QVERIFY(!popup->isVisible());
     QCOMPARE(window.ui.lnProjectPath->text(), u"plant"_s);
 }
 
