@@ -285,6 +285,7 @@ private Q_SLOTS:
     void undoesWhereFoldersAreRenamedInTheBackup();
     void goesOnWithAnInterruptedUndoing();
     void keepsScreensThatCameLater();
+    void keepsTheOriginalOfAScreenThatWasChangedLater();
     void canBeRepeatedWhereTheStageCannotBeWritten_data();
     void canBeRepeatedWhereTheStageCannotBeWritten();
     void canBeRepeatedWhereAScreenCannotBeCopied();
@@ -520,6 +521,19 @@ void TestRecover::keepsScreensThatCameLater()
     QCOMPARE(project.read(u"scr/later.psc"_s), "later");
     QCOMPARE(project.files(u"scr_bak"_s), QStringList{u"later_too.psc"_s});
     QCOMPARE(project.read(u"scr/a.psc"_s), original(u"a.psc"_s));
+}
+
+void TestRecover::keepsTheOriginalOfAScreenThatWasChangedLater()
+{
+    const TestProject project;
+    putOriginals(project, u"scr"_s);
+    putOriginals(project, u"scr_bak"_s);
+    project.write(u"scr/a.psc"_s, original(u"a.psc"_s) + "more");
+    writeStage(project, {.stage = RunStage::RolledBack, .unsaved = {}, .endedAt = RunStage::BackingUp});
+    makeNewerThanStage(project, u"scr/a.psc"_s);
+    COMPARE_EXIT_CODE(recover(project, {u"--roll-back"_s}), Done);
+    QCOMPARE(project.read(u"scr/a.psc"_s), original(u"a.psc"_s) + "more");
+    QCOMPARE(project.files(u"scr_bak"_s), QStringList{u"a.psc"_s});
 }
 
 void TestRecover::canBeRepeatedWhereTheStageCannotBeWritten_data()

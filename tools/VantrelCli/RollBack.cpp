@@ -169,8 +169,13 @@ void RollBack::removeSetAside() const
 /// Removes the backup of every screen that is back. What else lies there stays.
 void RollBack::removeBackup() const
 {
-    for (const QString &screen : m_plan.record.facts.screens)
-        removeContained(m_places.backup(screen), m_places.inPlace(screen));
+    for (const QString &screen : m_plan.record.facts.screens) {
+        const QString inPlace = m_places.inPlace(screen);
+        const QString backup = m_places.backup(screen);
+        // Where somebody has changed the screen since, its original stays beside it.
+        if (isOlderThanStage(m_places, inPlace) || haveSameContent(inPlace, backup))
+            removeContained(backup, inPlace);
+    }
     bool isWhole = true;
     if (m_places.screensInBackup(isWhole).isEmpty() && isWhole)
         updUtils::removeDir(m_places.folder(u"scr_bak"_s));
