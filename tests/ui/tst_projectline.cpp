@@ -72,6 +72,24 @@ QAbstractItemView *proposalsFor(TestWindow &window, const QString &text)
     return window.ui.lnProjectPath->completer()->popup();
 }
 
+/// Shows the window, and returns the list when it is seen; nothing where it does not come.
+QAbstractItemView *openProposals(TestWindow &window, const QString &text)
+{
+    window.show();
+    if (!QTest::qWaitForWindowActive(&window))
+        return nullptr;
+    QAbstractItemView *popup = proposalsFor(window, text);
+    return QTest::qWaitFor([popup] { return popup->isVisible(); }) ? popup : nullptr;
+}
+
+/// A plant that the window remembers.
+auto knownPlant()
+{
+    auto project = plant();
+    rememberProject(project->dir());
+    return project;
+}
+
 QStringList proposals(const TestWindow &window)
 {
     const QAbstractItemModel &model = *window.ui.lnProjectPath->completer()->completionModel();
@@ -409,13 +427,10 @@ void TestProjectLine::proposesWhileTheUserTypes()
 
 void TestProjectLine::takesTheChosenProposal()
 {
-    const auto project = plant();
-    rememberProject(project->dir());
+    const auto project = knownPlant();
     TestWindow window;
-    window.show();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    QAbstractItemView *popup = proposalsFor(window, u"plant"_s);
-    QTRY_VERIFY(popup->isVisible());
+    QAbstractItemView *popup = openProposals(window, u"plant"_s);
+    QVERIFY(popup);
     QTest::keyClick(popup, Qt::Key_Down);
     QTest::keyClick(popup, Qt::Key_Return);
     QCOMPARE(window.ui.lnProjectPath->text(), project->dir());
@@ -424,13 +439,10 @@ void TestProjectLine::takesTheChosenProposal()
 
 void TestProjectLine::takesTheProposalThatIsClicked()
 {
-    const auto project = plant();
-    rememberProject(project->dir());
+    const auto project = knownPlant();
     TestWindow window;
-    window.show();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    QAbstractItemView *popup = proposalsFor(window, u"plant"_s);
-    QTRY_VERIFY(popup->isVisible());
+    QAbstractItemView *popup = openProposals(window, u"plant"_s);
+    QVERIFY(popup);
     QTest::mouseMove(popup->windowHandle(), QPoint(0, 0));
     QTRY_VERIFY(popup->underMouse());
     QTest::mousePress(popup, Qt::LeftButton, {}, QPoint(0, 0)); // the frame
@@ -444,30 +456,24 @@ void TestProjectLine::takesTheProposalThatIsClicked()
 
 void TestProjectLine::typedTextStaysAsItIs()
 {
-    const auto project = plant();
-    rememberProject(project->dir());
+    const auto project = knownPlant();
     TestWindow window;
-    window.show();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
     const QString typed = project->dir().chopped(1);
-    QAbstractItemView *popup = proposalsFor(window, typed);
-    QTRY_VERIFY(popup->isVisible());
+    QAbstractItemView *popup = openProposals(window, typed);
+    QVERIFY(popup);
     QTest::keyClick(popup, Qt::Key_Return); // chooses nothing
     QCOMPARE(window.ui.lnProjectPath->text(), typed);
 }
 
 void TestProjectLine::keysThatStartSomethingCloseTheProposals()
 {
-    const auto project = plant();
-    rememberProject(project->dir());
+    const auto project = knownPlant();
     TestWindow window;
-    window.show();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
     int clicks = 0;
     disconnect(window.ui.btnStart, &QPushButton::clicked, &window, nullptr);
     connect(window.ui.btnStart, &QPushButton::clicked, &window, [&] { ++clicks; });
-    QAbstractItemView *popup = proposalsFor(window, u"plant"_s);
-    QTRY_VERIFY(popup->isVisible());
+    QAbstractItemView *popup = openProposals(window, u"plant"_s);
+    QVERIFY(popup);
     QTest::keyClick(popup, Qt::Key_F5);
     QTRY_COMPARE(clicks, 1);
     QVERIFY(!popup->isVisible());
@@ -475,17 +481,14 @@ void TestProjectLine::keysThatStartSomethingCloseTheProposals()
 
 void TestProjectLine::clickBesideTheProposalsCounts()
 {
-    const auto project = plant();
-    rememberProject(project->dir());
+    const auto project = knownPlant();
     TestWindow window;
     window.move(0, 0); // all of it on the screen
-    window.show();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
     int clicks = 0;
     disconnect(window.ui.btnStart, &QPushButton::clicked, &window, nullptr);
     connect(window.ui.btnStart, &QPushButton::clicked, &window, [&] { ++clicks; });
-    const QAbstractItemView *popup = proposalsFor(window, u"plant"_s);
-    QTRY_VERIFY(popup->isVisible());
+    const QAbstractItemView *popup = openProposals(window, u"plant"_s);
+    QVERIFY(popup);
 
     const QPoint place = window.ui.btnStart->mapTo(&window, window.ui.btnStart->rect().center());
     QTest::mousePress(window.windowHandle(), Qt::LeftButton, {}, place);
@@ -498,13 +501,10 @@ void TestProjectLine::clickBesideTheProposalsCounts()
 
 void TestProjectLine::clickBesideTheWindowClosesTheProposals()
 {
-    const auto project = plant();
-    rememberProject(project->dir());
+    const auto project = knownPlant();
     TestWindow window;
-    window.show();
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    QAbstractItemView *popup = proposalsFor(window, u"plant"_s);
-    QTRY_VERIFY(popup->isVisible());
+    QAbstractItemView *popup = openProposals(window, u"plant"_s);
+    QVERIFY(popup);
     constexpr QPoint farAway(-5000, -5000);
     QTest::mousePress(popup, Qt::LeftButton, {}, farAway);
     QVERIFY(!popup->isVisible());
