@@ -31,7 +31,9 @@ private Q_SLOTS:
     void readsFilesWhoseSizeIsNotTold();
     void readsNothingThatIsNoFile_data();
     void readsNothingThatIsNoFile();
+    void readsNoFileThatIsTooLarge();
     void copiesWithPermissions();
+    void givesPermissionsThatTheMaskTakes();
     void tellsWhyItCannotCopy();
     void leavesNothingThatIsNotWritten();
     void emptiesWhatItOverwrites();
@@ -70,6 +72,15 @@ void TestFileIo::readsNothingThatIsNoFile()
     QVERIFY(!readFile(project.path(name)));
 }
 
+void TestFileIo::readsNoFileThatIsTooLarge()
+{
+    const TestProject project;
+    QFile file(project.path(u"file"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(file.resize(largestFile + 1)); // takes no room
+    QVERIFY(!readFile(project.path(u"file"_s)));
+}
+
 void TestFileIo::copiesWithPermissions()
 {
     const TestProject project;
@@ -79,6 +90,17 @@ void TestFileIo::copiesWithPermissions()
     QCOMPARE(copyFile(project.path(u"from"_s), project.path(u"to"_s)), 0);
     QCOMPARE(project.read(u"to"_s), "some bytes");
     QCOMPARE(permissionsOf(project.path(u"to"_s)), mode);
+}
+
+void TestFileIo::givesPermissionsThatTheMaskTakes()
+{
+    const TestProject project;
+    constexpr mode_t mode = 0666;
+    const mode_t mask = umask(022);
+    FileWriter file = FileWriter::creating(project.path(u"file"_s), mode);
+    umask(mask);
+    QVERIFY(file.write("x", 1));
+    QCOMPARE(permissionsOf(project.path(u"file"_s)), mode);
 }
 
 void TestFileIo::tellsWhyItCannotCopy()
