@@ -3,12 +3,15 @@
 
 #include "TestProject.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTest>
 
 #include <cerrno>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -19,6 +22,18 @@ mode_t permissionsOf(const QString &path)
     constexpr mode_t permissionBits = 0777;
     struct stat file = {};
     return lstat(QFile::encodeName(path).constData(), &file) == 0 ? file.st_mode & permissionBits : 0;
+}
+
+/// The descriptor under which this process has a file open, or -1.
+int descriptorOf(const QString &path)
+{
+    const QDir openFiles(u"/proc/self/fd"_s);
+    const QStringList names = openFiles.entryList(QDir::Files | QDir::System);
+    for (const QString &name : names) {
+        if (QFileInfo(openFiles.filePath(name)).symLinkTarget() == path)
+            return name.toInt();
+    }
+    return -1;
 }
 
 } // namespace
@@ -33,9 +48,11 @@ private Q_SLOTS:
     void readsNothingThatIsNoFile();
     void readsNoFileThatIsTooLarge();
     void copiesWithPermissions();
+    void copiesInParts();
     void givesPermissionsThatTheMaskTakes();
     void tellsWhyItCannotCopy();
     void leavesNothingThatIsNotWritten();
+    void removesWhatCannotBeClosed();
     void emptiesWhatItOverwrites();
     void tellsWhatMayExist_data();
     void tellsWhatMayExist();
@@ -92,6 +109,18 @@ void TestFileIo::copiesWithPermissions()
     QCOMPARE(permissionsOf(project.path(u"to"_s)), mode);
 }
 
+void TestFileIo::copiesInParts()
+{
+    const TestProject project;
+    constexpr int manyLines = 200'000;
+    QByteArray text;
+    for (int line = 0; line < manyLines; ++line)
+        text += QByteArray::number(line) + '\n';
+    project.write(u"from"_s, text);
+    QCOMPARE(copyFile(project.path(u"from"_s), project.path(u"to"_s)), 0);
+    QCOMPARE(project.read(u"to"_s), text);
+}
+
 void TestFileIo::givesPermissionsThatTheMaskTakes()
 {
     const TestProject project;
@@ -125,6 +154,19 @@ void TestFileIo::leavesNothingThatIsNotWritten()
         const FileWriter file = FileWriter::appearing(project.path(u"file"_s), mode);
         QVERIFY(file.isOpen());
     }
+    QVERIFY(!project.exists(u"file"_s));
+}
+
+void TestFileIo::removesWhatCannotBeClosed()
+{
+    const TestProject project;
+    constexpr unsigned mode = 0644;
+    FileWriter file = FileWriter::creating(project.path(u"file"_s), mode);
+    QVERIFY(file.append("text", 4));
+    // As a file system does that writes no sooner, and fails then.
+    QCOMPARE(close(descriptorOf(project.path(u"file"_s))), 0);
+    QVERIFY(!file.finish());
+    QCOMPARE(file.error(), EBADF);
     QVERIFY(!project.exists(u"file"_s));
 }
 

@@ -185,6 +185,7 @@ FILE_IO = _table(
     "FileIo.cpp",
     (" || status.st_size > largestFile)", ")"),
     ("    if (m_isThere)\n        ::unlink(m_path.constData());\n    return false;", "    return false;"),
+    ("    close();\n    if (m_isThere)\n        ::unlink(m_path.constData());\n", "    close();\n"),
     ("O_CREAT | O_EXCL, mode", "O_CREAT, mode"),
     ("file.isOpen() && !file.setMode(mode)) {", "false) {"),
 )

@@ -17,6 +17,7 @@ namespace {
 
 constexpr unsigned permissionBits = 0777;
 constexpr unsigned usualPermissions = 0666;
+constexpr qsizetype largestBlock = 1 << 18;
 constexpr const char *openFiles = "/proc/self/fd";
 
 /// Calls once more what a signal has interrupted.
@@ -51,15 +52,29 @@ private:
     int m_descriptor;
 };
 
+/// Opens a regular file and tells its status. No other is opened: a pipe would wait for its writer.
+Descriptor openFile(const QString &path, struct stat &status)
+{
+    constexpr int none = -1;
+    const QByteArray name = QFile::encodeName(path);
+    if (stat(name.constData(), &status) != 0 || !S_ISREG(status.st_mode))
+        return Descriptor(none);
+    return Descriptor(uninterrupted([&] { return ::open(name.constData(), O_RDONLY | O_CLOEXEC); }));
+}
+
+ssize_t readBlock(const Descriptor &file, char *block, qsizetype size)
+{
+    return uninterrupted([&] { return ::read(file.get(), block, static_cast<std::size_t>(size)); });
+}
+
 /// Reads to the end of the file. Returns false where that cannot be reached.
-bool readToEnd(int file, qint64 expectedSize, QByteArray &bytes)
+bool readToEnd(const Descriptor &file, qint64 expectedSize, QByteArray &bytes)
 {
     // One byte more than is expected, so that one call sees the end too.
     bytes.resize(static_cast<qsizetype>(expectedSize) + 1);
     qsizetype size = 0;
     while (true) {
-        const auto room = static_cast<std::size_t>(bytes.size() - size);
-        const ssize_t count = uninterrupted([&] { return ::read(file, bytes.data() + size, room); });
+        const ssize_t count = readBlock(file, bytes.data() + size, bytes.size() - size);
         if (count < 0 || size + count > largestFile)
             return false;
         size += count;
@@ -90,14 +105,12 @@ bool mayExist(const QString &path)
 
 std::optional<FileContent> readFile(const QString &path)
 {
-    const QByteArray name = QFile::encodeName(path);
     struct stat status = {};
-    // Before it is opened: opening a pipe waits for its writer.
-    if (stat(name.constData(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size > largestFile)
+    const Descriptor file = openFile(path, status);
+    if (file.get() < 0 || status.st_size > largestFile)
         return std::nullopt;
-    const Descriptor file(uninterrupted([&] { return ::open(name.constData(), O_RDONLY | O_CLOEXEC); }));
     FileContent content{.bytes = {}, .mode = status.st_mode & permissionBits};
-    if (file.get() < 0 || !readToEnd(file.get(), status.st_size, content.bytes))
+    if (!readToEnd(file, status.st_size, content.bytes))
         return std::nullopt;
     return content;
 }
@@ -105,17 +118,30 @@ std::optional<FileContent> readFile(const QString &path)
 int copyFile(const QString &from, const QString &to)
 {
     errno = 0;
-    const std::optional<FileContent> content = readFile(from);
-    if (!content)
+    struct stat status = {};
+    const Descriptor source = openFile(from, status);
+    if (source.get() < 0)
         return errno == 0 ? EIO : errno;
-    FileWriter file = FileWriter::appearing(to, content->mode);
-    return file.isOpen() && file.write(content->bytes.constData(), content->bytes.size()) ? 0 : file.error();
+    FileWriter file = FileWriter::appearing(to, status.st_mode & permissionBits);
+    QByteArray block(largestBlock, Qt::Uninitialized);
+    while (file.isOpen()) {
+        const ssize_t count = readBlock(source, block.data(), block.size());
+        if (count == 0)
+            return file.finish() ? 0 : file.error();
+        if (count < 0)
+            file.discard(errno);
+        else
+            file.append(block.constData(), count);
+    }
+    return file.error();
 }
 
 FileWriter::FileWriter(const QString &path, int flags, unsigned mode)
     : m_path(QFile::encodeName(path))
-    , m_descriptor(
-          uninterrupted([&] { return ::open(m_path.constData(), O_WRONLY | O_CLOEXEC | flags, mode); }))
+    , m_descriptor(uninterrupted([&] {
+        // A pipe that lies there is not waited for.
+        return ::open(m_path.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | flags, mode);
+    }))
     , m_error(m_descriptor < 0 ? errno : 0)
 {
 }
@@ -186,27 +212,40 @@ bool FileWriter::setMode(unsigned mode)
 
 bool FileWriter::write(const char *bytes, qsizetype size)
 {
-    const bool isWritten = writeAll(bytes, size) && (m_isThere || appear());
-    if (close() && isWritten)
-        return true;
-    if (m_isThere)
-        ::unlink(m_path.constData());
-    return false;
+    return append(bytes, size) && finish();
 }
 
-bool FileWriter::writeAll(const char *bytes, qsizetype size)
+bool FileWriter::append(const char *bytes, qsizetype size)
 {
     while (size > 0) {
         const ssize_t count =
             uninterrupted([&] { return ::write(m_descriptor, bytes, static_cast<std::size_t>(size)); });
         if (count < 0) {
-            m_error = errno;
+            discard(errno);
             return false;
         }
         bytes += count;
         size -= count;
     }
     return true;
+}
+
+bool FileWriter::finish()
+{
+    const bool hasAppeared = m_isThere || appear();
+    if (close() && hasAppeared)
+        return true;
+    if (m_isThere)
+        ::unlink(m_path.constData());
+    return false;
+}
+
+void FileWriter::discard(int error)
+{
+    m_error = error;
+    close();
+    if (m_isThere)
+        ::unlink(m_path.constData());
 }
 
 bool FileWriter::close()

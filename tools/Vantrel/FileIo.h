@@ -20,18 +20,18 @@ struct FileContent
     unsigned mode = 0; ///< permission bits of owner, group and others
 };
 
-/// The most bytes that a file may have, far beyond any screen or shape.
+/// The most bytes of a file that is read whole, far beyond any screen or shape.
 inline constexpr qint64 largestFile = (qint64{1} << 29) - 1;
 
 /// Reads a file whole. Nothing where it cannot be opened or read to its end, where it is no
 /// regular file (a pipe would be waited for, a device might never end), or is too large.
 std::optional<FileContent> readFile(const QString &path);
 
-/// Copies a file to where none lies, with its permissions. Returns 0, or an errno where the copy is
-/// not whole; there is none then.
+/// Copies a file of any size to where none lies, with its permissions. Returns 0, or an errno where
+/// the copy is not whole; there is none then.
 int copyFile(const QString &from, const QString &to);
 
-/// A file that is written in one go.
+/// A file that is written once, from its beginning to its end.
 class FileWriter final
 {
 public:
@@ -56,9 +56,15 @@ public:
     /// of the content arrived.
     bool write(const char *bytes, qsizetype size);
 
+    /// The same in parts: what is appended is the content when the file is finished. Where either
+    /// returns false, the file is closed and removed.
+    bool append(const char *bytes, qsizetype size);
+    bool finish();
+    /// Closes and removes the file, for the reason of an errno.
+    void discard(int error);
+
 private:
     FileWriter(const QString &path, int flags, unsigned mode);
-    bool writeAll(const char *bytes, qsizetype size);
     bool setMode(unsigned mode);
     bool appear();
     bool close();
