@@ -10,6 +10,8 @@
 
 #include <memory>
 
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -54,7 +56,9 @@ private Q_SLOTS:
     void isTakenOverFromAProcessThatDiedBeforeItWroteItsName();
     void isTakenOverWhereTakingItOverWasInterrupted();
     void isTakenOverWhereNoSecondFileCanBeMade();
+    void isNotTakenFromSomethingElseOfItsName_data();
     void isNotTakenFromSomethingElseOfItsName();
+    void namesHoldersThatLookLikePlaceholders();
     void isLeftToAnotherHostHoweverOld();
     void isNotMissedWhereItCannotBeMade();
 };
@@ -131,13 +135,45 @@ void TestProjectLock::isTakenOverWhereNoSecondFileCanBeMade()
     QVERIFY(project.read(lockFile).startsWith(QByteArray::number(QCoreApplication::applicationPid()) + '\n'));
 }
 
+void TestProjectLock::isNotTakenFromSomethingElseOfItsName_data()
+{
+    using Make = void (*)(const TestProject &, const QString &);
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<Make>("make");
+    const auto row = [](const char *name, Make make) {
+        QTest::addRow("%s as the lock", name) << lockFile << make;
+        QTest::addRow("%s as its guard", name) << lockFile + ".rmlock"_L1 << make;
+    };
+    const Make makeFolder = [](const TestProject &project, const QString &name) { project.makeFolder(name); };
+    QTest::newRow("folder as the lock") << lockFile << makeFolder;
+    row("pipe", [](const TestProject &project, const QString &name) {
+        constexpr mode_t forOwner = 0600;
+        QCOMPARE(mkfifo(QFile::encodeName(project.path(name)).constData(), forOwner), 0);
+    });
+    row("link to what never ends",
+        [](const TestProject &project, const QString &name) { project.link(u"/dev/zero"_s, name); });
+}
+
 void TestProjectLock::isNotTakenFromSomethingElseOfItsName()
 {
+    QFETCH(const QString, name);
+    using Make = void (*)(const TestProject &, const QString &);
+    QFETCH(const Make, make);
     const TestProject project;
-    project.makeFolder(lockFile);
+    make(project, name);
     const ProjectLock lock(project.dir());
     QVERIFY(lock.isHeldByOther());
-    QCOMPARE(lock.holder(), u"nobody knows whom: %1 is no lock"_s.arg(project.path(lockFile)));
+    QCOMPARE(lock.holder(), u"nobody knows whom: %1 is no lock"_s.arg(project.path(name)));
+}
+
+void TestProjectLock::namesHoldersThatLookLikePlaceholders()
+{
+    const TestProject project;
+    const QString host = u"%1.plant"_s;
+    project.write(lockFile, lockOf(QCoreApplication::applicationPid(), u"vantrel%2"_s, host));
+    const ProjectLock lock(project.dir());
+    QCOMPARE(lock.holder(), u"vantrel%2, process "_s + QString::number(QCoreApplication::applicationPid()) +
+                                " on "_L1 + host);
 }
 
 void TestProjectLock::isLeftToAnotherHostHoweverOld()

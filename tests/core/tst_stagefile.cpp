@@ -48,6 +48,7 @@ private Q_SLOTS:
     void tellsTheLastStageOnly();
     void staysWhereAReplacementCannotBeWritten();
     void leavesNothingBesideIt();
+    void isWrittenWhereAPipeLay();
     void staysWhenItsWriterIsGone();
     void isRemovedWithWhatAnInterruptionLeft();
     void isRemovedWhereALaterStageCannotBeWritten();
@@ -181,6 +182,15 @@ void TestStageFile::leavesNothingBesideIt()
     QVERIFY(file.remove());
     QCOMPARE(project.files(u""_s), QStringList());
     QVERIFY(file.remove());
+}
+
+void TestStageFile::isWrittenWhereAPipeLay()
+{
+    const TestProject project;
+    constexpr mode_t forOwner = 0600;
+    QCOMPARE(mkfifo(QFile::encodeName(project.path(u".vantrel.run.new"_s)).constData(), forOwner), 0);
+    StageFile(project.dir(), someFacts()).enter(someState());
+    QCOMPARE(StageFile::read(project.dir())->facts.program, someFacts().program);
 }
 
 void TestStageFile::staysWhenItsWriterIsGone()

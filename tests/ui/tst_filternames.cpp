@@ -2,8 +2,11 @@
 #include "FilterNames.h"
 #include "TestProject.h"
 
+#include <QFile>
 #include <QRandomGenerator>
 #include <QTest>
+
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -115,7 +118,10 @@ void TestFilterNames::addsNothingForAFileThatCannotBeRead()
 {
     const TestProject project;
     project.makeFolder(u"folder.psc"_s);
+    constexpr mode_t forOwner = 0600;
+    QCOMPARE(mkfifo(QFile::encodeName(project.path(u"pipe.psc"_s)).constData(), forOwner), 0);
     QSet<QString> names;
+    collectFilterNames(project.path(u"pipe.psc"_s), &names);
     collectFilterNames(project.path(u"missing.psc"_s), &names);
     collectFilterNames(project.path(u"folder.psc"_s), &names);
     collectFilterNames(u"/proc/self/mem"_s, &names); // opens, but cannot be read from its beginning

@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -20,6 +22,15 @@ bool backUp(const QString &original, const QString &place)
     QFile::remove(place);
     QDir().mkpath(QFileInfo(place).path());
     return copyFile(original, place) == 0 && haveSameContent(original, place);
+}
+
+/// Opens what is, for all that the disk tells, a file: a pipe would be waited for, and a device might
+/// never end.
+bool openFile(QFile &file)
+{
+    struct stat status = {};
+    const bool isKnown = stat(QFile::encodeName(file.fileName()).constData(), &status) == 0;
+    return (!isKnown || S_ISREG(status.st_mode)) && file.open(QIODevice::ReadOnly);
 }
 
 /// Whether `a` can be read to its end, and `b` holds the same bytes as far.
@@ -41,7 +52,7 @@ bool haveSameContent(const QString &first, const QString &second)
 {
     QFile a(first);
     QFile b(second);
-    if (!a.open(QIODevice::ReadOnly) || !b.open(QIODevice::ReadOnly) || a.size() != b.size())
+    if (!openFile(a) || !openFile(b) || a.size() != b.size())
         return false;
     // Not as far as the size tells: where it cannot be asked for, every file seems to be empty.
     return goesOnLike(a, b) && b.read(1).isEmpty() && b.error() == QFile::NoError;
@@ -51,7 +62,7 @@ bool isBeginningOf(const QString &first, const QString &second)
 {
     QFile a(first);
     QFile b(second);
-    return a.open(QIODevice::ReadOnly) && b.open(QIODevice::ReadOnly) && goesOnLike(a, b);
+    return openFile(a) && openFile(b) && goesOnLike(a, b);
 }
 
 bool completeBackup(const QList<QFileInfo> &originals, const QString &projectDir)

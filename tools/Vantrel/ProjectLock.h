@@ -20,6 +20,7 @@ public:
 
 private:
     void take();
+    void refuse(const QString &path);
     bool isAbandoned() const;
 
     QLockFile m_file;

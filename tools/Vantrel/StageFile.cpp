@@ -38,7 +38,10 @@ bool writeAll(int file, const QByteArray &bytes)
 bool writeToDisk(const QByteArray &path, const QByteArray &bytes)
 {
     constexpr mode_t forAll = 0666;
-    const int file = open(path.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, forAll);
+    // Whatever lies there was left: a pipe, opened, would be waited for.
+    if (unlink(path.constData()) != 0 && errno != ENOENT)
+        return false;
+    const int file = open(path.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, forAll);
     if (file < 0)
         return false;
     const bool isWritten = writeAll(file, bytes) && fsync(file) == 0;

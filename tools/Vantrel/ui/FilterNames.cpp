@@ -1,12 +1,11 @@
 // The names of the shape files that a project's screens refer to.
 #include "FilterNames.h"
 
+#include "FileIo.h"
 #include "RecordFields.h"
 
-#include <QByteArray>
-#include <QFile>
-
 #include <algorithm>
+#include <optional>
 #include <string_view>
 
 namespace {
@@ -35,12 +34,10 @@ QString lineFrom(std::string_view bytes, std::size_t place)
 
 void collectFilterNames(const QString &path, QSet<QString> *names)
 {
-    // Not in text mode: that drops carriage returns inside lines; those at line ends are trimmed.
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
+    const std::optional<FileContent> content = readFile(path);
+    if (!content)
         return;
-    const QByteArray content = file.readAll();
-    const std::string_view bytes(content.constData(), static_cast<std::size_t>(content.size()));
+    const std::string_view bytes(content->bytes.constData(), static_cast<std::size_t>(content->bytes.size()));
 
     // Few lines have the tag: looking for it costs less than looking at every line.
     for (std::size_t place = bytes.find(tag); place != std::string_view::npos;
