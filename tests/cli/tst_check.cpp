@@ -1,6 +1,7 @@
 // The command "check": every kind of finding, with its file, line and advice.
 #include "CliRun.h"
 #include "ExitCode.h"
+#include "FileIo.h"
 #include "ProjectTree.h"
 #include "SmallPlant.h"
 
@@ -188,8 +189,25 @@ void addEntryRows()
         totals(1, 1, 1, 0));
 }
 
+/// Takes no room on the disk.
+void writeTooLarge(const TestProject &project, const QString &name)
+{
+    project.write(name, "");
+    QVERIFY(QFile::resize(project.path(name), largestFile + 1));
+}
+
 void addScreenRows()
 {
+    addRow(
+        "a screen that is too large",
+        [](const TestProject &project) { writeTooLarge(project, u"scr/b.psc"_s); },
+        "scr/b.psc: obstacle: Could not open Image File; make it smaller than 512 MiB\n", totals(2, 1, 1, 0));
+    addRow(
+        "a screen whose name looks like a placeholder",
+        [](const TestProject &project) { project.write(u"scr/%1.psc"_s, SmallPlant::invalidScreen()); },
+        "scr/%1.psc:2: obstacle: Image File [line 2]: PSDV... not enough parameters (must be >= 12); mend "
+        "the line, or move the file out of \"scr\"\n",
+        totals(2, 1, 1, 0));
     addRow(
         "a screen that fails its check",
         [](const TestProject &project) { project.write(u"scr/b.psc"_s, SmallPlant::invalidScreen()); },
@@ -242,6 +260,10 @@ void addReferenceRows()
 
 void addShapeRows()
 {
+    addRow(
+        "a shape that is too large",
+        [](const TestProject &project) { writeTooLarge(project, u"mac/pump.plb"_s); },
+        "mac/pump.plb: hint: Could not open Shape File; make it smaller than 512 MiB\n", totals(1, 1, 0, 1));
     addRow(
         "a shape that cannot be opened",
         [](const TestProject &project) {

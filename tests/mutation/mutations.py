@@ -105,7 +105,6 @@ CONVERTER = _table(
      'path.replace(path.lastIndexOf("/scr"_L1), 4, "/scr_temp"_L1)'),
     ("lowerNames.insert(name.toLower());", "lowerNames.insert(name);"),
     ("object.shapeFile.toLower()", "object.shapeFile"),
-    ('path.contains(".cat"_L1)', 'path.endsWith(".cat"_L1)'),
     ("offset = first < lines.size() ? first : -1;", "offset = first;"),
     ("m_cancelledStarts = m_announcedStarts;", "m_cancelledStarts = 0;"),
     ("        if (stopRequested)\n            return false;\n", ""),
@@ -140,6 +139,12 @@ SEARCH = _table(
     ("if (std::find(m_trail.begin(), m_trail.end(), here) != m_trail.end())\n        return false;", ""),
     ("name.toLower()});", "name});"),
     ("error != 0 && !saysMissing(error)", "error != 0"),
+)
+
+LIBRARY = _table(
+    "ShapeLibrary.cpp",
+    ('path.contains(".cat"_L1)', 'path.endsWith(".cat"_L1)'),
+    ("QFile::exists(path) ? path : ", "!path.isEmpty() ? path : "),
 )
 
 BITMAPS = _table(
@@ -202,4 +207,4 @@ CHANGE_LOG = _table(
 )
 
 MUTATIONS = (GRAMMAR + CUTTER + RECTANGLES + REFERENCES + PLACEMENT + FILE_IO + CHECK + CONVERTER + FILES + SEARCH +
-             BITMAPS + MOVES + EXCHANGE + CHANGE_LOG)
+             LIBRARY + BITMAPS + MOVES + EXCHANGE + CHANGE_LOG)

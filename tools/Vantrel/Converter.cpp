@@ -484,8 +484,7 @@ const Converter::ShapeFile &Converter::openedShape(const QString &name)
 /// The lines of a shape from its first section on.
 std::optional<FileLines> Converter::readShape(const QString &path, QString &errorText)
 {
-    const bool isCatalogue = path.contains(".cat"_L1);
-    const std::optional<FileContent> content = isCatalogue ? std::nullopt : readFile(path);
+    const std::optional<FileContent> content = isCatalogue(path) ? std::nullopt : readFile(path);
     if (!content) {
         errorText = u"Could not open Shape File"_s;
         return std::nullopt;

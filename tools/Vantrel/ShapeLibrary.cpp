@@ -7,6 +7,11 @@
 
 using namespace Qt::StringLiterals;
 
+bool isCatalogue(const QString &path)
+{
+    return path.contains(".cat"_L1);
+}
+
 ShapeLibrary::ShapeLibrary(QString projectDir)
     : m_projectDir(std::move(projectDir))
 {

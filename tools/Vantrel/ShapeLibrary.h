@@ -8,6 +8,9 @@
 
 #include <optional>
 
+/// Whether a path stands for a catalogue, which is refused as a shape file.
+bool isCatalogue(const QString &path);
+
 /// Finds the shape files and bitmaps of one project and remembers where they are, so that each
 /// is looked for once in a run, however many objects refer to it. Belongs to one thread.
 class ShapeLibrary final

@@ -113,7 +113,7 @@ void LibraryCheck::lookAtFile(const CatalogueShape &shape)
         return;
     m_seenFiles.insert(shape.path);
     if (shape.usability == ShapeUsability::Unreadable) {
-        note(FindingKind::ShapeUnreadable, shape.path, shape.error, u"make it readable"_s);
+        note(FindingKind::ShapeUnreadable, shape.path, shape.error, adviceForUnreadable({shape.path}));
     } else if (shape.usability == ShapeUsability::Invalid) {
         note(FindingKind::ShapeInvalid, shape.path, shape.error, u"mend the line"_s, shape.errorLine);
     }

@@ -1,8 +1,9 @@
 // What differs between two versions of a file, line by line.
 #include "FileDiff.h"
 
+#include "FileIo.h"
+
 #include <QByteArrayView>
-#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -208,13 +209,8 @@ std::optional<QByteArray> contentOf(const QString &path)
 {
     if (!QFileInfo::exists(path))
         return QByteArray();
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return std::nullopt;
-    QByteArray content = file.readAll();
-    if (file.error() != QFileDevice::NoError)
-        return std::nullopt;
-    return content;
+    std::optional<FileContent> content = readFile(path);
+    return content ? std::optional(std::move(content->bytes)) : std::nullopt;
 }
 
 } // namespace

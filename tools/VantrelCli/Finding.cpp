@@ -1,12 +1,25 @@
 // What a user should look at before a run, and after it.
 #include "Finding.h"
 
+#include "FileIo.h"
+
+#include <QFileInfo>
+
 using namespace Qt::StringLiterals;
 
 qsizetype countOf(const QList<Finding> &findings, Severity severity)
 {
     return std::count_if(findings.cbegin(), findings.cend(),
                          [severity](const Finding &finding) { return finding.severity() == severity; });
+}
+
+QString adviceForUnreadable(const QStringList &paths)
+{
+    constexpr qint64 mebibyte = qint64{1} << 20;
+    const auto isTooLarge = [](const QString &path) { return QFileInfo(path).size() > largestFile; };
+    if (std::any_of(paths.cbegin(), paths.cend(), isTooLarge))
+        return u"make it smaller than %1 MiB"_s.arg((largestFile + 1) / mebibyte);
+    return u"make it readable"_s;
 }
 
 QLatin1StringView severityName(Severity severity)

@@ -4,6 +4,7 @@
 #include <QLatin1StringView>
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <algorithm>
 #include <array>
@@ -112,7 +113,7 @@ inline constexpr std::array findingRows{
     FindingRow{FindingKind::OtherFile, QLatin1StringView("other-file"), Severity::Obstacle,
                QLatin1StringView("a file that is no image file is lost")},
     FindingRow{FindingKind::ScreenUnreadable, QLatin1StringView("screen-unreadable"), Severity::Obstacle,
-               QLatin1StringView("an image file cannot be opened")},
+               QLatin1StringView("an image file cannot be opened, or is too large")},
     FindingRow{FindingKind::ScreenInvalid, QLatin1StringView("screen-invalid"), Severity::Obstacle,
                QLatin1StringView("an image file fails its check")},
     FindingRow{FindingKind::ShapeMissing, QLatin1StringView("shape-missing"), Severity::Hint,
@@ -122,7 +123,7 @@ inline constexpr std::array findingRows{
     FindingRow{FindingKind::ShapeRefused, QLatin1StringView("shape-refused"), Severity::Hint,
                QLatin1StringView("objects refer to a catalogue, which is refused")},
     FindingRow{FindingKind::ShapeUnreadable, QLatin1StringView("shape-unreadable"), Severity::Hint,
-               QLatin1StringView("a shape file cannot be opened")},
+               QLatin1StringView("a shape file cannot be opened, or is too large")},
     FindingRow{FindingKind::ShapeEmpty, QLatin1StringView("shape-empty"), Severity::Hint,
                QLatin1StringView("a shape file holds no object: a run replaces objects by nothing")},
     FindingRow{FindingKind::ShapeInvalid, QLatin1StringView("shape-invalid"), Severity::Hint,
@@ -168,5 +169,7 @@ struct Finding
 };
 
 qsizetype countOf(const QList<Finding> &findings, Severity severity);
+/// What to do about a screen or a shape, or one of two versions, that could not be read.
+QString adviceForUnreadable(const QStringList &paths);
 /// The word for a severity, in texts and in JSON.
 QLatin1StringView severityName(Severity severity);

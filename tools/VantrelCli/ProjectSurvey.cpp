@@ -370,7 +370,7 @@ void Surveyor::readImageFile(const QString &path, Reading &reading) const
     switch (screen.state) {
     case ImageFile::State::Unreadable:
         reading.findings.append({FindingKind::ScreenUnreadable, relativeTo(m_projectDir, path),
-                                 screen.errorText, u"make it readable"_s});
+                                 screen.errorText, adviceForUnreadable({path})});
         return;
     case ImageFile::State::Invalid:
         reading.findings.append({FindingKind::ScreenInvalid, relativeTo(m_projectDir, path), screen.errorText,

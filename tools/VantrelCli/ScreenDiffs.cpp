@@ -10,7 +10,7 @@ void ScreenDiffs::compare(const QString &shownPath, const FileVersion &before, c
         ++m_unreadableFiles;
         m_presenter.showFinding({FindingKind::FileUnreadable, shownPath,
                                  u"it could not be read, so that it was not compared"_s,
-                                 u"make it readable"_s});
+                                 adviceForUnreadable({before.path, after.path})});
         return;
     }
     if (!comparison.diff)

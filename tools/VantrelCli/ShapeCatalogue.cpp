@@ -32,12 +32,10 @@ CatalogueShape ShapeCatalogue::read(const QString &path)
         check(shape);
         return shape;
     }
-    const QFileInfo file(path);
-    if (!file.exists())
+    if (!QFileInfo::exists(path))
         shape.usability = ShapeUsability::Missing;
     else
-        shape.usability =
-            file.isFile() && file.isReadable() ? ShapeUsability::Refused : ShapeUsability::Unreadable;
+        shape.usability = isCatalogue(path) ? ShapeUsability::Refused : ShapeUsability::Unreadable;
     return shape;
 }
 

@@ -12,8 +12,8 @@ enum class ShapeUsability {
     Valid,
     Invalid,    ///< its lines fail their check
     Missing,    ///< neither in "mac" nor in "mac/vlo"
-    Refused,    ///< a file that could be read, but is not opened
-    Unreadable, ///< a file that cannot be opened
+    Refused,    ///< a catalogue
+    Unreadable, ///< a file that cannot be opened, or is too large
 };
 
 struct CatalogueShape

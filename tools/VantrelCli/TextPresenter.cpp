@@ -24,7 +24,7 @@ Color colorOf(Severity severity)
 QString placeOf(const Finding &finding)
 {
     const QString path = escaped(finding.path);
-    return finding.line > 0 ? u"%1:%2"_s.arg(path).arg(finding.line) : path;
+    return finding.line > 0 ? u"%1:%2"_s.arg(path, QString::number(finding.line)) : path;
 }
 
 QString stateOf(const ShapeReport &shape)
