@@ -189,6 +189,16 @@ void addEntryRows()
         totals(1, 1, 1, 0));
 }
 
+void addRunRows()
+{
+    addRow(
+        "a run in a folder whose name a shell divides", u"my plant"_s,
+        [](const TestProject &project) { project.write(u".vantrel.run"_s, "?"); },
+        ".vantrel.run: obstacle: a run may be under way or interrupted; the file that tells its stage "
+        "cannot be read; where none is under way, see \"vantrel-cli recover --project '<project>'\"\n",
+        totals(1, 1, 1, 0));
+}
+
 /// Takes no room on the disk.
 void writeTooLarge(const TestProject &project, const QString &name)
 {
@@ -358,6 +368,7 @@ void TestCheck::findsEachKind_data()
     addPathRows();
     addFolderRows();
     addEntryRows();
+    addRunRows();
     addScreenRows();
     addReferenceRows();
     addShapeRows();

@@ -11,6 +11,7 @@
 #include "Output.h"
 #include "RecoverCommand.h"
 #include "ShapesCommand.h"
+#include "ShellWord.h"
 #include "StageFile.h"
 #include "TextPresenter.h"
 #include "UpdateCommand.h"
@@ -19,7 +20,6 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFile>
-#include <QRegularExpression>
 #include <QTextStream>
 
 #include <algorithm>
@@ -104,15 +104,6 @@ std::optional<QStringList> readShapeList(const QString &path)
     for (QString line; stream.readLineInto(&line);)
         names.append(line.trimmed());
     return names;
-}
-
-/// A word as a shell takes it.
-QString quoted(QString word)
-{
-    static const QRegularExpression plainWord(u"^[A-Za-z0-9_./:=+-]+$"_s);
-    if (plainWord.match(word).hasMatch())
-        return word;
-    return u'\'' + word.replace(u'\'', u"'\\''"_s) + u'\'';
 }
 
 /// One command as it was asked for.
@@ -332,7 +323,7 @@ QString CommandRequest::realCommand() const
         if (values.isEmpty())
             words.append(spelling);
         for (const QString &value : values)
-            words += {spelling, quoted(value)};
+            words += {spelling, quotedForShell(value)};
     }
     return words.join(u' ');
 }

@@ -1,6 +1,7 @@
 // What commands say about a run that did not come to its end.
 #include "LeftOverRun.h"
 
+#include "ShellWord.h"
 #include "StageFile.h"
 
 using namespace Qt::StringLiterals;
@@ -30,5 +31,5 @@ QList<Finding> findLeftOverRun(const QString &projectDir)
 
 QString recoverCommandFor(const QString &projectDir)
 {
-    return u"vantrel-cli recover --project %1"_s.arg(projectDir);
+    return u"vantrel-cli recover --project %1"_s.arg(quotedForShell(projectDir));
 }
