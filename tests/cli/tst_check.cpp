@@ -523,11 +523,11 @@ void TestCheck::escapesWhatNamesHold()
 {
     const TestProject project;
     SmallPlant::makeIn(project);
-    project.write(u"scr/a\nb\x1b[31m.txt"_s, "x");
-    QCOMPARE(check(project).output,
-             "scr/a\\nb\\x1b[31m.txt: obstacle: a run would lose this file: it is no image file; move it out "
-             "of \"scr\"\n\n" +
-                 totals(1, 1, 1, 0));
+    project.write(u"scr/a\nb\x1b[31m\u202e\u2028.txt"_s, "x");
+    QCOMPARE(check(project).output, "scr/a\\nb\\x1b[31m\\u202e\\u2028.txt: obstacle: a run would lose this "
+                                    "file: it is no image file; move it out "
+                                    "of \"scr\"\n\n" +
+                                        totals(1, 1, 1, 0));
 }
 
 void TestCheck::findsAllThatUpdateRefuses()

@@ -35,6 +35,6 @@ private:
     bool m_showsColors = false;
 };
 
-/// Text with its control characters spelt out, so that a name can neither break a line nor
-/// reach the terminal's controls:  "a<newline>b"  ->  "a\nb"
+/// Text with its control characters, and those that turn its direction, spelt out, so that a name can neither
+/// break a line nor reach the terminal's controls:  "a<newline>b"  ->  "a\nb"
 QString escaped(QStringView text);
