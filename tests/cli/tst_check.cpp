@@ -490,7 +490,7 @@ void TestCheck::readsNamesFromAFile()
                  totals(1, 1, 0, 1));
     const CliResult missing = check(project, {u"--shapes-from"_s, u"none.txt"_s});
     QCOMPARE(missing.errorOutput,
-             QByteArray("vantrel-cli: the list of shapes \"none.txt\" could not be opened; "
+             QByteArray("vantrel-cli: the list of shapes \"none.txt\" could not be read; "
                         "see \"vantrel-cli check --help\"\n"));
     QCOMPARE(missing.exitCode, static_cast<int>(ExitCode::WrongUsage));
 }

@@ -2,6 +2,7 @@
 #include "CliRun.h"
 #include "ExitCode.h"
 
+#include <QProcess>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -18,6 +19,11 @@ private Q_SLOTS:
     void tellsEveryExitCode_data();
     void tellsEveryExitCode();
     void tellsItsVersion();
+    void takesNoRootFolder_data();
+    void takesNoRootFolder();
+    void followsLinksUpwards();
+    void startsNowhereInAFolderThatIsGone();
+    void readsNoListWithoutEnd();
     void keepsItsExitCodeWhereNobodyReads();
 };
 
@@ -74,11 +80,11 @@ void TestUsage::refusesWrongUsage_data()
     row("list without a shape", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u"/dev/null"_s},
         noShape);
     row("list that does not exist", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u"no-list"_s},
-        "the list of shapes \"no-list\" could not be opened" + seeUpdateHelp);
+        "the list of shapes \"no-list\" could not be read" + seeUpdateHelp);
     row("folder as a list", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u"."_s},
-        "the list of shapes \".\" could not be opened" + seeUpdateHelp);
+        "the list of shapes \".\" could not be read" + seeUpdateHelp);
     row("list without a name", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u""_s},
-        "the list of shapes \"\" could not be opened" + seeUpdateHelp);
+        "the list of shapes \"\" could not be read" + seeUpdateHelp);
 }
 
 void TestUsage::refusesWrongUsage()
@@ -157,6 +163,61 @@ void TestUsage::tellsItsVersion()
     QCOMPARE(result.output, QByteArray("vantrel-cli " VANTREL_VERSION "\n"));
     QCOMPARE(result.errorOutput, QByteArray());
     QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Done));
+}
+
+void TestUsage::takesNoRootFolder_data()
+{
+    QTest::addColumn<QString>("path");
+    for (const char *path : {"/", "//", "/.", "/..", "/../..", "/tmp/.."})
+        QTest::newRow(path) << QString::fromLatin1(path);
+}
+
+void TestUsage::takesNoRootFolder()
+{
+    QFETCH(const QString, path);
+    const CliResult result = CliRun().execute({u"check"_s, u"--project"_s, path});
+    QCOMPARE(result.errorOutput,
+             "vantrel-cli: the root folder is no project directory; use --project DIR; see \"vantrel-cli "
+             "check --help\"\n");
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::WrongUsage));
+}
+
+void TestUsage::followsLinksUpwards()
+{
+    const TestProject project;
+    project.makeFolder(u"real/plant"_s);
+    project.makeFolder(u"other"_s);
+    project.link(u"../real/plant"_s, u"other/link"_s);
+    CliRun run;
+    run.setWorkingFolder(project.path(u"other"_s));
+    const CliResult upwards = run.execute({u"check"_s, u"--json"_s, u"--project"_s, u"link/.."_s});
+    QVERIFY2(upwards.output.contains("\"project\":\"" + project.path(u"real"_s).toUtf8() + '"'),
+             upwards.output.constData());
+}
+
+void TestUsage::startsNowhereInAFolderThatIsGone()
+{
+    const TestProject project;
+    project.makeFolder(u"gone"_s);
+    QProcess shell;
+    shell.setWorkingDirectory(project.path(u"gone"_s));
+    shell.start(u"sh"_s, {u"-c"_s, u"rmdir \"$PWD\" && exec \"$0\" check --project plant"_s,
+                          QString::fromLatin1(VANTREL_CLI)});
+    QVERIFY(shell.waitForFinished());
+    QCOMPARE(
+        shell.readAllStandardError(),
+        "vantrel-cli: there is no folder \"plant\"; use --project DIR; see \"vantrel-cli check --help\"\n");
+    QCOMPARE(shell.exitCode(), static_cast<int>(ExitCode::WrongUsage));
+}
+
+void TestUsage::readsNoListWithoutEnd()
+{
+    const CliResult result =
+        CliRun().execute({u"check"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u"/dev/zero"_s});
+    QCOMPARE(result.errorOutput,
+             "vantrel-cli: the list of shapes \"/dev/zero\" is longer than 16 MiB; see \"vantrel-cli check "
+             "--help\"\n");
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::WrongUsage));
 }
 
 /// A usage error must not become another one because its message cannot be printed.

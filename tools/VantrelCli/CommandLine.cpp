@@ -20,6 +20,7 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTextStream>
 
 #include <algorithm>
@@ -93,17 +94,42 @@ std::optional<ColorMode> colorModeOf(const QCommandLineParser &parser)
     return std::nullopt;
 }
 
-/// The names in a list of shapes: UTF-8, one a line, blanks around them ignored.
-std::optional<QStringList> readShapeList(const QString &path)
+/// The beginning of a file or a pipe, or the whole of a shorter one; nothing where it cannot be read.
+std::optional<QByteArray> readBeginning(const QString &path, qint64 mostBytes)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;
+    QByteArray text;
+    QByteArray block;
+    do {
+        block = file.read(mostBytes - text.size());
+        text += block;
+    } while (!block.isEmpty());
+    return file.error() == QFileDevice::NoError ? std::optional(text) : std::nullopt;
+}
+
+/// The names in a list of shapes: UTF-8, one a line, blanks around them ignored.
+QStringList shapesIn(const QByteArray &list)
+{
     QStringList names;
-    QTextStream stream(&file);
+    QTextStream stream(list);
     for (QString line; stream.readLineInto(&line);)
         names.append(line.trimmed());
     return names;
+}
+
+/// The absolute path of a folder; nothing where it is relative to a folder that is gone.
+std::optional<QString> wholePath(const QString &path)
+{
+    if (QDir::isRelativePath(path) && QDir::currentPath().isEmpty())
+        return std::nullopt;
+    const QString whole = QDir::cleanPath(QDir().absoluteFilePath(path));
+    if (!path.split(u'/').contains(".."_L1))
+        return whole;
+    // Behind a link, ".." is not the folder that the link lies in.
+    const QString found = QFileInfo(path).canonicalFilePath();
+    return found.isEmpty() ? whole : found;
 }
 
 /// One command as it was asked for.
@@ -168,8 +194,11 @@ QString CommandRequest::complaintAboutValues()
 
     if (m_parser.value(u"project"_s).isEmpty())
         return u"no project directory was named; use --project DIR"_s;
-    m_projectDir = QDir::cleanPath(QDir().absoluteFilePath(m_parser.value(u"project"_s)));
-    if (m_projectDir == "/"_L1)
+    const std::optional<QString> projectDir = wholePath(m_parser.value(u"project"_s));
+    if (!projectDir)
+        return u"there is no folder \"%1\"; use --project DIR"_s.arg(m_parser.value(u"project"_s));
+    m_projectDir = *projectDir;
+    if (QFileInfo(m_projectDir).canonicalFilePath() == "/"_L1)
         return u"the root folder is no project directory; use --project DIR"_s;
     if (const QString complaint = takeShapeNames(); !complaint.isEmpty())
         return complaint;
@@ -190,11 +219,15 @@ QString CommandRequest::takeShapeNames()
     if (isSet(u"shape"_s))
         m_shapeNames = m_parser.values(u"shape"_s);
     if (isSet(u"shapes-from"_s)) {
+        constexpr qint64 longestList = 1 << 24;
         const QString path = m_parser.value(u"shapes-from"_s);
-        const std::optional<QStringList> listed = path.isEmpty() ? std::nullopt : readShapeList(path);
-        if (!listed)
-            return u"the list of shapes \"%1\" could not be opened"_s.arg(path);
-        m_shapeNames += *listed;
+        const std::optional<QByteArray> list =
+            path.isEmpty() ? std::nullopt : readBeginning(path, longestList + 1);
+        if (!list)
+            return u"the list of shapes \"%1\" could not be read"_s.arg(path);
+        if (list->size() > longestList)
+            return u"the list of shapes \"%1\" is longer than 16 MiB"_s.arg(path);
+        m_shapeNames += shapesIn(*list);
     }
     m_shapeNames.removeAll(QString());
     return {};
