@@ -27,6 +27,7 @@
 #include <memory>
 #include <new>
 #include <optional>
+#include <system_error>
 
 using namespace Qt::StringLiterals;
 
@@ -132,6 +133,11 @@ std::optional<QString> wholePath(const QString &path)
     return found.isEmpty() ? whole : found;
 }
 
+QString messageOf(const std::system_error &failure)
+{
+    return QString::fromLocal8Bit(failure.code().message().c_str());
+}
+
 /// One command as it was asked for.
 class CommandRequest final
 {
@@ -156,7 +162,7 @@ private:
     ExitCode perform();
     ExitCode perform(Presenter &presenter);
     ExitCode performUpdate(Presenter &presenter);
-    ExitCode endForWantOfMemory(Presenter &presenter) const;
+    ExitCode endEarly(Presenter &presenter, const QString &reason) const;
     std::unique_ptr<Presenter> makePresenter();
     QString realCommand() const;
     bool isSet(const QString &option) const;
@@ -292,7 +298,9 @@ ExitCode CommandRequest::perform()
     try {
         return perform(*presenter);
     } catch (const std::bad_alloc &) {
-        return endForWantOfMemory(*presenter);
+        return endEarly(*presenter, u"There is not enough memory for the files of the project."_s);
+    } catch (const std::system_error &failure) {
+        return endEarly(*presenter, u"It could not be done: %1."_s.arg(messageOf(failure)));
     }
 }
 
@@ -314,16 +322,16 @@ ExitCode CommandRequest::perform(Presenter &presenter)
 }
 
 /// A run that had begun was stopped before its next file, as long as that was possible.
-ExitCode CommandRequest::endForWantOfMemory(Presenter &presenter) const
+ExitCode CommandRequest::endEarly(Presenter &presenter, const QString &reason) const
 {
     const bool isUnderWay = StageFile::exists(m_projectDir);
     CommandEnd end;
     end.command = m_command.name;
     end.projectDir = m_projectDir;
     end.exitCode = isUnderWay ? ExitCode::FilesMissing : ExitCode::Refused;
-    end.message = isUnderWay ? u"There is not enough memory. A run is left over; see \"%1\"."_s.arg(
-                                   recoverCommandFor(m_projectDir))
-                             : u"There is not enough memory for the files of the project."_s;
+    end.message = isUnderWay
+                      ? u"%1 A run is left over; see \"%2\"."_s.arg(reason, recoverCommandFor(m_projectDir))
+                      : reason;
     presenter.showEnd(end);
     return end.exitCode;
 }

@@ -80,6 +80,7 @@ private:
     void lookAtOtherFile(const fs::directory_entry &entry, const QString &path);
     bool isKnownScreen(const fs::directory_entry &entry) const;
     Reading readImageFiles() const;
+    std::future<Reading> startReading(qsizetype begin, qsizetype end) const;
     Reading readImageFiles(qsizetype begin, qsizetype end) const;
     void readImageFile(const QString &path, Reading &reading) const;
     static int firstInvalidLine(const FileLines &lines);
@@ -336,11 +337,8 @@ Surveyor::Reading Surveyor::readImageFiles() const
     // Nobody follows the survey from file to file, so that each processor may read a part.
     const qsizetype parts = std::max(1U, std::thread::hardware_concurrency());
     std::vector<std::future<Reading>> readings;
-    for (qsizetype part = 0; part < parts; ++part) {
-        readings.push_back(std::async(std::launch::async, [this, count, part, parts] {
-            return readImageFiles(count * part / parts, count * (part + 1) / parts);
-        }));
-    }
+    for (qsizetype part = 0; part < parts; ++part)
+        readings.push_back(startReading(count * part / parts, count * (part + 1) / parts));
     Reading whole;
     for (std::future<Reading> &future : readings) {
         const Reading reading = future.get();
@@ -349,6 +347,17 @@ Surveyor::Reading Surveyor::readImageFiles() const
         whole.bytes += reading.bytes;
     }
     return whole;
+}
+
+/// Reads on a thread of its own or, where the system has none left, when it is asked for.
+std::future<Surveyor::Reading> Surveyor::startReading(qsizetype begin, qsizetype end) const
+{
+    const auto read = [this, begin, end] { return readImageFiles(begin, end); };
+    try {
+        return std::async(std::launch::async, read);
+    } catch (const std::system_error &) {
+        return std::async(std::launch::deferred, read);
+    }
 }
 
 Surveyor::Reading Surveyor::readImageFiles(qsizetype begin, qsizetype end) const

@@ -3,6 +3,8 @@
 
 #include <QEventLoop>
 
+#include <system_error>
+
 using namespace Qt::StringLiterals;
 
 UpdateRun::UpdateRun(const RunSettings &settings, Presenter &presenter)
@@ -40,6 +42,8 @@ UpdateRun::~UpdateRun()
 
 RunResult UpdateRun::execute()
 {
+    if (!m_converter.thread()->isRunning())
+        throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again));
     QEventLoop untilEnd;
     connect(&m_converter, &Converter::sigConvertEnd, &untilEnd, &QEventLoop::quit, Qt::QueuedConnection);
     m_converter.announceStart();

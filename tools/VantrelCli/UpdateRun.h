@@ -43,7 +43,8 @@ public:
     UpdateRun(const RunSettings &settings, Presenter &presenter);
     ~UpdateRun() override;
 
-    /// Performs the run; needs no event loop of the caller.
+    /// Performs the run; needs no event loop of the caller. Throws std::system_error where the
+    /// system has no thread for it.
     RunResult execute();
     /// Stops the run before its next file.
     void stop();
