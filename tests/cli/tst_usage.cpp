@@ -2,6 +2,7 @@
 #include "CliRun.h"
 #include "ExitCode.h"
 
+#include <QFile>
 #include <QProcess>
 #include <QTest>
 
@@ -19,6 +20,7 @@ private Q_SLOTS:
     void tellsEveryExitCode_data();
     void tellsEveryExitCode();
     void tellsItsVersion();
+    void tellsThatItCouldNotPrint();
     void takesNoRootFolder_data();
     void takesNoRootFolder();
     void followsLinksUpwards();
@@ -163,6 +165,17 @@ void TestUsage::tellsItsVersion()
     QCOMPARE(result.output, QByteArray("vantrel-cli " VANTREL_VERSION "\n"));
     QCOMPARE(result.errorOutput, QByteArray());
     QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Done));
+}
+
+void TestUsage::tellsThatItCouldNotPrint()
+{
+    CliRun run;
+    QFile full(u"/dev/full"_s);
+    QVERIFY(full.open(QIODevice::WriteOnly));
+    run.setOutput(full.handle());
+    const CliResult result = run.execute({u"--help"_s});
+    QCOMPARE(result.errorOutput, "vantrel-cli: the output could not be written: No space left on device\n");
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::DoneWithFindings));
 }
 
 void TestUsage::takesNoRootFolder_data()

@@ -24,6 +24,7 @@
 #include <QTextStream>
 
 #include <algorithm>
+#include <cerrno>
 #include <memory>
 #include <new>
 #include <optional>
@@ -395,11 +396,8 @@ constexpr std::array generalRequests{
     GeneralRequest{"--print-schema"_L1, printSchema},
 };
 
-} // namespace
-
-ExitCode runCommandLine(const QStringList &arguments)
+ExitCode obey(const QStringList &arguments, Streams &streams)
 {
-    Streams streams;
     const QString word = arguments.value(1);
     if (word.isEmpty())
         return refuseUsage(streams, u"no command was given"_s);
@@ -416,4 +414,24 @@ ExitCode runCommandLine(const QStringList &arguments)
         return refuseUsage(streams, u"unknown %1 \"%2\"%3"_s.arg(kind, word, didYouMean(word, knownWords())));
     }
     return CommandRequest(*command, streams).run(arguments.sliced(1));
+}
+
+/// Tells that not all was printed, unless it is the reader who has gone away.
+ExitCode afterPrinting(Streams &streams, ExitCode exitCode)
+{
+    streams.output.flush();
+    const int error = streams.output.error();
+    if (error == 0 || error == EPIPE)
+        return exitCode;
+    streams.errorOutput.printLine(
+        u"%1: the output could not be written: %2"_s.arg(programName, qt_error_string(error)));
+    return exitCode == ExitCode::Done ? ExitCode::DoneWithFindings : exitCode;
+}
+
+} // namespace
+
+ExitCode runCommandLine(const QStringList &arguments)
+{
+    Streams streams;
+    return afterPrinting(streams, obey(arguments, streams));
 }

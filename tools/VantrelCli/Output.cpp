@@ -1,10 +1,9 @@
 // Text for a terminal, a file or a pipe.
 #include "Output.h"
 
-#include <QByteArray>
-
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <utility>
 
 #include <unistd.h>
@@ -78,11 +77,21 @@ void Output::setColorMode(ColorMode mode)
 
 void Output::print(QStringView text)
 {
-    if (!m_isOpen)
-        return;
-    const QByteArray bytes = text.toUtf8();
+    if (isOpen())
+        printBytes(text.toUtf8());
+}
+
+void Output::printBytes(const QByteArray &bytes)
+{
     const auto size = static_cast<std::size_t>(bytes.size());
-    m_isOpen = std::fwrite(bytes.constData(), 1, size, m_stream) == size;
+    if (isOpen())
+        note(std::fwrite(bytes.constData(), 1, size, m_stream) == size);
+}
+
+void Output::note(bool isDone)
+{
+    if (!isDone)
+        m_error = errno;
 }
 
 void Output::printLine(QStringView text)
@@ -98,7 +107,8 @@ QString Output::colored(const QString &text, Color color) const
 
 void Output::flush()
 {
-    m_isOpen = m_isOpen && std::fflush(m_stream) == 0;
+    if (isOpen())
+        note(std::fflush(m_stream) == 0);
 }
 
 QString escaped(QStringView text)

@@ -1,6 +1,7 @@
 // Text for a terminal, a file or a pipe.
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 #include <cstdio>
@@ -28,10 +29,16 @@ public:
     /// The text in a colour, where this stream shows colours.
     QString colored(const QString &text, Color color) const;
     void flush();
+    /// The reason why not all was printed, an errno; 0 where it was.
+    int error() const { return m_error; }
 
 private:
+    bool isOpen() const { return m_error == 0; }
+    void printBytes(const QByteArray &bytes);
+    void note(bool isDone);
+
     std::FILE *m_stream;
-    bool m_isOpen = true;
+    int m_error = 0;
     bool m_showsColors = false;
 };
 
