@@ -56,7 +56,7 @@ void JsonPresenter::printLine(JsonKind kind, QJsonObject fields)
 {
     fields.insert("version"_L1, jsonVersion);
     fields.insert("kind"_L1, rowOf(kind).name);
-    m_output.printLine(QString::fromUtf8(QJsonDocument(fields).toJson(QJsonDocument::Compact)));
+    m_output.printUtf8Line(QJsonDocument(fields).toJson(QJsonDocument::Compact));
     m_output.flush();
 }
 

@@ -100,6 +100,12 @@ void Output::printLine(QStringView text)
     print(u"\n");
 }
 
+void Output::printUtf8Line(const QByteArray &text)
+{
+    printBytes(text);
+    print(u"\n");
+}
+
 QString Output::colored(const QString &text, Color color) const
 {
     return m_showsColors ? u"\x1b[%1m%2\x1b[0m"_s.arg(colorCode(color), text) : text;

@@ -26,6 +26,7 @@ public:
 
     void print(QStringView text);
     void printLine(QStringView text);
+    void printUtf8Line(const QByteArray &text);
     /// The text in a colour, where this stream shows colours.
     QString colored(const QString &text, Color color) const;
     void flush();

@@ -2,10 +2,14 @@
 #include "TextTable.h"
 
 #include <algorithm>
+#include <cstring>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// No shown cell holds a control character.
+constexpr char cellEnd = '\n';
 
 /// Columns that a text takes on a terminal; names outside the common scripts may take more.
 qsizetype widthOf(const QString &text)
@@ -17,29 +21,41 @@ qsizetype widthOf(const QString &text)
 
 void TextTable::addRow(const QStringList &cells, Color color)
 {
-    QStringList shown;
-    for (const QString &cell : cells)
-        shown.append(escaped(cell));
-    m_rows.append({shown, color});
+    for (qsizetype column = 0; column < m_widths.size(); ++column) {
+        const QString shown = escaped(cells.at(column));
+        m_widths[column] = std::max(m_widths.at(column), widthOf(shown));
+        m_cells += shown.toUtf8();
+        m_cells += cellEnd;
+    }
+    m_colors.append(color);
 }
 
 void TextTable::print(Output &output) const
 {
-    QList<qsizetype> widths(m_header.size(), 0);
-    for (const Row &row : m_rows) {
-        for (qsizetype column = 0; column < widths.size(); ++column)
-            widths[column] = std::max(widths.at(column), widthOf(row.cells.at(column)));
-    }
+    QList<qsizetype> widths = m_widths;
     for (qsizetype column = 0; column < widths.size(); ++column) {
         if (widths.at(column) > 0)
             widths[column] = std::max(widths.at(column), widthOf(m_header.at(column)));
     }
 
     output.printLine(output.colored(alignedLine(m_header, widths), Color::Bold));
-    for (const Row &row : m_rows) {
-        const QString line = alignedLine(row.cells, widths);
-        output.printLine(row.color == Color::Plain ? line : output.colored(line, row.color));
+    const char *cell = m_cells.constData();
+    for (const Color color : m_colors) {
+        const QString line = alignedLine(takeRow(cell), widths);
+        output.printLine(color == Color::Plain ? line : output.colored(line, color));
     }
+}
+
+/// The cells of the row that begins there; `cell` moves on to the next row.
+QStringList TextTable::takeRow(const char *&cell) const
+{
+    QStringList cells;
+    while (cells.size() < m_header.size()) {
+        const char *const end = std::strchr(cell, cellEnd);
+        cells.append(QString::fromUtf8(cell, end - cell));
+        cell = end + 1;
+    }
+    return cells;
 }
 
 QString TextTable::alignedLine(const QStringList &cells, const QList<qsizetype> &widths) const
