@@ -1,8 +1,10 @@
-// What several threads may do at once with the log and with converters. Built with the thread
-// sanitizer it shows that nothing of it races; built without, that nothing of it gets lost.
+// What several threads do at once with the log, with converters and with what these tell. Built with the
+// thread sanitizer it shows that nothing of it races; built without, that nothing of it gets lost.
 #include "ChangeLog.h"
 #include "Converter.h"
 #include "Logger.h"
+#include "ProjectSurvey.h"
+#include "RunInbox.h"
 #include "TestProject.h"
 
 #include <QtTest>
@@ -72,6 +74,19 @@ void fillPlant(const TestProject &project)
     project.makeFolder(u"log"_s);
 }
 
+/// Without an application no timer hands news over, and a test does.
+void expectNoTimer()
+{
+    QTest::ignoreMessage(QtWarningMsg,
+                         "QObject::startTimer: Timers can only be used with threads started with QThread");
+}
+
+void addProgress(RunInbox &inbox, std::size_t count, std::atomic<std::size_t> &added)
+{
+    for (; added < count; ++added)
+        inbox.add(RunProgress{});
+}
+
 } // namespace
 
 class TestThreads : public QObject
@@ -84,6 +99,10 @@ private Q_SLOTS:
     void convertsSeveralProjectsAtOnce();
     void takesSettingsAndCancelsDuringARun();
     void writesSeveralChangeLogsAtOnce();
+    void surveysWithAllProcessors();
+    void losesNoNewsWhileOthersTellThem();
+    void waitsWhileManyNewsWait();
+    void waitsNoLongerWhenNobodyHandsOver();
 };
 
 void TestThreads::losesNoEntryOfAnyThread()
@@ -191,6 +210,91 @@ void TestThreads::writesSeveralChangeLogsAtOnce()
     for (int number = 0; number < threadCount; ++number)
         QCOMPARE(project.read(u"own%1.csv"_s.arg(number)).count('\n'), rounds + 1);
     QVERIFY(project.read(u"shared.csv"_s).count('\n') > qsizetype{threadCount} * rounds);
+}
+
+void TestThreads::surveysWithAllProcessors()
+{
+    const TestProject project;
+    constexpr int screens = 200;
+    for (int index = 0; index < screens; ++index) {
+        const QByteArray shape = "s" + QByteArray::number(index % threadCount) + ".plb";
+        project.write(u"scr/%1.psc"_s.arg(index),
+                      "ID;1;O\nLIB;" + shape + ";1;p;OBJ:a\nPSDV;0;0;9;9;0;1;0;0;0;0;1\n");
+    }
+    project.write(u"scr/invalid.psc"_s, "PSDV\n");
+    project.makeFolder(u"log"_s);
+    project.makeFolder(u"mac"_s);
+    const ProjectSurvey survey = surveyProject(project.dir(), false);
+    QCOMPARE(survey.imageFiles.size(), screens + 1);
+    QCOMPARE(survey.shapeNames, (QSet<QString>{u"s0.plb"_s, u"s1.plb"_s, u"s2.plb"_s, u"s3.plb"_s}));
+    QCOMPARE(survey.findings.size(), 1);
+    QCOMPARE(survey.findings.first().path, u"scr/invalid.psc"_s);
+}
+
+void TestThreads::losesNoNewsWhileOthersTellThem()
+{
+    expectNoTimer();
+    std::vector<RunProgress> received;
+    RunInbox inbox([&received](std::span<const RunNews> news) {
+        for (const RunNews &one : news)
+            received.push_back(std::get<RunProgress>(one));
+    });
+    onThreads([&](int number) {
+        for (int round = 0; round < rounds; ++round) {
+            if (number == 0)
+                inbox.handOver();
+            else
+                inbox.add(RunProgress{.count = number, .index = round});
+        }
+    });
+    inbox.handOver();
+
+    for (int number = 1; number < threadCount; ++number) {
+        int next = 0;
+        for (const RunProgress &progress : received)
+            QVERIFY(progress.count != number || progress.index == next++);
+        QCOMPARE(next, rounds);
+    }
+}
+
+void TestThreads::waitsWhileManyNewsWait()
+{
+    expectNoTimer();
+    constexpr std::size_t all = 3 * RunInbox::mostWaiting;
+    std::size_t received = 0;
+    std::size_t largest = 0;
+    RunInbox inbox([&](std::span<const RunNews> news) {
+        received += news.size();
+        largest = std::max(largest, news.size());
+    });
+    std::atomic<std::size_t> added{0};
+    std::thread run([&] { addProgress(inbox, all, added); });
+    while (added < RunInbox::mostWaiting)
+        std::this_thread::yield();
+    // Long enough for more, if more were let in.
+    constexpr int pauses = 100'000;
+    for (int pause = 0; pause < pauses; ++pause)
+        std::this_thread::yield();
+    while (received < all)
+        inbox.handOver();
+    run.join();
+    QCOMPARE(largest, RunInbox::mostWaiting);
+}
+
+void TestThreads::waitsNoLongerWhenNobodyHandsOver()
+{
+    expectNoTimer();
+    constexpr std::size_t all = 2 * RunInbox::mostWaiting;
+    std::size_t received = 0;
+    RunInbox inbox([&received](std::span<const RunNews> news) { received += news.size(); });
+    std::atomic<std::size_t> added{0};
+    std::thread run([&] { addProgress(inbox, all, added); });
+    while (added < RunInbox::mostWaiting)
+        std::this_thread::yield();
+    inbox.stopWaiting();
+    run.join();
+    inbox.handOver();
+    QCOMPARE(received, all);
 }
 
 QTEST_APPLESS_MAIN(TestThreads)

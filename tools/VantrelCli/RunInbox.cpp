@@ -14,9 +14,19 @@ RunInbox::RunInbox(Receiver receiver)
 
 void RunInbox::add(RunNews news)
 {
-    const std::lock_guard lock(m_mutex);
+    std::unique_lock lock(m_mutex);
+    m_hasRoom.wait(lock, [this] { return m_waiting.size() < mostWaiting || m_isOpen; });
     m_spent.clear();
     m_waiting.push_back(std::move(news));
+}
+
+void RunInbox::stopWaiting()
+{
+    {
+        const std::lock_guard lock(m_mutex);
+        m_isOpen = true;
+    }
+    m_hasRoom.notify_all();
 }
 
 void RunInbox::handOver()
@@ -26,6 +36,7 @@ void RunInbox::handOver()
         const std::lock_guard lock(m_mutex);
         news.swap(m_waiting);
     }
+    m_hasRoom.notify_all();
     m_receiver(news);
     const std::lock_guard lock(m_mutex);
     m_spent.swap(news);

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QTimer>
 
+#include <condition_variable>
+#include <cstddef>
 #include <functional>
 #include <mutex>
 #include <span>
@@ -33,10 +35,15 @@ class RunInbox final : public QObject
 public:
     using Receiver = std::function<void(std::span<const RunNews>)>;
 
+    /// A run is faster than what prints its news, and has a million of them at times.
+    static constexpr std::size_t mostWaiting = 1 << 16;
+
     explicit RunInbox(Receiver receiver);
 
-    /// Called on the run's thread.
+    /// Called on the run's thread, which waits while as many news wait as may.
     void add(RunNews news);
+    /// From now on the run's thread does not wait: nobody hands over any more.
+    void stopWaiting();
     /// Hands over what waits, without the pause that otherwise lets news gather.
     void handOver();
 
@@ -44,6 +51,8 @@ private:
     QTimer m_pause;
     Receiver m_receiver;
     std::mutex m_mutex;
+    std::condition_variable m_hasRoom;
+    bool m_isOpen = false; ///< for any number of news
     std::vector<RunNews> m_waiting;
     /// Handed over already. The run's thread destroys them, since it made them: memory that another
     /// thread frees makes the two wait for each other.

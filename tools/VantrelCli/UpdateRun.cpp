@@ -34,7 +34,9 @@ UpdateRun::UpdateRun(const RunSettings &settings, Presenter &presenter)
 
 UpdateRun::~UpdateRun()
 {
-    m_converter.cancel(); // where an exception ends this before the run has ended
+    // Where an exception ends this before the run has ended.
+    m_converter.cancel();
+    m_inbox.stopWaiting();
     m_converter.thread()->quit();
     m_converter.thread()->wait();
     Qel::Logger::unregisterLogListener(this);
