@@ -98,6 +98,7 @@ private Q_SLOTS:
     void reportsWhatARunReports();
     void showsWhatDiffShowsAfterARun();
     void worksBesideAFolderForTemporaryFilesWithCapitals();
+    void passesOverATempFolderThatLeadsNowhere();
     void leavesNothingBehind();
     void refusesWhatARunRefuses();
     void failsWhereAScreenWouldChange();
@@ -257,6 +258,17 @@ void TestDryRun::worksBesideAFolderForTemporaryFilesWithCapitals()
     CliRun run;
     run.setVariable(u"TMPDIR"_s, project.beside(u"Temporary"_s));
     QCOMPARE(tableOf(run.execute(dryRunOf(project.dir())).output), tableOf(dryRun(project).output));
+}
+
+void TestDryRun::passesOverATempFolderThatLeadsNowhere()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    const QByteArray table = tableOf(dryRun(project).output);
+    project.link(u"scr_temp"_s, u"scr_temp"_s);
+    const CliResult result = dryRun(project, {u"--all-shapes"_s, u"--force"_s});
+    QCOMPARE(tableOf(result.output), table);
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Done));
 }
 
 void TestDryRun::leavesNothingBehind()

@@ -19,9 +19,12 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// What a run makes or removes, and the folder that it writes its change log to.
-constexpr std::array<std::string_view, 6> entriesOfRuns{"scr", "scr_temp",     "scr_bak",
-                                                        "log", ".vantrel.run", ".vantrel.lock"};
+/// Whether a run makes or removes an entry of a project, or writes its change log there.
+bool isOfRuns(std::string_view name)
+{
+    constexpr std::array<std::string_view, 4> folders{"scr", "scr_temp", "scr_bak", "log"};
+    return name.starts_with(".vantrel.") || std::find(folders.begin(), folders.end(), name) != folders.end();
+}
 
 enum class Files { Linked, Copied };
 
@@ -80,7 +83,8 @@ private:
 
 void mirrorFolder(const fs::path &from, const fs::path &to, Files files)
 {
-    if (fs::is_directory(from))
+    std::error_code ignored;
+    if (fs::is_directory(from, ignored))
         FolderMirror(files).mirror(from, to);
 }
 
@@ -89,7 +93,7 @@ void linkOtherEntries(const fs::path &from, const fs::path &to)
     std::error_code ignored;
     for (const fs::directory_entry &entry : fs::directory_iterator(from, ignored)) {
         const fs::path name = entry.path().filename();
-        if (std::find(entriesOfRuns.begin(), entriesOfRuns.end(), name.native()) == entriesOfRuns.end())
+        if (!isOfRuns(name.native()))
             fs::create_symlink(entry.path(), to / name);
     }
 }
@@ -107,7 +111,8 @@ ScratchProject::ScratchProject(QString projectDir)
     try {
         fill();
     } catch (const fs::filesystem_error &failure) {
-        m_error = QString::fromLocal8Bit(failure.what());
+        m_error = u"%1: %2"_s.arg(QFile::decodeName(failure.path1().c_str()),
+                                  QString::fromLocal8Bit(failure.code().message().c_str()));
     }
 }
 
