@@ -3,8 +3,9 @@
 
     compare.py --program build/dev/tools/VantrelCli/vantrel-cli --projects 100 [--first SEED]
 
-Compared are the trees by bytes, the change logs, and the log messages in their order. Both work
-at the same absolute path, one after the other, because paths are part of all three.
+Compared are the trees by bytes, the change logs, what is told of each file and object, and the log
+messages, all in their order. Both work at the same absolute path, one after the other, because
+paths are part of all of these.
 """
 
 from __future__ import annotations
@@ -22,23 +23,28 @@ import tempfile
 HERE = pathlib.Path(__file__).resolve().parent
 
 
+# Where a project lies in its folder, by turns. Upper-case letters hide its bitmaps, "/bmp" lets every
+# folder count as one of bitmaps, ".cat" refuses all shapes, ".psc" lets every file be a screen, and
+# "/scr" sends the copies elsewhere.
+PLACES = ["plant"] * 8 + ["Plant", "bmp/plant", "a.cat/plant", "a.psc/plant", "scripts/plant"]
+
+
 def lower_case_folder() -> pathlib.Path:
-    """Upper-case letters in a project's path hide its bitmaps."""
     folder = pathlib.Path(tempfile.gettempdir().lower()) / f"vantrel-differential.{os.getpid()}"
     folder.mkdir()
     return folder
 
 
-def tree_of(project: pathlib.Path) -> dict[bytes, bytes | str]:
-    """Every entry of a project by its relative path; change logs without the time in their names."""
+def tree_of(site: pathlib.Path) -> dict[bytes, bytes | str]:
+    """Every entry of a folder by its relative path; change logs without the time in their names."""
     tree: dict[bytes, bytes | str] = {}
-    root = os.fsencode(project)
+    root = os.fsencode(site)
     for folder, folders, files in os.walk(root):
         for name in folders + files:
             path = os.path.join(folder, name)
             key = os.path.relpath(path, root)
-            if key.startswith(b"log/Vantrel_") and key.endswith(b".csv"):
-                key = b"log/change log"
+            if b"/log/Vantrel_" in key and key.endswith(b".csv"):
+                key = os.path.dirname(key) + b"/change log"
             if os.path.islink(path):
                 tree[key] = "link to " + os.fsdecode(os.readlink(path))
             elif os.path.isdir(path):
@@ -48,31 +54,57 @@ def tree_of(project: pathlib.Path) -> dict[bytes, bytes | str]:
     return tree
 
 
-def run_reference(project: pathlib.Path, shapes: pathlib.Path, options: list[str]) -> list[str]:
-    report = project.parent / "events"
+Event = dict[str, object]
+
+
+def run_reference(project: pathlib.Path, shapes: pathlib.Path, options: list[str],
+                  folder: pathlib.Path) -> list[Event]:
+    events = folder / "events"
     subprocess.run([sys.executable, "-B", HERE / "reference.py", project, "--shapes-file", shapes,
-                    "--report", report, *options], check=True)
-    events = [json.loads(line) for line in report.read_text().splitlines()]
-    names = {1: "alert", 3: "error"}
-    return [f"{names[e['level']]}: {e['message']}" for e in events if e["kind"] == "log"]
+                    "--report", events, *options], check=True)
+    return [json.loads(line) for line in events.read_text().splitlines()]
 
 
-def run_program(program: str, project: pathlib.Path, shapes: pathlib.Path, options: list[str]) -> list[str]:
-    log = project.parent / "log"
-    environment = dict(os.environ, XDG_STATE_HOME=str(project.parent / "state"))
+def run_program(program: str, project: pathlib.Path, shapes: pathlib.Path, options: list[str],
+                folder: pathlib.Path) -> list[Event]:
+    environment = dict(os.environ, XDG_STATE_HOME=str(folder / "state"))
     result = subprocess.run([program, "update", "--project", project, "--shapes-from", shapes, "--force",
-                             "--quiet", *options], env=environment, capture_output=True, check=False)
-    log.write_bytes(result.stderr)
-    if result.returncode not in (0, 1, 4):
+                             "--json", *options], env=environment, capture_output=True, check=False)
+    if result.returncode not in (0, 1, 4) or result.stderr:
         raise SystemExit(f"exit code {result.returncode}: {result.stderr.decode()}")
-    lines = result.stderr.decode().splitlines()
-    return [line for line in lines if line.startswith(("alert: ", "error: "))]
+    return [json.loads(line) for line in result.stdout.decode().splitlines()]
 
 
-def escaped(message: str) -> str:
-    short = {"\n": "\\n", "\r": "\\r", "\t": "\\t"}
-    return "".join(short.get(c) or (f"\\x{ord(c):02x}" if ord(c) < 32 or 127 <= ord(c) < 160 else c)
-                   for c in message)
+def corners(rectangle: dict[str, int]) -> list[int]:
+    return [rectangle[side] for side in ("left", "top", "right", "bottom")]
+
+
+def as_told_by_reference(event: Event, project: pathlib.Path) -> Event:
+    """An event of the program in the words of the reference."""
+    told = {key: value for key, value in event.items() if key != "version"}
+    if event["kind"] == "file":
+        told["path"] = f"{project}/{event['path']}"
+    if event["kind"] == "log":
+        del told["time"]
+        told["level"] = {"alert": 1, "error": 3}[event["level"]]
+    if event["kind"] == "report":
+        told |= {"rect": corners(told["rect"]), "rect2": corners(told.pop("iconRect")),
+                 "rect3": corners(told.pop("position"))}
+    return told
+
+
+def split(events: list[Event]) -> tuple[list[Event], list[Event]]:
+    """What is told of files and objects, and the log's entries: the program tells these at its end."""
+    told = ("progress", "file", "report")
+    return ([event for event in events if event["kind"] in told],
+            [event for event in events if event["kind"] == "log"])
+
+
+def differing_events(expected: list[Event], found: list[Event]) -> list[str]:
+    for number, (one, other) in enumerate(itertools.zip_longest(expected, found), 1):
+        if one != other:
+            return [f"event {number}:\n    reference {one}\n    program   {other}"]
+    return []
 
 
 def first_difference(expected: bytes | str | None, found: bytes | str | None) -> str:
@@ -90,22 +122,26 @@ def differences(expected: dict, found: dict) -> list[str]:
 
 
 def compare(program: str, seed: int, folder: pathlib.Path) -> list[str]:
-    project, kept, shapes = folder / "plant", folder / "original", folder / "shapes"
+    site, kept, shapes = folder / "site", folder / "original", folder / "shapes"
+    project = site / PLACES[seed % len(PLACES)]
+    project.parent.mkdir(parents=True)
     subprocess.run([sys.executable, "-B", HERE / "generate.py", "--seed", str(seed), project, "--shapes", shapes], check=True)
     # Where no shape is chosen the command line wants to hear one; this one exists nowhere.
     with shapes.open("a", encoding="utf-8") as names:
         names.write("\nchosen but nowhere.plb\n")
     options = ["--make-folders"] if seed % 3 == 0 else []
-    shutil.copytree(project, kept, symlinks=True)
+    shutil.copytree(site, kept, symlinks=True)
 
-    expected_log = [escaped(line) for line in run_reference(project, shapes, options)]
-    expected = tree_of(project)
-    shutil.rmtree(project)
-    kept.rename(project)
-    found_log = run_program(program, project, shapes, options)
-    notes = differences(expected, tree_of(project))
-    if expected_log != found_log:
-        notes.append(f"log:\n    reference {expected_log}\n    program   {found_log}")
+    expected_events = split(run_reference(project, shapes, options, folder))
+    expected = tree_of(site)
+    shutil.rmtree(site)
+    kept.rename(site)
+    found_events = split([as_told_by_reference(event, project)
+                          for event in run_program(program, project, shapes, options, folder)
+                          if event["kind"] not in ("finding", "end")])
+    notes = differences(expected, tree_of(site))
+    for one, other in zip(expected_events, found_events):
+        notes += differing_events(one, other)
     return notes
 
 

@@ -19,8 +19,8 @@ per line, in the order of the program's signals and error log entries:
     {"kind": "file", "path": text}
     {"kind": "report", "status": "REPLACE" | "NO REPLACE" | "ERROR",
      "imageFile": .., "shapeFile": .., "imageObject": .., "shapeObject": ..,
-     "initText": .., "error": .., "rect3": [left, top, right, bottom],
-     "rect": [left, top, right, bottom]}
+     "initText": .., "error": .., "level": n, "rect3": [left, top, right, bottom],
+     "rect2": .., "rect": ..}
     {"kind": "log", "level": n, "message": text}
     {"kind": "end"}
 """
@@ -282,7 +282,9 @@ def emit_report(run: Run, block: Block) -> None:
         "shapeObject": block.shape_object,
         "initText": block.init_text,
         "error": block.error,
+        "level": block.extra_number,
         "rect3": list(block.rect3),
+        "rect2": list(block.rect2),
         "rect": list(block.rect),
     })
     write_change_log(block, run.log_file_name)

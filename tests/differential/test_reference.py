@@ -1116,7 +1116,7 @@ class CommandLineAndGenerator(ProjectCase):
                          ["progress", "file", "report", "progress", "end"])
         self.assertEqual(sorted(events[2]), sorted([
             "kind", "status", "imageFile", "shapeFile", "imageObject",
-            "shapeObject", "initText", "error", "rect3", "rect"]))
+            "shapeObject", "initText", "error", "rect3", "level", "rect", "rect2"]))
         subprocess.run([sys.executable, "-B", HERE + "/reference.py",
                         self.project, "--shape", "x", "valve.plb",
                         "--report", report], check=True)
