@@ -31,12 +31,16 @@ STEPS_OF_A_RUN = ("mkdir", "mkdirat", "rename", "renameat2", "linkat", "rmdir", 
 
 STOP = "signal=SIGSTOP"
 
+# A process that ends while it is looked at is missing in one of two ways: its folder is gone, or the
+# kernel finds nobody behind a folder that is still there.
+GONE = (FileNotFoundError, ProcessLookupError)
+
 
 def child_of(process: subprocess.Popen) -> int | None:
     """The program that a tracer runs."""
     try:
         children = pathlib.Path(f"/proc/{process.pid}/task/{process.pid}/children").read_text().split()
-    except FileNotFoundError:
+    except GONE:
         return None
     return int(children[0]) if children else None
 
@@ -47,7 +51,7 @@ def is_stopped(program: int, log: pathlib.Path) -> bool:
     try:
         # The tracer tries out what it can do on children of its own, which come and go.
         return 0 < len(os.listdir(f"/proc/{program}/task")) <= stopped
-    except FileNotFoundError:
+    except GONE:
         return False
 
 
