@@ -53,13 +53,13 @@ class Site:
         self.folder = folder
         self.project = folder / "plant"
         self.plant = plant
-        home = folder / "home"
-        home.mkdir(exist_ok=True)
-        self.program = Program(surroundings.program, home, surroundings.preload)
+        self.program = Program(surroundings.program, folder / "home", surroundings.preload)
         self.build()
 
     def build(self) -> pathlib.Path:
-        """Makes the plant anew."""
+        """Makes the plant anew, and the home, so that every run makes the same folders there."""
+        shutil.rmtree(self.program.home, ignore_errors=True)
+        self.program.home.mkdir()
         shutil.rmtree(self.project, ignore_errors=True)
         self.project.mkdir()
         self.plant(self.project)
