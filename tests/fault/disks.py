@@ -178,6 +178,29 @@ def full_disk_recoveries(surroundings: Surroundings) -> list[Case]:
     return cases
 
 
+def check_undoing(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed, pages: int) -> None:
+    with site(surroundings, empty) as place:
+        place.plant = setting.plant
+        with small_disk(place, "size=2m,nr_inodes=1000"):
+            kills.complete(place, setting)
+            fill(place, pages)
+            outcome = place.program.run([*kills.undoing(place), "--json"])
+            (place.project / FILLER).unlink()
+            kills.require_undoable(place, undisturbed, outcome)
+        require_reason(outcome, "No space left on device")
+
+
+def full_disk_undoings(surroundings: Surroundings) -> list[Case]:
+    kills.require_recover(surroundings)
+    cases = []
+    for setting in kills.SETTINGS[:2]:
+        undisturbed = study(surroundings, setting)
+        for pages in surroundings.thinned(list(range(2 * PAGES_OF_A_PLANT))):
+            check = functools.partial(check_undoing, surroundings, setting, undisturbed, pages)
+            cases.append(Case(f"{setting.name}: {pages} pages", check))
+    return cases
+
+
 def limits(tree: Tree) -> list[int]:
     """Around the size of every file, and around every page."""
     sizes = {len(entry.content) for entry in tree.values() if entry.kind == "file"}

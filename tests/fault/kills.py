@@ -20,7 +20,7 @@ from typing import Callable
 from cases import Case, Site, Surroundings, evenly, site
 from faults import Setting, Undisturbed, injections, require_safety, study, without_lock
 from plants import linked, mixed, sound, stopped
-from programs import Failure, require_no_crash
+from programs import Failure, Outcome, require_no_crash
 from tracing import ONLY_ON_PROJECT, Calls, Injection, fast_tracer, options_for, record, require_injected, tracer
 from trees import RUN_FILES, Tree, below, differences
 
@@ -234,21 +234,35 @@ def as_below(tree: Tree, folder: str) -> Tree:
     return {"scr" + path[len(folder):]: entry for path, entry in below(tree, folder).items()}
 
 
+def require_undone(place: Site, undisturbed: Undisturbed) -> None:
+    """Perhaps by repeating it: what was begun is ended, and what was not is done anew."""
+    after = place.tree()
+    if is_under_way(after) or not differences(undisturbed.tree, without_run_files(after)):
+        outcome = place.program.run(undoing(place))
+        if outcome.code != 0:
+            raise Failure(f"recover --undo: exit code {outcome.code}: {outcome.told()[-400:]}")
+        after = place.tree()
+    if changed := differences(below(place.before, "scr"), below(after, "scr")):
+        raise Failure(f"not undone: {'; '.join(changed[:4])}")
+    if changed := differences(below(undisturbed.tree, "scr"), as_below(after, "scr_undone")):
+        raise Failure(f"not kept: {'; '.join(changed[:4])}")
+
+
 def check_undoing(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed, kill: Kill) -> None:
     with site(surroundings, setting.plant) as place:
         complete(place, setting)
         kill.of(place, undoing(place))
         require_safety(place.before, place.tree(), undisturbed)
-        after = without_run_files(place.tree())
-        if is_under_way(place.tree()) or not differences(undisturbed.tree, after):
-            outcome = place.program.run(undoing(place))
-            if outcome.code != 0:
-                raise Failure(f"recover --undo: exit code {outcome.code}: {outcome.told()[-400:]}")
-            after = place.tree()
-        if changed := differences(below(place.before, "scr"), below(after, "scr")):
-            raise Failure(f"not undone: {'; '.join(changed[:4])}")
-        if changed := differences(below(undisturbed.tree, "scr"), as_below(after, "scr_undone")):
-            raise Failure(f"not kept: {'; '.join(changed[:4])}")
+        require_undone(place, undisturbed)
+
+
+def calls_of_undoing(surroundings: Surroundings, setting: Setting) -> Calls:
+    with site(surroundings, setting.plant) as place:
+        def prepare() -> object:
+            project = place.build()
+            complete(place, setting)
+            return project
+        return record(place.program, prepare, undoing(place))
 
 
 def killed_undoings(surroundings: Surroundings) -> list[Case]:
@@ -256,15 +270,48 @@ def killed_undoings(surroundings: Surroundings) -> list[Case]:
     cases = []
     for setting in SETTINGS[:2]:
         undisturbed = study(surroundings, setting)
-        with site(surroundings, setting.plant) as place:
-            def prepare() -> object:
-                project = place.build()
-                complete(place, setting)
-                return project
-            calls = record(place.program, prepare, undoing(place))
-        for kill in surroundings.thinned(kills_of(calls)):
+        for kill in surroundings.thinned(kills_of(calls_of_undoing(surroundings, setting))):
             check = functools.partial(check_undoing, surroundings, setting, undisturbed, kill)
             cases.append(Case(f"{setting.name}: {kill.injection}", check))
+    return cases
+
+
+# --- Calls of the undoing that fail ---
+
+
+def require_undoable(place: Site, undisturbed: Undisturbed, outcome: Outcome) -> None:
+    """After an undoing that met a fault: nothing is lost, it does not claim to be done, and can be repeated."""
+    require_no_crash(outcome)
+    after = place.tree()
+    require_safety(place.before, after, undisturbed)
+    if outcome.code == 0 and is_under_way(after):
+        raise Failure("said that all is undone, but left the file that tells of the run")
+    if outcome.code == 0 and "scr_undone" not in after:
+        raise Failure("said that all is undone, but did nothing")
+    require_undone(place, undisturbed)
+
+
+def check_failing_undoing(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed,
+                          fault: Fault) -> None:
+    with site(surroundings, setting.plant) as place:
+        complete(place, setting)
+        injection = fault.injection
+        options = injection.options() + options_for(injection.call, place.project, fault.calls.paths)
+        log = place.folder / "trace"
+        outcome = place.program.run(undoing(place), fast_tracer(log, options))
+        require_injected(log, injection)
+        require_undoable(place, undisturbed, outcome)
+
+
+def failing_undoings(surroundings: Surroundings) -> list[Case]:
+    require_recover(surroundings)
+    cases = []
+    for setting in SETTINGS[:2]:
+        undisturbed = study(surroundings, setting)
+        calls = calls_of_undoing(surroundings, setting)
+        for injection in surroundings.thinned(injections(calls)):
+            check = functools.partial(check_failing_undoing, surroundings, setting, undisturbed, Fault(injection, calls))
+            cases.append(Case(f"{setting.name}: {injection}", check))
     return cases
 
 
