@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QHash>
 
+#include <algorithm>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -158,6 +159,31 @@ qsizetype expectedLines(const Plant &plant, const QList<Converter::STBlock> &rep
     return lines;
 }
 
+qsizetype longestLine(const QByteArray &file)
+{
+    qsizetype longest = 0;
+    for (const QString &line : linesOf(file))
+        longest = std::max(longest, line.size());
+    return longest;
+}
+
+/// No line of the output is longer: one of a shape gets numbers and prefixes in place of its fields,
+/// and an extra text with its own numbers. Prefix and extra text stand in one line of the screen.
+qsizetype longestResult(const Plant &plant)
+{
+    constexpr qsizetype longestNumber = 11;
+    const qsizetype longestOfScreen = longestLine(plant.screen);
+    qsizetype longest = longestOfScreen;
+    for (const QByteArray &shape : plant.shapes) {
+        for (const QString &line : linesOf(shape)) {
+            const qsizetype fields = line.count(u';') + 1;
+            longest = std::max(longest, line.size() + fields * (longestNumber + longestOfScreen) +
+                                            longestOfScreen * (1 + longestNumber) + 1);
+        }
+    }
+    return longest;
+}
+
 void expectReplaced(const Plant &plant, const Outcome &outcome)
 {
     const bool isUnchanged = !outcome.reports.isEmpty() && isAboutFile(outcome.reports.first());
@@ -171,6 +197,7 @@ void expectReplaced(const Plant &plant, const Outcome &outcome)
     }
     expect(outcome.screen->count('\n') == expectedLines(plant, outcome.reports),
            "the output has the lines that the reports tell of");
+    expect(longestLine(*outcome.screen) <= longestResult(plant), "the output is bounded by its inputs");
 }
 
 } // namespace

@@ -63,11 +63,12 @@ void expectJoinedAgain(const QStringList &lines)
     }
 }
 
-/// Each of a line's numbers becomes a number, of eleven characters at most.
+/// Each of a line's numbers becomes a number, of eleven characters at most; so do those of the extra
+/// text where it is put into the place of missing ones.
 qsizetype longestResult(const QString &line, const Placement &placement)
 {
     constexpr qsizetype longestField = 11;
-    const qsizetype fields = line.count(u';') + 1;
+    const qsizetype fields = line.count(u';') + placement.target.extraText.count(u';') + 2;
     return line.size() + fields * (longestField + placement.toPrefix.size()) +
            placement.target.extraText.size() + 1;
 }
