@@ -3,6 +3,7 @@
 
 #include <QJsonDocument>
 #include <QJsonParseError>
+#include <QRegularExpression>
 #include <QStringDecoder>
 
 #include <algorithm>
@@ -11,6 +12,8 @@
 #include <cstdlib>
 
 #include <sanitizer/allocator_interface.h>
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -45,6 +48,15 @@ QString decode(const QByteArray &text)
     const QString decoded = decoder(text);
     expect(!decoder.hasError(), "text is valid UTF-8");
     return decoded;
+}
+
+void expectNoControls(const QString &text)
+{
+    expect(std::none_of(text.begin(), text.end(),
+                        [](QChar character) {
+                            return character.category() == QChar::Other_Control && character != u'\n';
+                        }),
+           "text has no control characters");
 }
 
 } // namespace
@@ -83,12 +95,13 @@ void expectSameLines(QStringList one, QStringList other, const char *what)
 
 void expectPlainText(const QByteArray &text)
 {
-    const QString decoded = decode(text);
-    expect(std::none_of(decoded.begin(), decoded.end(),
-                        [](QChar character) {
-                            return character.category() == QChar::Other_Control && character != u'\n';
-                        }),
-           "text has no control characters");
+    expectNoControls(decode(text));
+}
+
+void expectColoredText(const QByteArray &text)
+{
+    static const QRegularExpression colored(u"\\x1b\\[(?:1|2|31|32|33)m([^\\x1b\\n]*)\\x1b\\[0m"_s);
+    expectNoControls(decode(text).replace(colored, u"\\1"_s));
 }
 
 void expectJsonLines(const QByteArray &text)

@@ -23,6 +23,8 @@ void expectSameLines(QStringList one, QStringList other, const char *what);
 
 /// Ends the process unless the bytes are lines of text without any other control character.
 void expectPlainText(const QByteArray &text);
+/// The same for what may show the program's colours too, each of which ends in the line it begins in.
+void expectColoredText(const QByteArray &text);
 
 /// Ends the process unless the bytes are JSON objects, one a line, in valid UTF-8.
 void expectJsonLines(const QByteArray &text);

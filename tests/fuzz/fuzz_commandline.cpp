@@ -82,6 +82,12 @@ void setUp(const TestProject &folder)
     folder.makeFolder(u"p/log"_s);
 }
 
+bool asksForColors(const QStringList &words)
+{
+    return std::any_of(words.begin(), words.end(),
+                       [](const QString &word) { return word.endsWith("always"_L1); });
+}
+
 bool isKnown(ExitCode code)
 {
     return std::any_of(exitCodes.begin(), exitCodes.end(),
@@ -107,7 +113,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     capture.release();
 
     expect(isKnown(code), "every exit code is documented");
-    expectPlainText(capture.errorOutput());
+    const auto expectText = asksForColors(words) ? expectColoredText : expectPlainText;
+    expectText(capture.errorOutput());
     if (code == ExitCode::WrongUsage) {
         expect(capture.output().isEmpty(), "wrong usage prints nothing to the output");
         const QByteArray complaint = capture.errorOutput();
@@ -115,6 +122,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
                "wrong usage is one line");
     } else if (capture.output().startsWith('{') && words.contains(u"--json"_s)) {
         expectJsonLines(capture.output());
+    } else {
+        expectText(capture.output());
     }
     return 0;
 }
