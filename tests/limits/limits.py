@@ -15,6 +15,9 @@ import subprocess
 import sys
 import threading
 
+sys.path.append(str(pathlib.Path(__file__).resolve().parents[1] / "fault"))
+from programs import copy_for_others  # noqa: E402  (after the place where it lies)
+
 MEBIBYTE = 1 << 20
 BYTES_PER_BYTE = 12
 FIXED_BYTES = 64 * MEBIBYTE
@@ -25,6 +28,8 @@ MOST_ADDRESSES = 1 << 33  # what an endless input may take before the system ref
 # Cases that do not hold yet, and why. One that holds is a complaint too: take it out of this table.
 KNOWN: dict[str, str] = {}
 LONGEST_KNOWN_RUN = 2
+
+TOO_LARGE = 512 * MEBIBYTE
 
 DONE, DONE_WITH_ERRORS, REFUSED, FILES_MISSING = 0, 1, 3, 4
 
@@ -39,17 +44,23 @@ def case(size="small", seconds=LONGEST_RUN):
 
 
 class Expectation:
-    """What a case expects of its run; a screen of None is neither there nor compared."""
+    """What a case expects of its run: among others, which screens stay in their place, which come into the
+    backup, and which lie whole in one of the two."""
 
     def __init__(self, codes, message=None, unchanged=(), options=(), lines=None, bytes_per_byte=BYTES_PER_BYTE,
-                 fixed_bytes=FIXED_BYTES, most_addresses=MOST_ADDRESSES):
+                 fixed_bytes=FIXED_BYTES, most_addresses=MOST_ADDRESSES, backups=(), kept=(), format=("--json",),
+                 command="update", has_threads=True):
         self.codes = codes
         self.most_addresses = most_addresses
         self.bytes_per_byte = bytes_per_byte
         self.fixed_bytes = fixed_bytes
         self.message = message
         self.unchanged = unchanged
-        self.options = options
+        self.backups = backups
+        self.kept = kept
+        self.options = [*format, *options]
+        self.command = command
+        self.has_threads = has_threads
         self.lines = lines or {}
 
 
@@ -122,9 +133,8 @@ def only_blanks(project):
 
 @case()
 def only_line_ends(project):
-    # Where each line begins and ends takes more than the line itself.
     write(project / "scr/a.psc", (b"\n", 4 * MEBIBYTE))
-    return Expectation([DONE], unchanged=["a.psc"], bytes_per_byte=60)
+    return Expectation([DONE], unchanged=["a.psc"])
 
 
 @case()
@@ -205,8 +215,8 @@ def many_points_promised_by_a_shape(project):
 @case()
 def counts_that_wrap(project):
     write(project / "scr/a.psc", candidate(1), PLAIN)
-    with_pump(project, (SHAPE, b"PNT;2147483647;0;1;2\nPNT;-2147483648;0;1;2\nITXN;715827882;q;a;b;c\n"
-                        b"ITXN;2147483647;q;a;b;c\nITXN;-1;q;a;b;c\n"))
+    with_pump(project, (SHAPE, b"PNT;2000000000;0;1;2\nPNT;2147483647;0;1;2\nPNT;-2147483648;0;1;2\n"
+                        b"ITXN;715827882;q;a;b;c\nITXN;2147483647;q;a;b;c\nITXN;-1;q;a;b;c\n"))
     return Expectation([DONE, DONE_WITH_ERRORS])
 
 
@@ -259,6 +269,39 @@ def odd_screen(make):
     return prepare
 
 
+def odd_screen_of_a_dry_run(make):
+    def prepare(project):
+        write(project / "scr/a.psc", candidate(1))
+        with_pump(project)
+        make(project / "scr/b.psc")
+        return Expectation([DONE, DONE_WITH_ERRORS, FILES_MISSING], unchanged=["a.psc"],
+                           options=["--dry-run", "--force"])
+    return prepare
+
+
+def odd_version(make):
+    def prepare(project):
+        write(project / "scr/a.psc", PLAIN)
+        write(project / "scr_bak/a.psc", PLAIN)
+        make(project / "scr/b.psc")
+        write(project / "scr_bak/b.psc", PLAIN)
+        return Expectation([DONE, DONE_WITH_ERRORS], command="diff")
+    return prepare
+
+
+def odd_entry(name):
+    """What lies there is of no use to a run, which neither waits for it nor reads it."""
+    def with_entry(make):
+        def prepare(project):
+            write(project / "scr/a.psc", candidate(1))
+            with_pump(project)
+            (project / name).parent.mkdir(exist_ok=True)
+            make(project / name)
+            return Expectation([DONE, DONE_WITH_ERRORS, REFUSED, FILES_MISSING], options=["--force"], kept=["a.psc"])
+        return prepare
+    return with_entry
+
+
 def odd_shape(make):
     def prepare(project):
         write(project / "scr/a.psc", candidate(1), PLAIN)
@@ -290,6 +333,10 @@ for kind, make in {
         "endless_device": lambda path: path.symlink_to("/dev/zero")}.items():
     CASES.append((f"{kind}_as_a_screen", "small", LONGEST_ODD_RUN, odd_screen(make)))
     CASES.append((f"{kind}_as_a_shape", "small", LONGEST_ODD_RUN, odd_shape(make)))
+    CASES.append((f"{kind}_as_a_screen_of_a_dry_run", "small", LONGEST_ODD_RUN, odd_screen_of_a_dry_run(make)))
+    CASES.append((f"{kind}_as_a_version", "small", LONGEST_ODD_RUN, odd_version(make)))
+    for place in (".vantrel.lock", ".vantrel.lock.rmlock", ".vantrel.run", ".vantrel.run.new", "scr_temp/a.psc"):
+        CASES.append((f"{kind}_as_{place}", "small", LONGEST_ODD_RUN, odd_entry(place)(make)))
 CASES.append(("empty_device_as_a_shape", "small", LONGEST_ODD_RUN, empty_device_as_a_shape))
 
 
@@ -302,7 +349,46 @@ def more_than_the_memory(project):
                        most_addresses=400 * MEBIBYTE)
 
 
+# --- A system that has no more threads ---
+
+@case("small, of limited memory")
+def no_thread_for_a_run(project):
+    write(project / "scr/a.psc", candidate(1))
+    with_pump(project)
+    return Expectation([REFUSED], b"It could not be done", unchanged=["a.psc"], has_threads=False)
+
+
+@case("small, of limited memory")
+def no_thread_for_a_recovery(project):
+    write(project / "scr/a.psc", candidate(1))
+    with_pump(project)
+    write(project / ".vantrel.run", b"vantrel run 1\nstage: converting\nended at: converting\nprogram: x\n"
+          b"started: 2024-03-05T14:07:09\nmakes folders: no\nlist is whole: yes\nhad scr_temp: no\n"
+          b"shape: pump.plb\nscreen: a.psc\nend\n")
+    return Expectation([FILES_MISSING], b"It could not be done", unchanged=["a.psc"], command="recover",
+                       options=["--finish"], has_threads=False)
+
+
+@case("small, of limited memory")
+def more_than_is_read(project):
+    write(project / "scr/a.psc")
+    os.truncate(project / "scr/a.psc", TOO_LARGE)
+    write(project / "scr/b.psc", PLAIN)
+    return Expectation([REFUSED], b"make it smaller than 512 MiB", unchanged=["a.psc", "b.psc"],
+                       most_addresses=400 * MEBIBYTE)
+
+
 # --- Large ---
+
+@case("large")
+def a_screen_that_is_too_large_and_forced(project):
+    # It is copied, and not moved, since it has another name as well.
+    write(project / "scr/a.psc", (b"TXT;a;b\n", TOO_LARGE // 8))
+    os.link(project / "scr/a.psc", project / "also.psc")
+    write(project / "scr/b.psc", PLAIN)
+    return Expectation([DONE_WITH_ERRORS], b"Could not open Image File", unchanged=["b.psc"], backups=["a.psc"],
+                       options=["--force"], bytes_per_byte=0)
+
 
 HUNDRED_MEGABYTES = 100 * MEBIBYTE
 
@@ -366,8 +452,13 @@ def a_million_plain_objects(project):
 def a_million_replaced_objects(project):
     write_each(project / "scr/a.psc", 1_000_000, lambda index: candidate(index + 1))
     with_pump(project)
-    # Each has a record, and a report that waits to be shown.
-    return Expectation([DONE], lines={"a.psc": 3_000_000}, bytes_per_byte=30)
+    return Expectation([DONE], lines={"a.psc": 3_000_000})
+
+
+@case("large")
+def a_million_rows_of_a_table(project):
+    a_million_replaced_objects(project)
+    return Expectation([DONE], lines={"a.psc": 3_000_000}, message=b"Image File", format=())
 
 
 @case("large")
@@ -397,13 +488,24 @@ def largest_file(project):
                default=0)
 
 
-def execute(program, arguments, home, seconds, most_addresses):
+def without_threads(program, folder):
+    """The program where a user may start no thread, and what starts it there: for root there is no such limit."""
+    guard = ["prlimit", "--nproc=1"]
+    if os.geteuid() != 0:
+        return program, guard
+    program = copy_for_others(program, folder / "program")
+    for path in [folder, *folder.rglob("*")]:
+        path.chmod(0o777 if path.is_dir() or path.parent.name == "program" else 0o666)
+    return program, ["setpriv", "--reuid=54321", "--regid=54321", "--clear-groups", *guard]
+
+
+def execute(program, arguments, home, seconds, guard):
     """Returns exit status, output and peak memory of a run that ends in time."""
-    environment = {"HOME": str(home), "XDG_STATE_HOME": str(home), "LC_ALL": "C.UTF-8", "TMPDIR": str(home)}
+    environment = {"HOME": str(home), "XDG_STATE_HOME": str(home), "LC_ALL": "C.UTF-8", "TMPDIR": str(home),
+                   "LD_LIBRARY_PATH": str(pathlib.Path(program).parent)}
     environment |= {name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")}
     # What reads without an end must not take the machine's memory.
     environment["ASAN_OPTIONS"] = environment.get("ASAN_OPTIONS", "") + ":hard_rss_limit_mb=4096"
-    guard = ["prlimit", f"--as={most_addresses}"] if most_addresses else []
     with open(home / "output", "wb") as output:
         process = subprocess.Popen([*guard, program, *arguments], stdin=subprocess.DEVNULL, stdout=output,
                                    stderr=subprocess.STDOUT, env=environment)
@@ -450,18 +552,30 @@ def run(program, prepare, seconds, folder, checks_memory):
     expectation = prepare(project)
     size = largest_file(project)
     originals = folder / "originals"
-    for name in expectation.unchanged:
+    for name in [*expectation.unchanged, *expectation.backups, *expectation.kept]:
         write(originals / name)
         shutil.copyfile(project / "scr" / name, originals / name)
 
+    guard = []
+    if not expectation.has_threads:
+        program, guard = without_threads(program, folder)
+    if checks_memory:
+        guard += ["prlimit", f"--as={expectation.most_addresses}"]
+    shapes = ["--all-shapes"] if expectation.command == "update" else []
     code, output, peak = execute(
-        program, ["update", "--project", str(project), "--all-shapes", "--json", *expectation.options], home, seconds,
-        expectation.most_addresses if checks_memory else None)
+        program, [expectation.command, "--project", str(project), *shapes, *expectation.options], home, seconds, guard)
     require(code in expectation.codes, f"exit code {code}; {output[-600:]!r}")
     require(expectation.message is None or expectation.message in output,
             f"the message {expectation.message!r} is missing; {output[-600:]!r}")
     for name in expectation.unchanged:
         require(have_same_content(project / "scr" / name, originals / name), f"{name} has changed")
+    def holds(folder_name, name):
+        place = project / folder_name / name
+        return place.is_file() and have_same_content(place, originals / name)
+    for name in expectation.backups:
+        require(holds("scr_bak", name), f"{name} is not in the backup")
+    for name in expectation.kept:
+        require(holds("scr", name) or holds("scr_bak", name), f"{name} is lost")
     for name, count in expectation.lines.items():
         written = line_count(project / "scr" / name)
         require(written == count, f"{name} has {written} lines instead of {count}")
