@@ -178,7 +178,6 @@ PLACEMENT = _table(
     ("left = std::max(0, Wrap::add(centre.x(), gap.number));", "left = Wrap::add(centre.x(), gap.number);"),
     ("const bool lacksFields = fields.count < Rectangle::extra && !extraText.isEmpty();",
      "const bool lacksFields = false;"),
-    ("coordinates > 0 && coordinates ==", "coordinates =="),
     ("if (!field.contains(u':') || ", "if ("),
     ("if (!fitting.extraText.isEmpty())\n                out.append", "out.append"),
     ("fields.count > Rectangle::level;", "fields.count >= Rectangle::level;"),
