@@ -11,6 +11,8 @@ paths are part of all of these.
 from __future__ import annotations
 
 import argparse
+import concurrent.futures
+import functools
 import itertools
 import json
 import os
@@ -29,8 +31,8 @@ HERE = pathlib.Path(__file__).resolve().parent
 PLACES = ["plant"] * 8 + ["Plant", "bmp/plant", "a.cat/plant", "a.psc/plant", "scripts/plant"]
 
 
-def lower_case_folder() -> pathlib.Path:
-    folder = pathlib.Path(tempfile.gettempdir().lower()) / f"vantrel-differential.{os.getpid()}"
+def lower_case_folder(seed: int) -> pathlib.Path:
+    folder = pathlib.Path(tempfile.gettempdir().lower()) / f"vantrel-differential.{os.getpid()}.{seed}"
     folder.mkdir()
     return folder
 
@@ -145,23 +147,30 @@ def compare(program: str, seed: int, folder: pathlib.Path) -> list[str]:
     return notes
 
 
+def differences_of_project(program: str, seed: int) -> list[str]:
+    folder = lower_case_folder(seed)
+    try:
+        return compare(program, seed, folder)
+    finally:
+        shutil.rmtree(folder)
+
+
 def main() -> int:
     parser = argparse.ArgumentParser()
     parser.add_argument("--program", required=True)
     parser.add_argument("--projects", type=int, default=100)
     parser.add_argument("--first", type=int, default=0)
+    parser.add_argument("--workers", type=int, default=os.cpu_count())
     arguments = parser.parse_args()
 
+    seeds = range(arguments.first, arguments.first + arguments.projects)
     failed = 0
-    for seed in range(arguments.first, arguments.first + arguments.projects):
-        folder = lower_case_folder()
-        try:
-            notes = compare(arguments.program, seed, folder)
-        finally:
-            shutil.rmtree(folder)
-        if notes:
-            failed += 1
-            print(f"project {seed} differs:", *notes, sep="\n  ")
+    with concurrent.futures.ThreadPoolExecutor(arguments.workers) as pool:
+        outcomes = pool.map(functools.partial(differences_of_project, arguments.program), seeds)
+        for seed, notes in zip(seeds, outcomes):
+            if notes:
+                failed += 1
+                print(f"project {seed} differs:", *notes, sep="\n  ")
     print(f"{arguments.projects - failed} passed, {failed} failed")
     return 1 if failed else 0
 

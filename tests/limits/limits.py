@@ -6,6 +6,8 @@ A run must end by itself with one of the exit codes that the case allows, say wh
 screens that the case expects, and stay within a bound of memory that grows with the largest file alone.
 """
 import argparse
+import concurrent.futures
+import functools
 import os
 import pathlib
 import shutil
@@ -22,7 +24,7 @@ MEBIBYTE = 1 << 20
 BYTES_PER_BYTE = 12
 FIXED_BYTES = 64 * MEBIBYTE
 LONGEST_RUN = 300  # seconds; whatever takes longer hangs
-LONGEST_ODD_RUN = 5
+LONGEST_ODD_RUN = 10
 MOST_ADDRESSES = 1 << 33  # what an endless input may take before the system refuses
 
 # Cases that do not hold yet, and why. One that holds is a complaint too: take it out of this table.
@@ -585,22 +587,32 @@ def run(program, prepare, seconds, folder, checks_memory):
     return peak, size
 
 
-def scratch_folder():
+def scratch_folder(number):
     """In memory where there is such a folder; a project's path means something, so it is plain."""
     root = pathlib.Path("/dev/shm" if os.access("/dev/shm", os.W_OK) else "/tmp")
-    return root / f"vantrel-limits.{os.getpid()}"
+    return root / f"vantrel-limits.{os.getpid()}.{number}"
 
 
-def try_out(program, prepare, seconds, checks_memory):
-    """Returns what came of a case, and whether it holds."""
-    folder = scratch_folder()
+def try_out(program, checks_memory, number):
+    """Returns what came of the case with a number, and whether it holds."""
+    name, _, seconds, prepare = CASES[number]
+    folder = scratch_folder(number)
     try:
-        peak, largest = run(program, prepare, seconds, folder, checks_memory)
+        peak, largest = run(program, prepare, LONGEST_KNOWN_RUN if name in KNOWN else seconds, folder, checks_memory)
         return f"{peak // MEBIBYTE} MB, largest file {largest / MEBIBYTE:.1f} MB", True
     except Failure as failure:
         return str(failure), False
     finally:
         shutil.rmtree(folder)
+
+
+def chosen_cases(arguments):
+    """The numbers of the cases that are asked for."""
+    sizes = ["large"] if arguments.large else ["small"]
+    if not arguments.large and not arguments.no_memory:
+        sizes.append("small, of limited memory")
+    return [number for number, (name, size, *_) in enumerate(CASES)
+            if (name in arguments.case if arguments.case else size in sizes)]
 
 
 def main():
@@ -609,22 +621,21 @@ def main():
     parser.add_argument("--large", action="store_true", help="the large cases in place of the small ones")
     parser.add_argument("--no-memory", action="store_true", help="for builds that need memory of their own")
     parser.add_argument("--verbose", action="store_true")
+    parser.add_argument("--workers", type=int, default=os.cpu_count())
     parser.add_argument("case", nargs="*")
     arguments = parser.parse_args()
 
     failures = 0
-    sizes = ["large"] if arguments.large else ["small"]
-    if not arguments.large and not arguments.no_memory:
-        sizes.append("small, of limited memory")
-    for name, size, seconds, prepare in CASES:
-        if name not in arguments.case if arguments.case else size not in sizes:
-            continue
-        seconds = LONGEST_KNOWN_RUN if name in KNOWN else seconds
-        result, holds = try_out(os.path.abspath(arguments.program), prepare, seconds, not arguments.no_memory)
-        is_expected = holds != (name in KNOWN)
-        failures += not is_expected
-        if not is_expected or arguments.verbose:
-            print(f"{'' if is_expected else 'FAIL '}{name}: {result}", flush=True)
+    numbers = chosen_cases(arguments)
+    program = os.path.abspath(arguments.program)
+    with concurrent.futures.ThreadPoolExecutor(arguments.workers) as pool:
+        outcomes = pool.map(functools.partial(try_out, program, not arguments.no_memory), numbers)
+        for number, (result, holds) in zip(numbers, outcomes):
+            name = CASES[number][0]
+            is_expected = holds != (name in KNOWN)
+            failures += not is_expected
+            if not is_expected or arguments.verbose:
+                print(f"{'' if is_expected else 'FAIL '}{name}: {result}", flush=True)
     sys.exit(1 if failures else 0)
 
 
