@@ -26,6 +26,8 @@ private Q_SLOTS:
     void followsLinksUpwards();
     void startsNowhereInAFolderThatIsGone();
     void readsNoListWithoutEnd();
+    void beginsNothingWhereFewFilesMayBeOpen_data();
+    void beginsNothingWhereFewFilesMayBeOpen();
     void keepsItsExitCodeWhereNobodyReads();
 };
 
@@ -231,6 +233,29 @@ void TestUsage::readsNoListWithoutEnd()
              "vantrel-cli: the list of shapes \"/dev/zero\" is longer than 16 MiB; see \"vantrel-cli check "
              "--help\"\n");
     QCOMPARE(result.exitCode, static_cast<int>(ExitCode::WrongUsage));
+}
+
+void TestUsage::beginsNothingWhereFewFilesMayBeOpen_data()
+{
+    QTest::addColumn<int>("count");
+    QTest::addColumn<bool>("areEnough");
+    for (const int count : {8, 20, 60})
+        QTest::addRow("%d files", count) << count << false;
+    QTest::newRow("100 files") << 100 << true;
+}
+
+void TestUsage::beginsNothingWhereFewFilesMayBeOpen()
+{
+    QFETCH(const int, count);
+    QFETCH(const bool, areEnough);
+    QProcess shell;
+    shell.start(u"sh"_s, {u"-c"_s, u"ulimit -n %1 && exec \"$0\" --version"_s.arg(count),
+                          QString::fromLatin1(VANTREL_CLI)});
+    QVERIFY(shell.waitForFinished());
+    QCOMPARE(shell.readAllStandardError(),
+             areEnough ? QByteArray()
+                       : "vantrel-cli: too few files may be open at once; nothing was touched\n");
+    QCOMPARE(shell.exitCode(), static_cast<int>(areEnough ? ExitCode::Done : ExitCode::Refused));
 }
 
 /// A usage error must not become another one because its message cannot be printed.

@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <string_view>
+#include <vector>
 
 #include <fcntl.h>
 #include <langinfo.h>
@@ -38,4 +39,18 @@ void prepareProcess()
     std::setlocale(LC_ALL, "");
     if (std::string_view(nl_langinfo(CODESET)) != "UTF-8")
         setenv("LC_ALL", "C.UTF-8", 1);
+}
+
+bool mayOpenFiles(int count)
+{
+    std::vector<int> opened;
+    for (; count > 0; --count) {
+        const int descriptor = fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0);
+        if (descriptor < 0)
+            break;
+        opened.push_back(descriptor);
+    }
+    for (const int descriptor : opened)
+        close(descriptor);
+    return count == 0;
 }
