@@ -18,7 +18,7 @@ namespace {
 constexpr QLatin1StringView header =
     "Status; Image File; Shape File; Image-Object; Replace by Shape-Object; Uminitalisation; Error\n"_L1;
 
-void appendRow(const Converter::STBlock &block, TextBuffer<char> &out)
+void appendRow(const STBlock &block, TextBuffer<char> &out)
 {
     const QString imageObject = withoutTag(block.imageObject);
     QString shapeObject = withoutTag(block.shapeObject);
@@ -52,13 +52,13 @@ ChangeLog::~ChangeLog()
     close();
 }
 
-void ChangeLog::append(const Converter::STBlock &block, const QString &path)
+void ChangeLog::append(const STBlock &block, const QString &path)
 {
     add(block);
     write(path);
 }
 
-void ChangeLog::add(const Converter::STBlock &block)
+void ChangeLog::add(const STBlock &block)
 {
     appendRow(block, m_rows);
 }
@@ -114,19 +114,7 @@ QString withoutTag(const QString &object)
     return object.right(object.size() - tagLength);
 }
 
-QString statusText(int status)
-{
-    switch (status) {
-    case 1:
-        return u"NO REPLACE"_s;
-    case 2:
-        return u"ERROR"_s;
-    default:
-        return u"REPLACE"_s;
-    }
-}
-
-void writeChangeLog(const Converter::STBlock &block, const QString &path)
+void writeChangeLog(const STBlock &block, const QString &path)
 {
     ChangeLog().append(block, path);
 }

@@ -1,7 +1,7 @@
 // The change log: one row for each report of a run, for spreadsheets.
 #pragma once
 
-#include "Converter.h"
+#include "STBlock.h"
 #include "TextBuffer.h"
 
 #include <QByteArray>
@@ -19,10 +19,10 @@ public:
     ChangeLog(const ChangeLog &) = delete;
     ChangeLog &operator=(const ChangeLog &) = delete;
 
-    void append(const Converter::STBlock &block, const QString &path);
+    void append(const STBlock &block, const QString &path);
 
     /// Keeps the row of a report for the next write().
-    void add(const Converter::STBlock &block);
+    void add(const STBlock &block);
     /// Appends the rows that were kept to the log at `path`.
     void write(const QString &path);
 
@@ -37,6 +37,10 @@ private:
     ino_t m_inode = 0;
     TextBuffer<char> m_rows; ///< to be written next
 };
+
+/// Appends a report to the change log at `path`: Latin-1, one row of seven fields separated by
+/// ';'; a new file gets its header first. A log that cannot be opened is passed over.
+void writeChangeLog(const STBlock &block, const QString &path);
 
 /// An object's name without the four characters of its tag; a shorter one is kept whole.
 QString withoutTag(const QString &object);

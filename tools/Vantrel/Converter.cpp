@@ -54,8 +54,6 @@ struct Converter::Run
 
 namespace {
 
-enum Status { Replaced = 0, NotReplaced = 1, Error = 2 };
-
 /// Where log entries come from. The line numbers are known to those who read the logs and stay.
 constexpr const char *logSource = "tools/Vantrel/Converter";
 constexpr int imageFileErrorLine = 1460;
@@ -79,7 +77,7 @@ QString inTempFolder(QString path)
     return path.replace("/scr"_L1, "/scr_temp"_L1, Qt::CaseSensitive);
 }
 
-void appendLines(const FileLines &lines, const Converter::STBlock &range, TextBuffer<char> &out)
+void appendLines(const FileLines &lines, const STBlock &range, TextBuffer<char> &out)
 {
     const auto last = std::min<qsizetype>(range.lastLine, lines.size() - 1);
     for (qsizetype index = std::max(range.firstLine, 0); index <= last; ++index) {
@@ -95,7 +93,7 @@ void takeAwayLink(const QString &path)
         logError(u"Link %1 was taken away"_s.arg(path));
 }
 
-void writeLines(QIODevice &output, const QStringList &lines, const Converter::STBlock &range)
+void writeLines(QIODevice &output, const QStringList &lines, const STBlock &range)
 {
     const auto last = std::min<qsizetype>(range.lastLine, lines.size() - 1);
     TextBuffer<char> bytes;
@@ -119,7 +117,7 @@ FileLines fromFirstSection(FileLines lines, int &offset)
 }
 
 /// The lines of a shape as they take the places of objects.
-ShapePattern<QLatin1StringView> patternOf(const FileLines &lines, const Converter::STBlock &shape)
+ShapePattern<QLatin1StringView> patternOf(const FileLines &lines, const STBlock &shape)
 {
     const QByteArray fromPrefix = shape.imageObject.toLatin1();
     ShapePattern<QLatin1StringView> pattern;
@@ -331,7 +329,7 @@ void Converter::reportHiddenFiles(const FoundImageFiles &found)
 {
     logFailures(found);
     for (const ListingFailure &failure : found.failures)
-        reportFile(failure.folder, Error, messageOf(failure));
+        reportFile(failure.folder, ReportStatus::Error, messageOf(failure));
     for (const QByteArray &path : found.unnamable) {
         QString message = u"Could not open Image File: its name is not valid UTF-8"_s;
         reportImageFileError(shownPath(path), message);
@@ -382,7 +380,7 @@ void Converter::convertImageFile(const QString &imageFile, const QString &tempFi
     }
     const auto isCandidate = [](const STBlock &object) { return object.replace; };
     if (std::none_of(image.objects.cbegin(), image.objects.cend(), isCandidate)) {
-        reportFile(imageFile, NotReplaced, {});
+        reportFile(imageFile, ReportStatus::NotReplaced, {});
         copyUnchanged(image, tempFile);
     } else {
         writeConverted(image, tempFile);
@@ -422,7 +420,7 @@ void Converter::writeConverted(ImageFile &image, const QString &tempFile)
 /// The log tells the reason too, where there is one to tell.
 void Converter::reportTempFileError(const QString &imageFile, const QString &message, int reason)
 {
-    reportFile(imageFile, Error, message);
+    reportFile(imageFile, ReportStatus::Error, message);
     logMessage(FileError, reason == 0 ? message : message + ": "_L1 + qt_error_string(reason),
                tempFileErrorLine);
 }
@@ -494,17 +492,7 @@ std::optional<FileLines> Converter::readShape(const QString &path, QString &erro
 
 void Converter::clearBlock(STBlock &block)
 {
-    constexpr int beyondLeftAndTop = 99999;
-    QStringList icons = std::move(block.missingIcons);
-    icons.clear(); // keeps its storage
-    block = STBlock{};
-    block.missingIcons = std::move(icons);
-    block.firstLine = -1;
-    block.lastLine = -1;
-    block.extraNumber = -1;
-    block.rect.setCoords(beyondLeftAndTop, beyondLeftAndTop, 0, 0);
-    block.rect2.setCoords(0, 0, 0, 0);
-    block.rect3.setCoords(noPosition.x(), noPosition.y(), 0, 0);
+    ::clearBlock(block);
 }
 
 void Converter::reportFile(const QString &imageFile, int status, const QString &errorText)
@@ -539,7 +527,7 @@ bool Converter::checkFieldCount(const QString &tag, int present, int required, Q
 
 void Converter::reportImageFileError(const QString &path, QString &message)
 {
-    reportFile(path, Error, message);
+    reportFile(path, ReportStatus::Error, message);
     message.replace("Image File"_L1, u"Image File %1"_s.arg(path), Qt::CaseSensitive);
     logMessage(FileError, message, imageFileErrorLine);
 }
@@ -639,7 +627,7 @@ void Converter::reportShapeFileError(QIODevice &output, STBlock &object, const Q
 void Converter::reportUnusableShape(STBlock &object, const QString &shapeFile, const QString &errorText,
                                     QStringList &failedShapeFiles)
 {
-    object.status = Error;
+    object.status = ReportStatus::Error;
     object.error = errorText;
     object.replace = false;
     if (!failedShapeFiles.contains(shapeFile))

@@ -2,14 +2,13 @@
 // shapes of its library.
 #pragma once
 
-#include "RecordFields.h"
+#include "STBlock.h"
 
 #include <QFileInfo>
 #include <QIODevice>
 #include <QList>
 #include <QMutex>
 #include <QObject>
-#include <QRect>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -36,31 +35,7 @@ class Converter final : public QObject
     Q_OBJECT
 
 public:
-    /// An object of an image file, a shape, or a report of a run. `clearBlock` makes another
-    /// state than construction does.
-    struct STBlock
-    {
-        int firstLine = 0;       ///< index of the object's first line in the image file
-        int lastLine = 0;        ///< index of its last line, inclusive
-        int extraNumber = 0;     ///< the object's level
-        int status = 0;          ///< 0 replaced, 1 not replaced, 2 error, see statusText()
-        bool replace = false;    ///< a candidate for replacement
-        bool iconToggle = false; ///< set while the next icon rectangle is to be passed over
-        QString shapeFile;       ///< name of the shape file that the object refers to
-        QString imageFile;       ///< path of the image file
-        QString initText;        ///< the object's initialisation prefix
-        QRect rect;              ///< main rectangle: the largest one that counts
-        QRect rect2;             ///< icon rectangle
-        QString imageObject;     ///< name of the object
-        QString shapeObject;     ///< name of the shape object that replaced it
-        QString error;
-        QString extraText;        ///< what follows the fixed fields of the object's rectangle line
-        QStringList missingIcons; ///< bitmaps of a shape that were not found
-        QRect rect3;              ///< position, in left and top only
-    };
-
-    /// Where a record's position, in the left and top of `rect3`, is not known.
-    static constexpr QPoint noPosition{-99999, -99999};
+    using STBlock = ::STBlock;
 
     /// Works on a thread of its own, which starts at once.
     Converter();
@@ -196,12 +171,3 @@ private:
 
     std::unique_ptr<Run> m_run; ///< what belongs to the run under way; null between runs
 };
-
-Q_DECLARE_METATYPE(Converter::STBlock)
-
-/// The word for a report's status: "NO REPLACE" for 1, "ERROR" for 2, else "REPLACE".
-QString statusText(int status);
-
-/// Appends a report to the change log at `path`: Latin-1, one row of seven fields separated by
-/// ';'; a new file gets its header first. A log that cannot be opened is passed over.
-void writeChangeLog(const Converter::STBlock &block, const QString &path);

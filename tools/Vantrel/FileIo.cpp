@@ -1,6 +1,8 @@
 // Reading and writing whole files.
 #include "FileIo.h"
 
+#include "Limits.h"
+
 #include <QFile>
 #include <QFileInfo>
 

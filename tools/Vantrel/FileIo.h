@@ -20,11 +20,8 @@ struct FileContent
     unsigned mode = 0; ///< permission bits of owner, group and others
 };
 
-/// The most bytes of a file that is read whole, far beyond any screen or shape.
-inline constexpr qint64 largestFile = (qint64{1} << 29) - 1;
-
 /// Reads a file whole. Nothing where it cannot be opened or read to its end, where it is no
-/// regular file (a pipe would be waited for, a device might never end), or is too large.
+/// regular file (a pipe would be waited for, a device might never end), or is larger than `largestFile`.
 std::optional<FileContent> readFile(const QString &path);
 
 /// Copies a file of any size to where none lies, with its permissions. Returns 0, or an errno where

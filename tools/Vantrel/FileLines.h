@@ -1,7 +1,7 @@
 // The lines of an image or shape file.
 #pragma once
 
-#include "FileIo.h"
+#include "Limits.h"
 #include "RecordGrammar.h"
 
 #include <QByteArray>

@@ -1,8 +1,8 @@
 // An image file as a run takes it apart.
 #pragma once
 
-#include "Converter.h"
 #include "FileLines.h"
+#include "STBlock.h"
 
 #include <QByteArray>
 #include <QList>
@@ -17,8 +17,8 @@ struct ImageFile
     QString errorText; ///< why it is not whole
     unsigned mode = 0; ///< permission bits
     QByteArray bytes;
-    FileLines lines;                   ///< with the scattered parts of objects gathered
-    QList<Converter::STBlock> objects; ///< ranges of `lines`
+    FileLines lines;        ///< with the scattered parts of objects gathered
+    QList<STBlock> objects; ///< ranges of `lines`
 };
 
 /// Reads an image file, checks it, and cuts it into objects whose references are read. One that

@@ -12,13 +12,12 @@ namespace Field = RecordGrammar::Rectangle;
 using RecordGrammar::LineKind;
 
 template <typename Lines>
-ObjectCutter<Lines>::ObjectCutter(const QString &imageFile, const Lines &lines,
-                                  QList<Converter::STBlock> &objects)
+ObjectCutter<Lines>::ObjectCutter(const QString &imageFile, const Lines &lines, QList<STBlock> &objects)
     : m_imageFile(imageFile)
     , m_lines(lines)
     , m_objects(objects)
 {
-    Converter::clearBlock(m_object);
+    clearBlock(m_object);
 }
 
 template <typename Lines>
@@ -105,14 +104,14 @@ void ObjectCutter<Lines>::closeObject(int lastLine)
     m_object.imageFile = m_imageFile;
     m_object.lastLine = lastLine;
     m_objects.append(std::move(m_object));
-    Converter::clearBlock(m_object);
+    clearBlock(m_object);
 }
 
 template <typename Lines>
 void ObjectCutter<Lines>::appendPlainLines(int firstLine, int lastLine)
 {
-    Converter::STBlock plain;
-    Converter::clearBlock(plain);
+    STBlock plain;
+    clearBlock(plain);
     plain.imageFile = m_imageFile;
     plain.firstLine = firstLine;
     plain.lastLine = lastLine;
@@ -128,13 +127,13 @@ struct Gathering
     QList<bool> isTaken;
 };
 
-Gathering findParts(const QList<Converter::STBlock> &objects)
+Gathering findParts(const QList<STBlock> &objects)
 {
     Gathering gathering;
     gathering.isTaken.resize(objects.size());
     QHash<int, qsizetype> candidateOfLevel;
     for (qsizetype index = 0; index < objects.size(); ++index) {
-        const Converter::STBlock &object = objects.at(index);
+        const STBlock &object = objects.at(index);
         if (const auto candidate = candidateOfLevel.constFind(object.extraNumber);
             candidate != candidateOfLevel.constEnd()) {
             gathering.partsOf[*candidate].append(index);
@@ -163,7 +162,7 @@ FileLines picked(const FileLines &lines, const std::vector<int> &indices)
 } // namespace
 
 template <typename Lines>
-void gatherParts(Lines &lines, QList<Converter::STBlock> &objects)
+void gatherParts(Lines &lines, QList<STBlock> &objects)
 {
     const Gathering gathering = findParts(objects);
     if (gathering.partsOf.isEmpty())
@@ -171,7 +170,7 @@ void gatherParts(Lines &lines, QList<Converter::STBlock> &objects)
 
     std::vector<int> order;
     order.reserve(static_cast<std::size_t>(lines.size()));
-    QList<Converter::STBlock> gatheredObjects;
+    QList<STBlock> gatheredObjects;
     const auto takeLines = [&](int first, int last) {
         for (int index = first; index <= last; ++index)
             order.push_back(index);
@@ -180,7 +179,7 @@ void gatherParts(Lines &lines, QList<Converter::STBlock> &objects)
     for (qsizetype index = 0; index < objects.size(); ++index) {
         if (gathering.isTaken.at(index))
             continue;
-        Converter::STBlock object = objects.at(index);
+        STBlock object = objects.at(index);
         const auto firstLine = static_cast<int>(order.size());
         const QList<qsizetype> parts = gathering.partsOf.value(index);
         takeLines(object.firstLine, object.lastLine - 1);
@@ -198,5 +197,5 @@ void gatherParts(Lines &lines, QList<Converter::STBlock> &objects)
 
 template class ObjectCutter<QStringList>;
 template class ObjectCutter<FileLines>;
-template void gatherParts(QStringList &lines, QList<Converter::STBlock> &objects);
-template void gatherParts(FileLines &lines, QList<Converter::STBlock> &objects);
+template void gatherParts(QStringList &lines, QList<STBlock> &objects);
+template void gatherParts(FileLines &lines, QList<STBlock> &objects);

@@ -1,7 +1,7 @@
 // Cutting an image file into objects, and gathering the scattered parts of placed ones.
 #pragma once
 
-#include "Converter.h"
+#include "STBlock.h"
 
 /// Walks the lines of an image file once and makes a record for each object. An object begins
 /// at an "ID;" line and gets its level from the first "PSDV" line behind it; objects of one
@@ -10,7 +10,7 @@ template <typename Lines>
 class ObjectCutter final
 {
 public:
-    ObjectCutter(const QString &imageFile, const Lines &lines, QList<Converter::STBlock> &objects);
+    ObjectCutter(const QString &imageFile, const Lines &lines, QList<STBlock> &objects);
 
     void cut();
 
@@ -27,12 +27,12 @@ private:
 
     const QString &m_imageFile;
     const Lines &m_lines;
-    QList<Converter::STBlock> &m_objects;
-    Converter::STBlock m_object; ///< the open object
+    QList<STBlock> &m_objects;
+    STBlock m_object; ///< the open object
     int m_firstSection = -1;
     int m_section = -1; ///< the most recent "ID;" line
 };
 
 /// See Converter::gatherScatteredParts(). The lines are a QStringList or FileLines.
 template <typename Lines>
-void gatherParts(Lines &lines, QList<Converter::STBlock> &objects);
+void gatherParts(Lines &lines, QList<STBlock> &objects);

@@ -1,7 +1,8 @@
 // Reading the rectangles of an object or shape into its record.
 #pragma once
 
-#include "Converter.h"
+#include "RecordFields.h"
+#include "STBlock.h"
 
 /// Walks the lines of one object or shape in order and keeps what its sections mean for the
 /// rectangles: the main one is the largest that counts outside Text sections, the icon one
@@ -9,7 +10,7 @@
 class RectangleReader final
 {
 public:
-    explicit RectangleReader(Converter::STBlock &record)
+    explicit RectangleReader(STBlock &record)
         : m_record(record)
     {
     }
@@ -28,7 +29,7 @@ private:
 
     void take(const QRect &rect, bool counts);
 
-    Converter::STBlock &m_record;
+    STBlock &m_record;
     Section m_section = Section::Other;
     qint64 m_largestArea = 0;
 };

@@ -11,7 +11,7 @@ using RecordGrammar::LineKind;
 namespace {
 
 template <RecordView View>
-void readLibraryReference(View line, Converter::STBlock &object)
+void readLibraryReference(View line, STBlock &object)
 {
     const LineFields<View> fields(line);
     object.shapeFile = fields.at(RecordGrammar::Library::shapeFile).toString();
@@ -22,16 +22,16 @@ void readLibraryReference(View line, Converter::STBlock &object)
 }
 
 /// The first rectangle of an object gives its position.
-void takePosition(const QRect &rect, Converter::STBlock &object)
+void takePosition(const QRect &rect, STBlock &object)
 {
-    if (object.rect3.topLeft() != Converter::noPosition)
+    if (object.rect3.topLeft() != STBlock::noPosition)
         return;
     object.rect3.setLeft(rect.left());
     object.rect3.setTop(rect.top());
 }
 
 template <typename Lines>
-void readObject(const Lines &lines, Converter::STBlock &object)
+void readObject(const Lines &lines, STBlock &object)
 {
     RectangleReader rectangles(object);
     for (int index = std::max(object.firstLine, 0); index <= object.lastLine && index < lines.size();
@@ -53,7 +53,7 @@ void readObject(const Lines &lines, Converter::STBlock &object)
     }
 }
 
-void noteMissingIcon(const QString &bitmap, ShapeLibrary &library, Converter::STBlock &shape)
+void noteMissingIcon(const QString &bitmap, ShapeLibrary &library, STBlock &shape)
 {
     if (!library.hasBitmap(bitmap))
         shape.missingIcons.append(bitmap);
@@ -62,18 +62,18 @@ void noteMissingIcon(const QString &bitmap, ShapeLibrary &library, Converter::ST
 } // namespace
 
 template <typename Lines>
-void readReferences(const Lines &lines, QList<Converter::STBlock> &objects)
+void readReferences(const Lines &lines, QList<STBlock> &objects)
 {
-    for (Converter::STBlock &object : objects) {
+    for (STBlock &object : objects) {
         if (object.replace)
             readObject(lines, object);
     }
 }
 
 template <typename Lines>
-void parseShape(const Lines &lines, ShapeLibrary &library, Converter::STBlock &shape)
+void parseShape(const Lines &lines, ShapeLibrary &library, STBlock &shape)
 {
-    Converter::clearBlock(shape);
+    clearBlock(shape);
     RectangleReader rectangles(shape);
     for (qsizetype index = 0; index < lines.size(); ++index) {
         const auto line = lineAt(lines, index);
@@ -97,7 +97,7 @@ void parseShape(const Lines &lines, ShapeLibrary &library, Converter::STBlock &s
     }
 }
 
-template void readReferences(const QStringList &lines, QList<Converter::STBlock> &objects);
-template void readReferences(const FileLines &lines, QList<Converter::STBlock> &objects);
-template void parseShape(const QStringList &lines, ShapeLibrary &library, Converter::STBlock &shape);
-template void parseShape(const FileLines &lines, ShapeLibrary &library, Converter::STBlock &shape);
+template void readReferences(const QStringList &lines, QList<STBlock> &objects);
+template void readReferences(const FileLines &lines, QList<STBlock> &objects);
+template void parseShape(const QStringList &lines, ShapeLibrary &library, STBlock &shape);
+template void parseShape(const FileLines &lines, ShapeLibrary &library, STBlock &shape);

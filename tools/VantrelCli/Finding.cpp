@@ -1,7 +1,7 @@
 // What a user should look at before a run, and after it.
 #include "Finding.h"
 
-#include "FileIo.h"
+#include "Limits.h"
 
 #include <QFileInfo>
 

@@ -93,7 +93,7 @@ void JsonPresenter::showRefusal(const QList<Finding> &obstacles)
     showObstacles(obstacles);
 }
 
-void JsonPresenter::showReport(const Converter::STBlock &report)
+void JsonPresenter::showReport(const STBlock &report)
 {
     printLine(JsonKind::Report, {{u"status"_s, statusText(report.status)},
                                  {u"imageFile"_s, report.imageFile},

@@ -25,7 +25,7 @@ public:
     void showFinding(const Finding &finding) override;
     void showObstacles(const QList<Finding> &obstacles) override;
     void showRefusal(const QList<Finding> &obstacles) override;
-    void showReport(const Converter::STBlock &report) override;
+    void showReport(const STBlock &report) override;
     void showShape(const ShapeReport &shape) override;
     void showDiff(const FileDiff &diff) override;
     void showLogEntry(const LogEntry &entry) override;

@@ -1,10 +1,10 @@
 // What commands have to tell, without the form in which it is told.
 #pragma once
 
-#include "Converter.h"
 #include "ExitCode.h"
 #include "FileDiff.h"
 #include "Finding.h"
+#include "STBlock.h"
 #include "ShapeUsage.h"
 
 #include <QLatin1StringView>
@@ -125,7 +125,7 @@ public:
     /// The same where it does not run.
     virtual void showRefusal(const QList<Finding> &obstacles) = 0;
 
-    virtual void showReport(const Converter::STBlock &report) = 0;
+    virtual void showReport(const STBlock &report) = 0;
     virtual void showShape(const ShapeReport &shape) = 0;
     virtual void showDiff(const FileDiff &diff) = 0;
     virtual void showLogEntry(const LogEntry &entry) = 0;

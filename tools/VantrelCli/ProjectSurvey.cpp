@@ -389,7 +389,7 @@ void Surveyor::readImageFile(const QString &path, Reading &reading) const
     case ImageFile::State::Whole:
         break;
     }
-    for (const Converter::STBlock &object : screen.objects) {
+    for (const STBlock &object : screen.objects) {
         if (refersToShape(object))
             reading.shapeNames.insert(object.shapeFile);
     }
@@ -422,7 +422,7 @@ ProjectSurvey surveyProject(const QString &projectDir, bool makesFolders, Survey
     return Surveyor(projectDir, makesFolders, listener).survey();
 }
 
-bool refersToShape(const Converter::STBlock &object)
+bool refersToShape(const STBlock &object)
 {
     return object.replace && !object.shapeFile.isEmpty();
 }

@@ -35,4 +35,4 @@ struct ProjectSurvey
 ProjectSurvey surveyProject(const QString &projectDir, bool makesFolders, SurveyListener *listener = nullptr);
 
 /// Whether placed objects of this kind are replaced where their shape is chosen.
-bool refersToShape(const Converter::STBlock &object);
+bool refersToShape(const STBlock &object);

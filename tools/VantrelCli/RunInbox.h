@@ -1,7 +1,7 @@
 // What a run tells, on its way from the run's thread.
 #pragma once
 
-#include "Converter.h"
+#include "STBlock.h"
 
 #include <QObject>
 #include <QString>
@@ -26,7 +26,7 @@ struct FileBegun
     QString path;
 };
 
-using RunNews = std::variant<RunProgress, FileBegun, Converter::STBlock>;
+using RunNews = std::variant<RunProgress, FileBegun, STBlock>;
 
 /// Takes news from a run's thread and hands them over on its own, in their order and all that wait
 /// at once: an event for each report takes the run longer than what it reports.

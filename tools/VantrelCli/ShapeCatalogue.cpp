@@ -55,7 +55,7 @@ void ShapeCatalogue::check(CatalogueShape &shape)
     shape.errorLine = shape.firstLine + static_cast<int>(line - shape.lines.cbegin());
 }
 
-QStringList ShapeCatalogue::replacementFor(const Converter::STBlock &object, const CatalogueShape &shape)
+QStringList ShapeCatalogue::replacementFor(const STBlock &object, const CatalogueShape &shape)
 {
     QStringList lines = shape.lines;
     m_converter.fitShapeLines(lines, object, shape.record);
@@ -69,7 +69,7 @@ int ShapeCatalogue::lineOfMissingIcon(const CatalogueShape &shape, qsizetype ico
     qsizetype longEnough = shape.lines.size();
     while (longEnough - tooShort > 1) {
         const qsizetype middle = tooShort + (longEnough - tooShort) / 2;
-        Converter::STBlock record;
+        STBlock record;
         m_converter.parseShapeLines(shape.lines.first(middle), record);
         (record.missingIcons.size() > icon ? longEnough : tooShort) = middle;
     }

@@ -24,7 +24,7 @@ struct CatalogueShape
     int errorLine = 0; ///< number of the line that fails its check
     int firstLine = 0; ///< number of the first of `lines` in the file
     QStringList lines;
-    Converter::STBlock record;
+    STBlock record;
 };
 
 /// Finds, reads and checks shape files, each once. Belongs to one thread.
@@ -38,7 +38,7 @@ public:
     const CatalogueShape &shapeAt(const QString &path);
 
     /// What a run writes in place of an object that refers to a valid shape.
-    QStringList replacementFor(const Converter::STBlock &object, const CatalogueShape &shape);
+    QStringList replacementFor(const STBlock &object, const CatalogueShape &shape);
     /// The number of the line in the shape's file that names this one of its missing icons.
     int lineOfMissingIcon(const CatalogueShape &shape, qsizetype icon);
 

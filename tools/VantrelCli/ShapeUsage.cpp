@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Index of the line by which an object refers to its shape: the last one counts.
-qsizetype referenceLine(const FileLines &lines, const Converter::STBlock &object)
+qsizetype referenceLine(const FileLines &lines, const STBlock &object)
 {
     qsizetype line = object.lastLine;
     while (line > object.firstLine && lines.kindAt(line) != RecordGrammar::LineKind::Library)
@@ -31,7 +31,7 @@ ShapeUsage::ShapeUsage(const QString &projectDir, States states)
 void ShapeUsage::add(const ImageFile &screen)
 {
     QSet<QString> namesOnScreen;
-    for (const Converter::STBlock &object : screen.objects) {
+    for (const STBlock &object : screen.objects) {
         if (!refersToShape(object))
             continue;
         addObject(screen, object);
@@ -41,7 +41,7 @@ void ShapeUsage::add(const ImageFile &screen)
         ++m_uses[name].screenCount;
 }
 
-void ShapeUsage::addObject(const ImageFile &screen, const Converter::STBlock &object)
+void ShapeUsage::addObject(const ImageFile &screen, const STBlock &object)
 {
     ShapeUse &use = m_uses[object.shapeFile];
     ++use.objectCount;
@@ -50,7 +50,7 @@ void ShapeUsage::addObject(const ImageFile &screen, const Converter::STBlock &ob
     addReference(screen, object, use);
 }
 
-void ShapeUsage::addReference(const ImageFile &screen, const Converter::STBlock &object, ShapeUse &use)
+void ShapeUsage::addReference(const ImageFile &screen, const STBlock &object, ShapeUse &use)
 {
     const qsizetype line = referenceLine(screen.lines, object);
     const QString name = fieldAt(screen.lines.at(line), RecordGrammar::Library::shapeFile).toString();
@@ -61,7 +61,7 @@ void ShapeUsage::addReference(const ImageFile &screen, const Converter::STBlock 
     reference.line = fileLineOf(screen, line);
 }
 
-bool ShapeUsage::isOutdated(const ImageFile &screen, const Converter::STBlock &object)
+bool ShapeUsage::isOutdated(const ImageFile &screen, const STBlock &object)
 {
     const CatalogueShape &shape = m_catalogue.shape(object.shapeFile);
     if (shape.usability != ShapeUsability::Valid)

@@ -54,9 +54,9 @@ public:
     ShapeCatalogue &catalogue() { return m_catalogue; }
 
 private:
-    void addObject(const ImageFile &screen, const Converter::STBlock &object);
-    void addReference(const ImageFile &screen, const Converter::STBlock &object, ShapeUse &use);
-    bool isOutdated(const ImageFile &screen, const Converter::STBlock &object);
+    void addObject(const ImageFile &screen, const STBlock &object);
+    void addReference(const ImageFile &screen, const STBlock &object, ShapeUse &use);
+    bool isOutdated(const ImageFile &screen, const STBlock &object);
     QString placeOf(const QString &name, const CatalogueShape &shape) const;
 
     QString m_projectDir;

@@ -9,8 +9,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int errorStatus = 2;
-
 QString counted(qsizetype count, const QString &one, const QString &many)
 {
     return u"%1 %2"_s.arg(count).arg(count == 1 ? one : many);
@@ -129,13 +127,13 @@ void TextPresenter::showRefusal(const QList<Finding> &obstacles)
         u"%1; --force runs all the same."_s.arg(counted(obstacles.size(), u"obstacle"_s, u"obstacles"_s)));
 }
 
-void TextPresenter::showReport(const Converter::STBlock &report)
+void TextPresenter::showReport(const STBlock &report)
 {
     if (isQuiet())
         return;
     m_reports.addRow({statusText(report.status), relativeTo(m_projectDir, report.imageFile), report.shapeFile,
                       report.imageObject, report.shapeObject, report.initText, report.error},
-                     report.status == errorStatus ? Color::Red : Color::Plain);
+                     report.status == ReportStatus::Error ? Color::Red : Color::Plain);
 }
 
 void TextPresenter::showShape(const ShapeReport &shape)

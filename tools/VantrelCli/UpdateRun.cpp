@@ -28,7 +28,7 @@ UpdateRun::UpdateRun(const RunSettings &settings, Presenter &presenter)
         [this](const QString &path) { m_inbox.add(FileBegun{path}); }, Qt::DirectConnection);
     connect(
         &m_converter, &Converter::sigConvertInfo, &m_inbox,
-        [this](const Converter::STBlock &report) { m_inbox.add(report); }, Qt::DirectConnection);
+        [this](const STBlock &report) { m_inbox.add(report); }, Qt::DirectConnection);
     Qel::Logger::registerLogListener(this);
 }
 
@@ -65,7 +65,7 @@ void UpdateRun::receive(std::span<const RunNews> news)
 {
     if (m_settings.scratchRoot.isEmpty()) {
         for (const RunNews &item : news) {
-            if (const auto *const report = std::get_if<Converter::STBlock>(&item))
+            if (const auto *const report = std::get_if<STBlock>(&item))
                 m_changeLog.add(*report);
         }
         m_changeLog.write(m_converter.logFileName());
@@ -86,7 +86,7 @@ void UpdateRun::show(const FileBegun &file)
     m_presenter.showFile(shown(file.path));
 }
 
-void UpdateRun::show(Converter::STBlock report)
+void UpdateRun::show(STBlock report)
 {
     report.imageFile = shown(report.imageFile);
     report.error = shown(report.error);
@@ -94,15 +94,13 @@ void UpdateRun::show(Converter::STBlock report)
     count(report);
 }
 
-void UpdateRun::count(const Converter::STBlock &block)
+void UpdateRun::count(const STBlock &block)
 {
-    constexpr int notReplacedStatus = 1;
-    constexpr int errorStatus = 2;
     switch (block.status) {
-    case notReplacedStatus:
+    case ReportStatus::NotReplaced:
         ++m_result.notReplaced;
         break;
-    case errorStatus:
+    case ReportStatus::Error:
         ++m_result.errors;
         // Reports of objects name their lines.
         if (block.firstLine < 0)

@@ -53,8 +53,8 @@ private:
     void receive(std::span<const RunNews> news);
     void show(const RunProgress &progress);
     void show(const FileBegun &file);
-    void show(Converter::STBlock report);
-    void count(const Converter::STBlock &block);
+    void show(STBlock report);
+    void count(const STBlock &block);
     void handleMessage(QString level, QString time, QString message) override;
     QString shown(QString text) const;
 
