@@ -1,7 +1,7 @@
 // Moving files by renaming them, and when that is not safe.
 #include "FileMove.h"
 
-#include "Backup.h"
+#include "FileComparison.h"
 #include "TestProject.h"
 #include "updUtils.h"
 

@@ -1,7 +1,7 @@
 // Completing a run that was interrupted after its last screen was converted.
 #include "FinishRun.h"
 
-#include "Backup.h"
+#include "FileComparison.h"
 #include "FileIo.h"
 #include "SafeCopy.h"
 

@@ -1,7 +1,7 @@
 // What an interrupted run has left, and where each screen lies whole.
 #include "RecoveryPlan.h"
 
-#include "Backup.h"
+#include "FileComparison.h"
 #include "FileIo.h"
 #include "ImageFileSearch.h"
 #include "SafeCopy.h"

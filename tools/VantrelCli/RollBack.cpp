@@ -1,7 +1,7 @@
 // Taking a run back, whether it was interrupted or completed.
 #include "RollBack.h"
 
-#include "Backup.h"
+#include "FileComparison.h"
 #include "FileIo.h"
 #include "SafeCopy.h"
 #include "StageFile.h"

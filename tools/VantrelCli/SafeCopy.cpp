@@ -1,7 +1,7 @@
 // Putting a copy of a file into the place of another one.
 #include "SafeCopy.h"
 
-#include "Backup.h"
+#include "FileComparison.h"
 #include "FileIo.h"
 
 #include <QDir>
