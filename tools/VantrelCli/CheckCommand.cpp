@@ -1,7 +1,7 @@
 // The command that reads a project and tells what a user should look at before a run.
 #include "CheckCommand.h"
 
-#include "LeftOverRun.h"
+#include "LeftOverFinding.h"
 #include "NearestWord.h"
 #include "Presenter.h"
 #include "ProjectPath.h"

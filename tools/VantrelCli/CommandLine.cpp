@@ -6,7 +6,7 @@
 #include "DiffCommand.h"
 #include "Help.h"
 #include "JsonPresenter.h"
-#include "LeftOverRun.h"
+#include "LeftOverFinding.h"
 #include "NearestWord.h"
 #include "Output.h"
 #include "RecoverCommand.h"

@@ -3,7 +3,7 @@
 
 #include "Presenter.h"
 #include "ProjectPath.h"
-#include "ScreenDiffs.h"
+#include "ShownDiffs.h"
 #include "updUtils.h"
 
 #include <QFileInfo>
@@ -72,14 +72,15 @@ ExitCode runDiff(const QString &projectDir, Presenter &presenter)
 
     const QStringList screens = missing.isEmpty() ? screensToCompare(projectDir) : QStringList();
     const auto count = static_cast<int>(screens.size());
-    ScreenDiffs diffs(presenter);
+    ScreenDiffs diffs;
     for (int index = 0; index < count; ++index) {
         const QString &screen = screens.at(index);
         const QString backup = inBackup(screen);
         presenter.showProgress(count, index);
         presenter.showFile(projectDir + screen);
-        diffs.compare(screen.sliced(1), {projectDir + backup, backup.sliced(1)},
-                      {projectDir + screen, screen.sliced(1)});
+        show(diffs.compare(screen.sliced(1), {projectDir + backup, backup.sliced(1)},
+                           {projectDir + screen, screen.sliced(1)}),
+             presenter);
     }
     presenter.showProgress(count, count);
 
@@ -87,7 +88,7 @@ ExitCode runDiff(const QString &projectDir, Presenter &presenter)
     end.command = "diff"_L1;
     end.projectDir = projectDir;
     end.exitCode = missing.isEmpty() && diffs.areEqual() ? ExitCode::Done : ExitCode::DoneWithFindings;
-    end.counts = QList<CountValue>{{Count::Files, count}} + diffs.counts();
+    end.counts = QList<CountValue>{{Count::Files, count}} + countsOf(diffs);
     presenter.showEnd(end);
     return end.exitCode;
 }

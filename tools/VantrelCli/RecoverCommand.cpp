@@ -3,7 +3,7 @@
 
 #include "FileIo.h"
 #include "FinishRun.h"
-#include "LeftOverRun.h"
+#include "LeftOverFinding.h"
 #include "LoggedErrors.h"
 #include "Presenter.h"
 #include "ProjectLock.h"

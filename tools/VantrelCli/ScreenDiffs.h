@@ -2,29 +2,32 @@
 #pragma once
 
 #include "FileDiff.h"
-#include "Presenter.h"
+#include "Finding.h"
 
-#include <QList>
 #include <QString>
 
-/// Shows the differences of one screen after the other and counts them.
+#include <optional>
+
+/// How two versions of a screen differ; neither is set where they are equal, byte for byte.
+struct ScreenDifference
+{
+    std::optional<Finding> finding; ///< why they could not be compared
+    std::optional<FileDiff> diff;
+};
+
+/// Compares one screen after the other and counts what differs.
 class ScreenDiffs final
 {
 public:
-    explicit ScreenDiffs(Presenter &presenter)
-        : m_presenter(presenter)
-    {
-    }
-
-    void compare(const QString &shownPath, const FileVersion &before, const FileVersion &after);
+    ScreenDifference compare(const QString &shownPath, const FileVersion &before, const FileVersion &after);
 
     qsizetype changedFiles() const { return m_changedFiles; }
+    qsizetype addedLines() const { return m_addedLines; }
+    qsizetype removedLines() const { return m_removedLines; }
     /// Whether every screen could be read and none differs.
     bool areEqual() const { return m_changedFiles == 0 && m_unreadableFiles == 0; }
-    QList<CountValue> counts() const;
 
 private:
-    Presenter &m_presenter;
     qsizetype m_changedFiles = 0;
     qsizetype m_unreadableFiles = 0;
     qsizetype m_addedLines = 0;

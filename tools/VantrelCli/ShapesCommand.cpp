@@ -1,7 +1,7 @@
 // The command that lists the shapes that a project's screens use.
 #include "ShapesCommand.h"
 
-#include "LeftOverRun.h"
+#include "LeftOverFinding.h"
 #include "Presenter.h"
 #include "ReadingListener.h"
 

@@ -1,14 +1,14 @@
 // The command that replaces placed objects by their current shapes.
 #include "UpdateCommand.h"
 
-#include "LeftOverRun.h"
+#include "LeftOverFinding.h"
 #include "LoggedErrors.h"
 #include "Presenter.h"
 #include "ProjectLock.h"
 #include "ProjectPath.h"
 #include "ProjectSurvey.h"
 #include "ScratchProject.h"
-#include "ScreenDiffs.h"
+#include "ShownDiffs.h"
 #include "StopSignals.h"
 #include "UpdateRun.h"
 #include "updUtils.h"
@@ -132,9 +132,9 @@ ExitCode UpdateCommand::tryOnStandIn()
         end.message = u"Stopped. Nothing was changed."_s;
         return finish(end);
     }
-    ScreenDiffs diffs(m_presenter);
+    ScreenDiffs diffs;
     showChanges(standIn, diffs);
-    end.counts += diffs.counts();
+    end.counts += countsOf(diffs);
     if (m_options.failOnChanges && diffs.changedFiles() > 0) {
         end.exitCode = ExitCode::WouldChange;
         end.message = u"A run would change %1; to have it do so: %2"_s.arg(
@@ -169,7 +169,7 @@ void UpdateCommand::showChanges(const ScratchProject &standIn, ScreenDiffs &diff
     }
     for (const QString &screen : std::as_const(screens)) {
         const QString name = relativeTo(m_options.projectDir, screen);
-        diffs.compare(name, {screen, name}, {standIn.root() + screen, name});
+        show(diffs.compare(name, {screen, name}, {standIn.root() + screen, name}), m_presenter);
     }
 }
 

@@ -1,5 +1,5 @@
 // What commands say about a run that did not come to its end.
-#include "LeftOverRun.h"
+#include "LeftOverFinding.h"
 
 #include "ShellWord.h"
 #include "StageFile.h"
