@@ -1,9 +1,10 @@
 // The command "check": every kind of finding, with its file, line and advice.
 #include "CliRun.h"
 #include "ExitCode.h"
-#include "FileIo.h"
+#include "Limits.h"
 #include "ProjectTree.h"
 #include "SmallPlant.h"
+#include "TestSuite.h"
 
 #include <QFile>
 #include <QProcess>
@@ -603,5 +604,5 @@ void TestCheck::printsItsHelp()
     QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Done));
 }
 
-QTEST_GUILESS_MAIN(TestCheck)
+VANTREL_TEST(QCoreApplication, TestCheck)
 #include "tst_check.moc"

@@ -4,6 +4,7 @@
 #include "ProjectTree.h"
 #include "SmallPlant.h"
 #include "Streams.h"
+#include "TestSuite.h"
 
 #include <QProcess>
 #include <QRandomGenerator>
@@ -337,5 +338,5 @@ void TestDiff::printsItsHelp()
     QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Done));
 }
 
-QTEST_GUILESS_MAIN(TestDiff)
+VANTREL_TEST(QCoreApplication, TestDiff)
 #include "tst_diff.moc"

@@ -5,6 +5,7 @@
 #include "HeldFile.h"
 #include "ProjectTree.h"
 #include "SmallPlant.h"
+#include "TestSuite.h"
 
 #include <QDir>
 #include <QDirIterator>
@@ -405,5 +406,5 @@ void TestDryRun::stopsOnASignal()
     QCOMPARE(describeTree(project.beside(u"temporary"_s)), QStringList());
 }
 
-QTEST_GUILESS_MAIN(TestDryRun)
+VANTREL_TEST(QCoreApplication, TestDryRun)
 #include "tst_dryrun.moc"

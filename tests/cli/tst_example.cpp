@@ -3,6 +3,7 @@
 #include "ExitCode.h"
 #include "Golden.h"
 #include "ProjectTree.h"
+#include "TestSuite.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -134,5 +135,5 @@ void TestExample::losesWhatItSaidWithForce()
     QVERIFY(!project.exists(u"scr_temp"_s));
 }
 
-QTEST_GUILESS_MAIN(TestExample)
+VANTREL_TEST(QCoreApplication, TestExample)
 #include "tst_example.moc"

@@ -2,6 +2,7 @@
 #include "CliRun.h"
 #include "ExitCode.h"
 #include "SmallPlant.h"
+#include "TestSuite.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -321,5 +322,5 @@ void TestJson::documentsMatchTheTables()
              "docs/cli.schema.json must be what vantrel-cli --print-schema prints");
 }
 
-QTEST_GUILESS_MAIN(TestJson)
+VANTREL_TEST(QCoreApplication, TestJson)
 #include "tst_json.moc"

@@ -1,6 +1,7 @@
 // What leaves the program, whatever names and lines hold: text without control characters, and
 // lines of JSON in valid UTF-8.
 #include "CliRun.h"
+#include "TestSuite.h"
 
 #include <QJsonDocument>
 #include <QStringDecoder>
@@ -115,5 +116,5 @@ void TestPrinted::printsJsonInValidUtf8()
         QVERIFY2(isJsonObject(line), line.toPercentEncoding(" ").constData());
 }
 
-QTEST_GUILESS_MAIN(TestPrinted)
+VANTREL_TEST(QCoreApplication, TestPrinted)
 #include "tst_printed.moc"

@@ -5,6 +5,7 @@
 #include "ProjectTree.h"
 #include "SmallPlant.h"
 #include "StageFile.h"
+#include "TestSuite.h"
 
 #include <QDir>
 #include <QFile>
@@ -1137,5 +1138,5 @@ void TestRecover::needsNoFilesInAProtectedProject()
     QVERIFY(!project.exists(u".vantrel.lock"_s));
 }
 
-QTEST_GUILESS_MAIN(TestRecover)
+VANTREL_TEST(QCoreApplication, TestRecover)
 #include "tst_recover.moc"

@@ -3,6 +3,7 @@
 #include "ExitCode.h"
 #include "ProjectTree.h"
 #include "SmallPlant.h"
+#include "TestSuite.h"
 
 #include <QTest>
 
@@ -198,5 +199,5 @@ void TestShapes::printsItsHelp()
     QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Done));
 }
 
-QTEST_GUILESS_MAIN(TestShapes)
+VANTREL_TEST(QCoreApplication, TestShapes)
 #include "tst_shapes.moc"

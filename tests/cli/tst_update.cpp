@@ -5,6 +5,7 @@
 #include "ProjectTree.h"
 #include "SmallPlant.h"
 #include "Streams.h"
+#include "TestSuite.h"
 
 #include <QFile>
 #include <QScopeGuard>
@@ -1122,5 +1123,5 @@ void TestUpdate::printsTheReportDespiteASignalAfterTheRun()
     QCOMPARE(withPlaceholders(report, project.dir()), smallPlantReport());
 }
 
-QTEST_GUILESS_MAIN(TestUpdate)
+VANTREL_TEST(QCoreApplication, TestUpdate)
 #include "tst_update.moc"

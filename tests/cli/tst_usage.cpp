@@ -1,6 +1,7 @@
 // The command line itself: what it explains and what it does not accept.
 #include "CliRun.h"
 #include "ExitCode.h"
+#include "TestSuite.h"
 
 #include <QFile>
 #include <QProcess>
@@ -268,5 +269,5 @@ void TestUsage::keepsItsExitCodeWhereNobodyReads()
     QCOMPARE(run.execute({u"updte"_s}).exitCode, static_cast<int>(ExitCode::WrongUsage));
 }
 
-QTEST_GUILESS_MAIN(TestUsage)
+VANTREL_TEST(QCoreApplication, TestUsage)
 #include "tst_usage.moc"

@@ -1,8 +1,10 @@
 // A window that is closed, and runs that are cancelled, at moments of chance.
 #include "Gates.h"
 #include "Surroundings.h"
+#include "TestSuite.h"
 #include "TestWindow.h"
 
+#include <QApplication>
 #include <QDeadlineTimer>
 #include <QMap>
 #include <QTest>
@@ -136,5 +138,5 @@ void TestWindowMoments::cancellingNeverLosesAScreen()
         QCOMPARE(project.read(u"scr/"_s + screen.key()), screen.value());
 }
 
-QTEST_MAIN(TestWindowMoments)
+VANTREL_TEST(QApplication, TestWindowMoments)
 #include "tst_windowmoments.moc"

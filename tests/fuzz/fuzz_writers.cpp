@@ -1,5 +1,5 @@
 // Any texts in a report: written to the change log, as JSON, and as text for people.
-#include "Converter.h"
+#include "ChangeLog.h"
 #include "Expect.h"
 #include "JsonPresenter.h"
 #include "TestProject.h"

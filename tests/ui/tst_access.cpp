@@ -2,9 +2,11 @@
 #include "Filters_UI.h"
 #include "Gates.h"
 #include "Surroundings.h"
+#include "TestSuite.h"
 #include "TestWindow.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QFileDialog>
 #include <QShortcut>
 #include <QTest>
@@ -242,5 +244,5 @@ void TestAccess::ctrlFGoesToTheSearch()
     QCOMPARE(list->selectedItems().size(), 1); // nothing else is touched
 }
 
-QTEST_MAIN(TestAccess)
+VANTREL_TEST(QApplication, TestAccess)
 #include "tst_access.moc"

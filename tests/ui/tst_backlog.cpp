@@ -1,5 +1,6 @@
 // What a run tells, on its way to the tables.
 #include "Backlog.h"
+#include "TestSuite.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -152,5 +153,5 @@ void TestBacklog::hearsTheUserBetweenLongSteps()
         QVERIFY2(performedBeforeTick.contains(step), QByteArray::number(step));
 }
 
-QTEST_GUILESS_MAIN(TestBacklog)
+VANTREL_TEST(QCoreApplication, TestBacklog)
 #include "tst_backlog.moc"

@@ -3,9 +3,11 @@
 #include "Filters_UI.h"
 #include "Gates.h"
 #include "Surroundings.h"
+#include "TestSuite.h"
 #include "TestWindow.h"
 #include "WatchFolderThread.h"
 
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QProgressBar>
 #include <QTest>
@@ -194,5 +196,5 @@ void TestBusySign::changesDuringTheCollectionAreNotLost()
     QVERIFY(window.filterNamesStale);
 }
 
-QTEST_MAIN(TestBusySign)
+VANTREL_TEST(QApplication, TestBusySign)
 #include "tst_busysign.moc"

@@ -1,6 +1,7 @@
 // The command line of the program.
 #include "CommandLine.h"
 #include "TestProject.h"
+#include "TestSuite.h"
 
 #include <QDir>
 #include <QTest>
@@ -146,5 +147,5 @@ void TestCommandLine::decodesItsArguments()
     QCOMPARE(decodedArguments(0, arguments), QStringList());
 }
 
-QTEST_GUILESS_MAIN(TestCommandLine)
+VANTREL_TEST(QCoreApplication, TestCommandLine)
 #include "tst_commandline.moc"

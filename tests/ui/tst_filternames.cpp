@@ -1,6 +1,7 @@
 // Collecting the names of shape files from image files.
 #include "FilterNames.h"
 #include "TestProject.h"
+#include "TestSuite.h"
 
 #include <QFile>
 #include <QRandomGenerator>
@@ -128,5 +129,5 @@ void TestFilterNames::addsNothingForAFileThatCannotBeRead()
     QCOMPARE(names, QSet<QString>());
 }
 
-QTEST_GUILESS_MAIN(TestFilterNames)
+VANTREL_TEST(QCoreApplication, TestFilterNames)
 #include "tst_filternames.moc"

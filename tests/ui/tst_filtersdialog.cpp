@@ -1,7 +1,9 @@
 // The dialog in which shape files are chosen.
 #include "Filters_UI.h"
 #include "Surroundings.h"
+#include "TestSuite.h"
 
+#include <QApplication>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -312,5 +314,5 @@ void TestFiltersDialog::worksWithoutNames()
     QCOMPARE(dialog.selectedNames(), Names());
 }
 
-QTEST_MAIN(TestFiltersDialog)
+VANTREL_TEST(QApplication, TestFiltersDialog)
 #include "tst_filtersdialog.moc"

@@ -1,7 +1,9 @@
 // The table of log entries.
 #include "Surroundings.h"
+#include "TestSuite.h"
 #include "TestWindow.h"
 
+#include <QApplication>
 #include <QFont>
 #include <QHeaderView>
 #include <QRandomGenerator>
@@ -458,5 +460,5 @@ void TestLogView::stopsListeningWhenDestroyed()
     QCoreApplication::processEvents();
 }
 
-QTEST_MAIN(TestLogView)
+VANTREL_TEST(QApplication, TestLogView)
 #include "tst_logview.moc"

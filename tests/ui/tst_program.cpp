@@ -1,5 +1,6 @@
 // The program itself, as a process.
 #include "Surroundings.h"
+#include "TestSuite.h"
 
 #include <QProcess>
 #include <QSettings>
@@ -121,5 +122,5 @@ void TestProgram::opensWithTheGivenProject()
     QCOMPARE(QSettings(u"QEL"_s, u"Vantrel"_s).value("projDir"_L1).toString(), project.dir());
 }
 
-QTEST_GUILESS_MAIN(TestProgram)
+VANTREL_TEST(QCoreApplication, TestProgram)
 #include "tst_program.moc"

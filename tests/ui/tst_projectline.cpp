@@ -3,9 +3,11 @@
 #include "ProjectFolder.h"
 #include "RecentProjects.h"
 #include "Surroundings.h"
+#include "TestSuite.h"
 #include "TestWindow.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QDir>
 #include <QDropEvent>
 #include <QFileDialog>
@@ -511,5 +513,5 @@ void TestProjectLine::clickBesideTheWindowClosesTheProposals()
     QCOMPARE(window.ui.lnProjectPath->text(), u"plant"_s);
 }
 
-QTEST_MAIN(TestProjectLine)
+VANTREL_TEST(QApplication, TestProjectLine)
 #include "tst_projectline.moc"

@@ -1,7 +1,9 @@
 // The table of replaced shapes.
 #include "CGuiFunc.h"
 #include "TestProject.h"
+#include "TestSuite.h"
 
+#include <QApplication>
 #include <QHeaderView>
 #include <QProxyStyle>
 #include <QRandomGenerator>
@@ -538,5 +540,5 @@ void TestReplacedShapes::writesTheChangeLog()
                  row + row);
 }
 
-QTEST_MAIN(TestReplacedShapes)
+VANTREL_TEST(QApplication, TestReplacedShapes)
 #include "tst_replacedshapes.moc"

@@ -3,8 +3,10 @@
 #include "PrivateBus.h"
 #include "RunNotifier.h"
 #include "Surroundings.h"
+#include "TestSuite.h"
 #include "TestWindow.h"
 
+#include <QApplication>
 #include <QDBusConnectionInterface>
 #include <QSettings>
 #include <QTest>
@@ -373,5 +375,5 @@ void TestRunNotifier::windowTellsNoRunThatItLeaves()
     QCOMPARE(desktop.notifications.size(), 0);
 }
 
-QTEST_MAIN(TestRunNotifier)
+VANTREL_TEST(QApplication, TestRunNotifier)
 #include "tst_runnotifier.moc"

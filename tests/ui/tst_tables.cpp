@@ -6,8 +6,10 @@
 #include "TableActions.h"
 #include "TableLayout.h"
 #include "TableText.h"
+#include "TestSuite.h"
 #include "TestWindow.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QFileDialog>
 #include <QHeaderView>
@@ -760,5 +762,5 @@ void TestTables::leavesALightThemeAlone()
     QCOMPARE(base, QColor(0xff, 0xf8, 0xe8));
 }
 
-QTEST_MAIN(TestTables)
+VANTREL_TEST(QApplication, TestTables)
 #include "tst_tables.moc"

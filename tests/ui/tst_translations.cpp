@@ -1,9 +1,11 @@
 // The languages of the window.
 #include "Filters_UI.h"
 #include "Surroundings.h"
+#include "TestSuite.h"
 #include "TestWindow.h"
 #include "Translations.h"
 
+#include <QApplication>
 #include <QDialogButtonBox>
 #include <QTest>
 
@@ -156,5 +158,5 @@ void TestTranslations::fitsTheSmallestWindow()
     QCOMPARE(cutOff(dialog), QStringList());
 }
 
-QTEST_MAIN(TestTranslations)
+VANTREL_TEST(QApplication, TestTranslations)
 #include "tst_translations.moc"

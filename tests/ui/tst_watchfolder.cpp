@@ -1,6 +1,7 @@
 // The thread that watches a folder.
 #include "Gates.h"
 #include "Surroundings.h"
+#include "TestSuite.h"
 #include "WatchFolderThread.h"
 
 #include <QFile>
@@ -253,5 +254,5 @@ void TestWatchFolder::canBeDestroyedWhileFoldersAreQueued()
     QCOMPARE(WarningRecorder::warnings(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(TestWatchFolder)
+VANTREL_TEST(QCoreApplication, TestWatchFolder)
 #include "tst_watchfolder.moc"

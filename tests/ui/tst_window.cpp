@@ -3,9 +3,11 @@
 #include "Filters_UI.h"
 #include "Gates.h"
 #include "Surroundings.h"
+#include "TestSuite.h"
 #include "TestWindow.h"
 #include "WatchFolderThread.h"
 
+#include <QApplication>
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QMessageBox>
@@ -811,5 +813,5 @@ void TestVantrelWindow::opensFilesWithUnusualNames()
     QCOMPARE(desktop.opened.size(), 1);
 }
 
-QTEST_MAIN(TestVantrelWindow)
+VANTREL_TEST(QApplication, TestVantrelWindow)
 #include "tst_window.moc"

@@ -2,9 +2,11 @@
 #include "Filters_UI.h"
 #include "Gates.h"
 #include "Surroundings.h"
+#include "TestSuite.h"
 #include "TestWindow.h"
 #include "WatchFolderThread.h"
 
+#include <QApplication>
 #include <QFile>
 #include <QMessageBox>
 #include <QSettings>
@@ -927,5 +929,5 @@ void TestWindowRuns::takesTenThousandReports()
     QVERIFY(usedAfter < usedBefore + (usedFull - usedBefore) / 5);
 }
 
-QTEST_MAIN(TestWindowRuns)
+VANTREL_TEST(QApplication, TestWindowRuns)
 #include "tst_windowruns.moc"

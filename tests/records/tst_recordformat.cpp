@@ -1,5 +1,6 @@
 // docs/record-format.md shows the tables of the grammar as the code has them.
 #include "RecordGrammar.h"
+#include "TestSuite.h"
 
 #include <QFile>
 #include <QStringList>
@@ -154,5 +155,5 @@ void TestRecordFormat::documentsTheFieldsThatAreRead()
         QVERIFY2(text.contains(row), qPrintable(row));
 }
 
-QTEST_GUILESS_MAIN(TestRecordFormat)
+VANTREL_TEST(QCoreApplication, TestRecordFormat)
 #include "tst_recordformat.moc"

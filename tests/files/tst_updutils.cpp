@@ -2,6 +2,7 @@
 #include "ImageFileSearch.h"
 #include "Recorders.h"
 #include "TestProject.h"
+#include "TestSuite.h"
 #include "updUtils.h"
 
 #include <QtTest>
@@ -506,5 +507,5 @@ void TestUpdUtils::makesAFolderAgainUntilItIsThere()
     QVERIFY(project.exists(u"a/b"_s));
 }
 
-QTEST_GUILESS_MAIN(TestUpdUtils)
+VANTREL_TEST(QCoreApplication, TestUpdUtils)
 #include "tst_updutils.moc"

@@ -2,6 +2,7 @@
 // and keeping an object whose shape cannot be used.
 #include "Converter.h"
 #include "Recorders.h"
+#include "TestSuite.h"
 
 #include <QBuffer>
 #include <QtTest>
@@ -721,5 +722,5 @@ void TestObjects::leavesAllElseInTheRecord()
     QCOMPARE(toText(object), toText(before));
 }
 
-QTEST_GUILESS_MAIN(TestObjects)
+VANTREL_TEST(QCoreApplication, TestObjects)
 #include "tst_objects.moc"

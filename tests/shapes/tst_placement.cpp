@@ -1,5 +1,6 @@
 // Moving a shape's lines to the place of the object that they replace.
 #include "Converter.h"
+#include "TestSuite.h"
 
 #include <QtTest>
 
@@ -265,5 +266,5 @@ void TestPlacement::placesThenRebases()
                                  u"IX1;p101.level;;;135;125"_s}));
 }
 
-QTEST_GUILESS_MAIN(TestPlacement)
+VANTREL_TEST(QCoreApplication, TestPlacement)
 #include "tst_placement.moc"

@@ -1,5 +1,6 @@
 // Fields of a record line: cutting, counting, numbers, joining and the small rewrites.
 #include "RecordFields.h"
+#include "TestSuite.h"
 #include "TextBuffer.h"
 
 #include <QtTest>
@@ -306,5 +307,5 @@ void TestRecordFields::shiftsTheNumbersOfAReferenceLine()
     QCOMPARE(fields.join(u';'), output);
 }
 
-QTEST_APPLESS_MAIN(TestRecordFields)
+VANTREL_TEST(TestSuite::NoApplication, TestRecordFields)
 #include "tst_recordfields.moc"

@@ -1,6 +1,7 @@
 // Putting a copy of a file into the place of another one.
 #include "SafeCopy.h"
 #include "TestProject.h"
+#include "TestSuite.h"
 
 #include <QTest>
 
@@ -48,5 +49,5 @@ void TestSafeCopy::makesNothingOfWhatCannotBeCopied()
     QCOMPARE(project.files(u"scr"_s), QStringList{u"to.psc"_s});
 }
 
-QTEST_GUILESS_MAIN(TestSafeCopy)
+VANTREL_TEST(QCoreApplication, TestSafeCopy)
 #include "tst_safecopy.moc"

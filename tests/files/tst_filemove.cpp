@@ -3,6 +3,7 @@
 
 #include "FileComparison.h"
 #include "TestProject.h"
+#include "TestSuite.h"
 #include "updUtils.h"
 
 #include <QFile>
@@ -145,5 +146,5 @@ void TestFileMove::copiesInstead()
     QVERIFY(!QFileInfo(project.path(u"scr_bak/a.psc"_s)).isSymLink());
 }
 
-QTEST_GUILESS_MAIN(TestFileMove)
+VANTREL_TEST(QCoreApplication, TestFileMove)
 #include "tst_filemove.moc"

@@ -1,6 +1,7 @@
 // The record grammar as the checks and the rewriting apply it, row by row.
 #include "Converter.h"
 #include "RecordGrammar.h"
+#include "TestSuite.h"
 
 #include <QtTest>
 
@@ -513,5 +514,5 @@ void TestRecordGrammar::keepsTheNumberAndOrderOfLines()
                                  u"IX1;p.:;System:;p.:;1;2"_s}));
 }
 
-QTEST_GUILESS_MAIN(TestRecordGrammar)
+VANTREL_TEST(QCoreApplication, TestRecordGrammar)
 #include "tst_recordgrammar.moc"

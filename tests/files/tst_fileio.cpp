@@ -1,7 +1,9 @@
 // Reading and writing whole files, and what is said where that fails.
 #include "FileIo.h"
 
+#include "Limits.h"
 #include "TestProject.h"
+#include "TestSuite.h"
 
 #include <QDir>
 #include <QFile>
@@ -236,5 +238,5 @@ void TestFileIo::tellsFailuresOfTheDisk()
     QCOMPARE(isFailureOfDisk(error), isOfDisk);
 }
 
-QTEST_GUILESS_MAIN(TestFileIo)
+VANTREL_TEST(QCoreApplication, TestFileIo)
 #include "tst_fileio.moc"

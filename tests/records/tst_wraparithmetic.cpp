@@ -1,4 +1,5 @@
 // Arithmetic on coordinates at and beyond the ends of their range.
+#include "TestSuite.h"
 #include "WrapArithmetic.h"
 
 #include <QtTest>
@@ -140,5 +141,5 @@ void TestWrapArithmetic::keepsAreasBeyondThirtyTwoBits()
     QTEST(Wrap::area(rect), "area");
 }
 
-QTEST_APPLESS_MAIN(TestWrapArithmetic)
+VANTREL_TEST(TestSuite::NoApplication, TestWrapArithmetic)
 #include "tst_wraparithmetic.moc"

@@ -1,6 +1,7 @@
 // The file that says how far a run came.
 #include "StageFile.h"
 #include "TestProject.h"
+#include "TestSuite.h"
 
 #include <QFile>
 #include <QTest>
@@ -245,5 +246,5 @@ void TestStageFile::isNotMissedWhereItCannotBeMade()
     QVERIFY(file.remove());
 }
 
-QTEST_GUILESS_MAIN(TestStageFile)
+VANTREL_TEST(QCoreApplication, TestStageFile)
 #include "tst_stagefile.moc"

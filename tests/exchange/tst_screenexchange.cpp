@@ -2,6 +2,7 @@
 #include "ScreenExchange.h"
 #include "StageFile.h"
 #include "TestProject.h"
+#include "TestSuite.h"
 
 #include <QtTest>
 
@@ -36,5 +37,5 @@ void TestScreenExchange::tellsWhichScreensHaveNoBackup()
     QCOMPARE(record->state.unsaved, screens);
 }
 
-QTEST_GUILESS_MAIN(TestScreenExchange)
+VANTREL_TEST(QCoreApplication, TestScreenExchange)
 #include "tst_screenexchange.moc"

@@ -2,6 +2,7 @@
 #include "Converter.h"
 #include "Recorders.h"
 #include "TestProject.h"
+#include "TestSuite.h"
 #include "updUtils.h"
 
 #include <QtTest>
@@ -461,5 +462,5 @@ void TestShapeReader::findsWhatAListingDoesNotTell()
     QTEST(isFound(project, fileName), "isThere");
 }
 
-QTEST_GUILESS_MAIN(TestShapeReader)
+VANTREL_TEST(QCoreApplication, TestShapeReader)
 #include "tst_shapereader.moc"

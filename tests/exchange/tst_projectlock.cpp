@@ -1,6 +1,7 @@
 // Keeping a second run away from a project.
 #include "ProjectLock.h"
 #include "TestProject.h"
+#include "TestSuite.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -81,8 +82,8 @@ void TestProjectLock::namesItsHolder()
     const ProjectLock second(project.dir());
     QVERIFY(second.isHeldByOther());
     QCOMPARE(second.holder(),
-             u"tst_projectlock, process %1 on %2"_s.arg(QString::number(QCoreApplication::applicationPid()),
-                                                        QSysInfo::machineHostName()));
+             u"tests_exchange, process %1 on %2"_s.arg(QString::number(QCoreApplication::applicationPid()),
+                                                       QSysInfo::machineHostName()));
     QCOMPARE(project.files(u""_s), QStringList{lockFile});
 }
 
@@ -197,5 +198,5 @@ void TestProjectLock::isNotMissedWhereItCannotBeMade()
     QVERIFY(!project.exists(lockFile));
 }
 
-QTEST_GUILESS_MAIN(TestProjectLock)
+VANTREL_TEST(QCoreApplication, TestProjectLock)
 #include "tst_projectlock.moc"

@@ -2,6 +2,7 @@
 #include "Converter.h"
 #include "Recorders.h"
 #include "TestProject.h"
+#include "TestSuite.h"
 
 #include <QtTest>
 
@@ -265,5 +266,5 @@ void TestImageReader::reportsAClearedRecord()
              "at -99999 -99999 | Could not open Image File"_s);
 }
 
-QTEST_GUILESS_MAIN(TestImageReader)
+VANTREL_TEST(QCoreApplication, TestImageReader)
 #include "tst_imagereader.moc"

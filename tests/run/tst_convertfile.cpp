@@ -1,8 +1,10 @@
 // Conversion of one image file, driven by runs over small projects.
+#include "ChangeLog.h"
 #include "Converter.h"
 #include "Golden.h"
 #include "Recorders.h"
 #include "TestProject.h"
+#include "TestSuite.h"
 
 #include <QtTest>
 
@@ -453,5 +455,5 @@ void TestConvertFile::writesEveryByteOfUntouchedLines()
     QCOMPARE(project.read(u"scr/a.psc"_s), every + replacement("OBJ:new", 1) + every + plainObject + every);
 }
 
-QTEST_GUILESS_MAIN(TestConvertFile)
+VANTREL_TEST(QCoreApplication, TestConvertFile)
 #include "tst_convertfile.moc"

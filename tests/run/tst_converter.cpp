@@ -4,6 +4,7 @@
 #include "Recorders.h"
 #include "StageFile.h"
 #include "TestProject.h"
+#include "TestSuite.h"
 
 #include <QMetaMethod>
 #include <QtTest>
@@ -976,5 +977,5 @@ void TestConverter::convertsFoldersInTheirOrder()
     QCOMPARE(project.files(u"scr_bak"_s), (QStringList{u"area/b.psc"_s, u"z.psc"_s}));
 }
 
-QTEST_GUILESS_MAIN(TestConverter)
+VANTREL_TEST(QCoreApplication, TestConverter)
 #include "tst_converter.moc"
