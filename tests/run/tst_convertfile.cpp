@@ -5,6 +5,7 @@
 #include "Recorders.h"
 #include "TestProject.h"
 #include "TestSuite.h"
+#include "updUtils.h"
 
 #include <QtTest>
 
@@ -76,6 +77,9 @@ private Q_SLOTS:
     void reportsAnUnreadableFile();
     void reportsATempFileThatCannotBeOpened_data();
     void reportsATempFileThatCannotBeOpened();
+    void makesATempFolderAgainThatHasGone_data();
+    void makesATempFolderAgainThatHasGone();
+    void leavesTheTempFolderOfTheFileItStopsAt();
     void overwritesATempFileThatIsThere();
     void goesOnAfterAShapeThatFailsItsCheck();
     void namesTheSameLineWheneverAShapeFails();
@@ -245,6 +249,71 @@ void TestConvertFile::reportsATempFileThatCannotBeOpened()
     QCOMPARE(outcome.log.entries.value(0), "error: "_L1 + error);
     QVERIFY2(outcome.log.namesSource(0, u"tools/Vantrel/Converter"_s, 1575),
              qUtf8Printable(outcome.log.lines.value(0)));
+}
+
+void TestConvertFile::makesATempFolderAgainThatHasGone_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QString>("removedAt");
+    QTest::addColumn<FolderCreation>("creation");
+    QTest::addColumn<QStringList>("converted");
+
+    const QByteArray object = candidate("pump.plb", 1);
+    constexpr auto oneLevel = FolderCreation::OneLevel;
+    constexpr auto withParents = FolderCreation::WithParents;
+    const QStringList below{u"sub/x.psc"_s, u"sub/y.psc"_s};
+    const QStringList behindFirst = QStringList{u"b.psc"_s, u"c.psc"_s} + below;
+    QTest::newRow("before a file with candidates") << object << u"b.psc"_s << oneLevel << behindFirst;
+    QTest::newRow("before a file that is copied") << plainObject << u"b.psc"_s << oneLevel << behindFirst;
+    // A broken file is not written, but the folders below need the one that it would lie in.
+    QTest::newRow("before a broken file")
+        << object << u"broken.psc"_s << oneLevel << QStringList{u"c.psc"_s} + below;
+    QTest::newRow("before a broken file, the last above") << object << u"s.psc"_s << oneLevel << below;
+    QTest::newRow("before the first file below") << object << u"sub/x.psc"_s << withParents << below;
+    QTest::newRow("before another file below")
+        << object << u"sub/y.psc"_s << withParents << QStringList{u"sub/y.psc"_s};
+    QTest::newRow("below a parent that is missing too")
+        << object << u"sub/y.psc"_s << oneLevel << QStringList();
+}
+
+void TestConvertFile::makesATempFolderAgainThatHasGone()
+{
+    QFETCH(const QByteArray, bytes);
+    QFETCH(const QString, removedAt);
+    QFETCH(const FolderCreation, creation);
+    const TestProject project;
+    for (const QString &file : {u"a.psc"_s, u"b.psc"_s, u"c.psc"_s, u"sub/x.psc"_s, u"sub/y.psc"_s})
+        project.write("scr/"_L1 + file, bytes);
+    for (const QString &broken : {u"broken.psc"_s, u"s.psc"_s})
+        project.write("scr/"_L1 + broken, "ID;1\n"_ba);
+    Converter converter(project.dir());
+    converter.setMakeFolders(creation == FolderCreation::WithParents);
+    connect(&converter, &Converter::sigUpdFileName, this, [&](const QString &path) {
+        if (path.endsWith(removedAt))
+            project.remove(u"scr_temp"_s);
+    });
+    converter.convert();
+
+    // Files of a folder below alone cannot be brought back one level at a time.
+    QTEST(project.files(u"scr"_s) + project.files(u"scr_temp"_s), "converted");
+}
+
+void TestConvertFile::leavesTheTempFolderOfTheFileItStopsAt()
+{
+    const TestProject project;
+    project.write(u"mac/pump.plb"_s, shapeNamed("OBJ:new"));
+    project.write(u"scr/a.psc"_s, candidate("pump.plb", 1));
+    project.write(u"scr/b.psc"_s, plainObject);
+    Converter converter(project.dir());
+    converter.setFilterNames({u"pump.plb"_s});
+    // The first temp file is open then.
+    connect(&converter, &Converter::sigConvertInfo, this, [&] {
+        project.remove(u"scr_temp"_s);
+        converter.onStopConvert();
+    });
+    converter.convert();
+    QVERIFY(project.exists(u"scr_temp"_s));
+    QCOMPARE(project.files(u"scr_temp"_s), QStringList());
 }
 
 void TestConvertFile::overwritesATempFileThatIsThere()

@@ -181,3 +181,11 @@ void FolderMaker::make(const QString &path)
     if (!m_present.contains(path) && updUtils::makeFolder(path, m_creation))
         m_present.insert(path);
 }
+
+bool FolderMaker::makeAgain(const QString &path)
+{
+    if (!m_present.remove(path))
+        return false;
+    make(path);
+    return true;
+}

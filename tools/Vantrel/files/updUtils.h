@@ -63,6 +63,9 @@ public:
     }
 
     void make(const QString &path);
+    /// Looks anew for a folder that was there, and makes it where it has gone since. Returns
+    /// whether it was there; one that never was is left to the next make().
+    bool makeAgain(const QString &path);
 
 private:
     FolderCreation m_creation;

@@ -41,6 +41,7 @@ struct Converter::Run
     QString projectDir;
     QSet<QString> filterNames;
     FolderCreation folderCreation = FolderCreation::OneLevel;
+    FolderMaker tempFolders{folderCreation};
     std::shared_ptr<ShapeLibrary> library;
     QHash<QString, ShapeFile> shapes; ///< by name
     QStringList failedShapeFiles;
@@ -75,6 +76,22 @@ void logMessage(LogLevel level, const QString &message, int line)
 QString inTempFolder(QString path)
 {
     return path.replace("/scr"_L1, "/scr_temp"_L1, Qt::CaseSensitive);
+}
+
+QString tempFolderOf(const QFileInfo &imageFile)
+{
+    return inTempFolder(imageFile.absolutePath());
+}
+
+/// Opens the temp file of an image file; once more where its folder was there and has gone since.
+template <typename Open>
+FileWriter openTempFile(Open open, const QString &imageFile, FolderMaker &folders)
+{
+    FileWriter file = open();
+    const bool isWithoutFolder = !file.isOpen() && file.error() == ENOENT;
+    if (isWithoutFolder && folders.makeAgain(tempFolderOf(QFileInfo(imageFile))))
+        return open();
+    return file;
 }
 
 void appendLines(const FileLines &lines, const STBlock &range, TextBuffer<char> &out)
@@ -289,10 +306,12 @@ bool Converter::beginRun()
 {
     {
         const QMutexLocker lock(&m_mutex);
+        const auto creation = m_makeFolders ? FolderCreation::WithParents : FolderCreation::OneLevel;
         m_run = std::make_unique<Run>(Run{
             .projectDir = m_projectDir,
             .filterNames = m_filterNames,
-            .folderCreation = m_makeFolders ? FolderCreation::WithParents : FolderCreation::OneLevel,
+            .folderCreation = creation,
+            .tempFolders = FolderMaker(creation),
             .library = std::make_shared<ShapeLibrary>(m_projectDir),
             .shapes = {},
             .failedShapeFiles = {},
@@ -340,13 +359,14 @@ void Converter::reportHiddenFiles(const FoundImageFiles &found)
 bool Converter::convertImageFiles(const QList<QFileInfo> &imageFiles)
 {
     const auto count = static_cast<int>(imageFiles.size());
-    FolderMaker folders(m_run->folderCreation);
     for (int index = 0; index < count; ++index) {
         const QFileInfo &imageFile = imageFiles.at(index);
         // Before the flag is looked at: a stopped run leaves the folder of the file it stopped at.
-        folders.make(inTempFolder(imageFile.absolutePath()));
-        if (stopRequested)
+        m_run->tempFolders.make(tempFolderOf(imageFile));
+        if (stopRequested) {
+            m_run->tempFolders.makeAgain(tempFolderOf(imageFile));
             return false;
+        }
 
         const QString path = imageFile.filePath();
         Q_EMIT sigProgressChanged(count, index);
@@ -375,6 +395,8 @@ void Converter::convertImageFile(const QString &imageFile, const QString &tempFi
 {
     ImageFile image = readImage(imageFile);
     if (image.state != ImageFile::State::Whole) {
+        // Opening a temp file would show whether its folder is still there.
+        m_run->tempFolders.makeAgain(tempFolderOf(QFileInfo(imageFile)));
         reportImageFileError(imageFile, image.errorText);
         return;
     }
@@ -390,7 +412,8 @@ void Converter::convertImageFile(const QString &imageFile, const QString &tempFi
 /// Where its folder is missing, or a file lies there already, nothing is written.
 void Converter::copyUnchanged(const ImageFile &image, const QString &tempFile)
 {
-    FileWriter file = FileWriter::creating(tempFile, image.mode);
+    FileWriter file = openTempFile([&] { return FileWriter::creating(tempFile, image.mode); }, image.path,
+                                   m_run->tempFolders);
     const bool isSkipped = !file.isOpen() && (file.error() == ENOENT || file.error() == EEXIST);
     const bool isWritten = file.isOpen() && file.write(image.bytes.constData(), image.bytes.size());
     if (!isSkipped && !isWritten)
@@ -399,7 +422,8 @@ void Converter::copyUnchanged(const ImageFile &image, const QString &tempFile)
 
 void Converter::writeConverted(ImageFile &image, const QString &tempFile)
 {
-    FileWriter file = FileWriter::overwriting(tempFile);
+    FileWriter file =
+        openTempFile([&] { return FileWriter::overwriting(tempFile); }, image.path, m_run->tempFolders);
     if (!file.isOpen()) {
         reportTempFileError(image.path, u"Could not open Temp File %1"_s.arg(tempFile), 0);
         if (isFailureOfDisk(file.error()))
