@@ -152,7 +152,7 @@ BITMAPS = _table(
     "BitmapFolders.cpp",
     ('lowerPath.indexOf("/bmp"_L1) <= 0', 'lowerPath.indexOf("/bmp"_L1) < -1'),
     ("const QString lowerPath = path.toLower();", "const QString lowerPath = path;"),
-    ("entry.kind != EntryKind::Link)", "true)"),
+    ("constEnd() && isIn(*listed))", "constEnd())"),
     ("const bool isHidden = entry.name.startsWith('.');", "const bool isHidden = false;"),
 )
 

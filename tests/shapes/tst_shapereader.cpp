@@ -1,4 +1,5 @@
 // Reading a shape file, parsing its lines into a record, and looking for its icon bitmaps.
+#include "BitmapFolders.h"
 #include "Converter.h"
 #include "Recorders.h"
 #include "TestProject.h"
@@ -58,6 +59,8 @@ private Q_SLOTS:
     void findsNoBitmapBelowAnUpperCaseProject();
     void findsBitmapsAnywhereBelowAFolderThatCounts();
     void neverClearsTheFoundFlag();
+    void findsNoBitmapThatCannotBeReached();
+    void findsNoBitmapThatHasGoneSinceItWasListed();
     void looksForBitmapsThroughLinksOnceOnly();
     void looksIntoEachFolderOnceHoweverManyLinksLeadThere();
     void findsWhatAListingDoesNotTell_data();
@@ -406,6 +409,37 @@ void TestShapeReader::neverClearsTheFoundFlag()
     bool found = true;
     updUtils::findFileInBmpFolders(project.dir(), u"a.bmp"_s, found);
     QVERIFY(found);
+}
+
+void TestShapeReader::findsNoBitmapThatCannotBeReached()
+{
+    const TestProject project;
+    project.write(u"bmp/a.bmp"_s, QByteArray());
+    project.write(u"bmp/open/b.bmp"_s, QByteArray());
+    project.write(u"bmp32/b.bmp"_s, QByteArray());
+    // Its names may be read, but nothing in it may be looked at.
+    QFile::setPermissions(project.path(u"bmp"_s), QFile::Permissions::fromInt(0x4444));
+    for (const QString &folder : {u""_s, u"bmp32"_s})
+        QFile::setPermissions(project.path(folder), QFile::Permissions::fromInt(0x7777));
+    const OrdinaryUser user;
+    QVERIFY(!isFound(project, u"a.bmp"_s));
+    // One of this name is in another folder.
+    QVERIFY(isFound(project, u"b.bmp"_s));
+}
+
+void TestShapeReader::findsNoBitmapThatHasGoneSinceItWasListed()
+{
+    const TestProject project;
+    project.write(u"bmp/a.bmp"_s, QByteArray());
+    project.link(u"a.bmp"_s, u"bmp/link.bmp"_s);
+    project.link(u"nowhere"_s, u"bmp/dangling.bmp"_s);
+    const BitmapFolders folders(project.dir());
+    QVERIFY(folders.contains(u"a.bmp"_s));
+    QVERIFY(folders.contains(u"link.bmp"_s));
+    QVERIFY(!folders.contains(u"dangling.bmp"_s));
+    project.remove(u"bmp/a.bmp"_s);
+    QVERIFY(!folders.contains(u"a.bmp"_s));
+    QVERIFY(!folders.contains(u"link.bmp"_s));
 }
 
 void TestShapeReader::looksForBitmapsThroughLinksOnceOnly()

@@ -12,6 +12,7 @@
 #include <system_error>
 
 #include <sys/fsuid.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -55,6 +56,15 @@ void require(bool done, const char *what, const QString &path)
 {
     if (!done)
         qFatal("cannot %s %s", what, qUtf8Printable(path));
+}
+
+/// The system opens files for the one user that is set here, and tells for the other what may be
+/// opened. Only this thread changes: the library's own setresuid() would take all of them along.
+void become(unsigned user)
+{
+    constexpr unsigned unchanged = 0xffffffff;
+    ::syscall(SYS_setresuid, user, unchanged, unchanged);
+    ::setfsuid(user);
 }
 
 } // namespace
@@ -153,10 +163,10 @@ OrdinaryUser::OrdinaryUser()
 {
     constexpr unsigned nobody = 65534;
     if (m_user == 0)
-        ::setfsuid(nobody);
+        become(nobody);
 }
 
 OrdinaryUser::~OrdinaryUser()
 {
-    ::setfsuid(m_user);
+    become(m_user);
 }

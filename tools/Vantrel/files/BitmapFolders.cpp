@@ -26,20 +26,22 @@ BitmapFolders::BitmapFolders(const QString &folder)
 
 bool BitmapFolders::contains(const QString &fileName) const
 {
+    const auto isIn = [&](const QString &folder) { return QFile::exists(folder + u'/' + fileName); };
+    // Where a name was listed, a file may be out of reach, a link lead nowhere, or nothing lie any more.
+    const auto listed = m_folderOfName.constFind(QFile::encodeName(fileName));
+    if (listed != m_folderOfName.constEnd() && isIn(*listed))
+        return true;
     // A listing cannot tell of names with folders in them, nor of folders that may be searched but
     // not listed, nor how the file system compares names.
-    return m_names.contains(QFile::encodeName(fileName)) ||
-           std::any_of(m_folders.cbegin(), m_folders.cend(),
-                       [&](const QString &folder) { return QFile::exists(folder + u'/' + fileName); });
+    return std::any_of(m_folders.cbegin(), m_folders.cend(), isIn);
 }
 
 void BitmapFolders::enter(const QString &folder, Purpose purpose)
 {
     const FolderListing listing = listOnce(folder);
     for (const FolderEntry &entry : listing.entries) {
-        // Links may lead nowhere.
-        if (purpose == Purpose::Bitmaps && entry.kind != EntryKind::Link)
-            m_names.insert(entry.name);
+        if (purpose == Purpose::Bitmaps && !m_folderOfName.contains(entry.name))
+            m_folderOfName.insert(entry.name, folder);
         const QString path = joinedPath(folder, QFile::decodeName(entry.name));
         const QString lowerPath = path.toLower();
         const bool isHidden = entry.name.startsWith('.');

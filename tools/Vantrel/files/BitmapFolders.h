@@ -4,7 +4,7 @@
 #include "FolderListing.h"
 
 #include <QByteArray>
-#include <QSet>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -13,14 +13,15 @@
 
 #include <sys/types.h>
 
-/// The folders below a folder whose path contains "/bmp", and what they held when they were listed.
+/// The folders below a folder whose path contains "/bmp", as they were when this object was made.
 /// By convention all folder names are in lower case: others are looked for in lower case too.
 class BitmapFolders final
 {
 public:
     explicit BitmapFolders(const QString &folder);
 
-    /// Whether one of the folders holds this file now; its name keeps its case.
+    /// Whether one of these folders holds this file; its name keeps its case. The file system has
+    /// the last word, so a file that has come or gone since counts as such.
     bool contains(const QString &fileName) const;
 
 private:
@@ -31,6 +32,6 @@ private:
     FolderListing listOnce(const QString &folder);
 
     QStringList m_folders;
-    QSet<QByteArray> m_names; ///< of the files in them
+    QHash<QByteArray, QString> m_folderOfName; ///< where an entry of this name was listed first
     std::set<Place> m_listed;
 };
