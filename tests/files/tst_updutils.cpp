@@ -77,6 +77,8 @@ private Q_SLOTS:
     void leavesASourceWithANameThatIsNotText();
     void countsNothingToMoveAsMoved_data();
     void countsNothingToMoveAsMoved();
+    void movesBetweenPathsOfAnyForm_data();
+    void movesBetweenPathsOfAnyForm();
     void copiesEveryByte();
     void makesFolders();
     void makesAFolderAgainUntilItIsThere();
@@ -467,6 +469,37 @@ void TestUpdUtils::countsNothingToMoveAsMoved()
     QVERIFY(updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir()));
     QVERIFY(!project.exists(u"scr"_s));
     QVERIFY(!project.exists(u"scr_bak"_s));
+}
+
+void TestUpdUtils::movesBetweenPathsOfAnyForm_data()
+{
+    QTest::addColumn<QString>("from");
+    QTest::addColumn<QString>("to");
+    QTest::addColumn<QStringList>("files");
+    const QStringList below{u"there/a.psc"_s, u"there/sub/b.psc"_s};
+    QTest::newRow("relative") << u"here"_s << u"there"_s << below;
+    QTest::newRow("with a separator at the end") << u"here/"_s << u"there/"_s << below;
+    QTest::newRow("with two separators") << u"here//"_s << u"there/"_s << below;
+    QTest::newRow("to where the program was started")
+        << u"here/"_s << u""_s << QStringList{u"a.psc"_s, u"sub/b.psc"_s};
+}
+
+void TestUpdUtils::movesBetweenPathsOfAnyForm()
+{
+    QFETCH(const QString, from);
+    QFETCH(const QString, to);
+    const TestProject project;
+    project.write(u"here/a.psc"_s, "a"_ba);
+    project.write(u"here/sub/b.psc"_s, "b"_ba);
+    // Not every form names the folders as they are mapped.
+    project.makeFolder(u"there/sub"_s);
+    project.makeFolder(u"sub"_s);
+    const QString startFolder = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(project.dir()));
+    const bool isMoved = updUtils::moveImageFiles(from, to, QString());
+    QVERIFY(QDir::setCurrent(startFolder));
+    QVERIFY(isMoved);
+    QTEST(project.files(u""_s), "files");
 }
 
 void TestUpdUtils::copiesEveryByte()

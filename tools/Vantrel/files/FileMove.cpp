@@ -83,6 +83,12 @@ QList<FolderMove> byFolder(const QList<FileMove> &moves)
     return folders;
 }
 
+/// Whether the folders of a file's two places are told by its paths, the first one below `root`.
+bool namesFolders(const FileMove &move, const QString &root)
+{
+    return move.from.startsWith(root + u'/') && move.to.contains(u'/');
+}
+
 /// Whether a file can still be reached by its path, which renaming in an open folder does not need.
 bool isShortEnough(const QByteArray &folder, const QByteArray &name)
 {
@@ -142,8 +148,10 @@ void renameBack(const FolderMove &move, qsizetype count)
 
 bool renameAll(const QList<FileMove> &moves, const QString &root)
 {
+    const auto isPlain = [&root](const FileMove &move) { return namesFolders(move, root); };
     // What a link leads to stays there.
-    if (QFileInfo(root).isSymLink() || (!moves.isEmpty() && !canBeRemoved(root)))
+    if (!std::all_of(moves.cbegin(), moves.cend(), isPlain) || QFileInfo(root).isSymLink() ||
+        (!moves.isEmpty() && !canBeRemoved(root)))
         return false;
     const QString canonicalRoot = QFileInfo(root).canonicalFilePath();
     const auto isReachedWithoutLinks = [&](const QString &folder) {

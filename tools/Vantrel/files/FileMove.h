@@ -12,7 +12,7 @@ struct FileMove
 
 /// Renames all of these files, or leaves all where they are and returns false. Touches nothing
 /// unless a copy of each would be sure to arrive and `root` to be removed afterwards: every file
-/// is a readable regular file of one name that lies below `root` without links on the way, on
-/// the file system of its target's folder; no target exists; no folder of `root` is protected.
-/// Each file lies whole in one of its two places at any instant.
+/// is a readable regular file of one name that lies, as its path says, below `root` without links on the way,
+/// on the file system of its target's folder; no target exists; no folder of `root` is protected. Each file
+/// lies whole in one of its two places at any instant.
 bool renameAll(const QList<FileMove> &moves, const QString &root);
