@@ -12,10 +12,29 @@
 
 #include <cerrno>
 
+#include <dlfcn.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// How often the file that is written next takes nothing, and says so without an error.
+int refusedWrites = 0;
+
+} // namespace
+
+/// Stands before the system's own.
+extern "C" ssize_t write(int file, const void *bytes, std::size_t size)
+{
+    if (refusedWrites > 0) {
+        --refusedWrites;
+        return 0;
+    }
+    return reinterpret_cast<ssize_t (*)(int, const void *, std::size_t)>(dlsym(RTLD_NEXT, "write"))(
+        file, bytes, size);
+}
 
 namespace {
 
@@ -55,6 +74,7 @@ private Q_SLOTS:
     void tellsWhyItCannotCopy();
     void leavesNothingThatIsNotWritten();
     void removesWhatCannotBeClosed();
+    void failsWhereNothingIsTaken();
     void emptiesWhatItOverwrites();
     void tellsWhatMayExist_data();
     void tellsWhatMayExist();
@@ -169,6 +189,21 @@ void TestFileIo::removesWhatCannotBeClosed()
     QCOMPARE(close(descriptorOf(project.path(u"file"_s))), 0);
     QVERIFY(!file.finish());
     QCOMPARE(file.error(), EBADF);
+    QVERIFY(!project.exists(u"file"_s));
+}
+
+void TestFileIo::failsWhereNothingIsTaken()
+{
+    const TestProject project;
+    constexpr unsigned mode = 0644;
+    FileWriter file = FileWriter::creating(project.path(u"file"_s), mode);
+    QVERIFY(file.append("some", 4));
+    refusedWrites = 10;
+    const bool isTaken = file.append("text", 4);
+    refusedWrites = 0;
+    QVERIFY(!isTaken);
+    QCOMPARE(file.error(), EIO);
+    QVERIFY(!file.isOpen());
     QVERIFY(!project.exists(u"file"_s));
 }
 

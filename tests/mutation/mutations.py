@@ -192,6 +192,7 @@ FILE_IO = _table(
     ("    if (m_isThere)\n        ::unlink(m_path.constData());\n    return false;", "    return false;"),
     ("    close();\n    if (m_isThere)\n        ::unlink(m_path.constData());\n", "    close();\n"),
     ("O_CREAT | O_EXCL, mode", "O_CREAT, mode"),
+    ("if (count <= 0) {", "if (count < 0) {"),
     ("file.isOpen() && !file.setMode(mode)) {", "false) {"),
 )
 

@@ -222,8 +222,9 @@ bool FileWriter::append(const char *bytes, qsizetype size)
     while (size > 0) {
         const ssize_t count =
             uninterrupted([&] { return ::write(m_descriptor, bytes, static_cast<std::size_t>(size)); });
-        if (count < 0) {
-            discard(errno);
+        if (count <= 0) {
+            // Nothing that is taken without an error would be offered for ever.
+            discard(count < 0 ? errno : EIO);
             return false;
         }
         bytes += count;
