@@ -70,8 +70,10 @@ CUTTER = _table(
     ("!fieldAt(before, RecordGrammar::Library::shapeFile).isEmpty()", "true"),
     ("gathering.partsOf[*candidate].append(index);", "gathering.partsOf[*candidate].prepend(index);"),
     ("} else if (object.replace) {", "} else {"),
-    ("takeLines(object.firstLine, object.lastLine - 1);", "takeLines(object.firstLine, object.lastLine - 2);"),
-    ("if (object.firstLine <= object.lastLine)\n", "if (object.firstLine < object.lastLine)\n"),
+    ("takeLines({own.first, own.last - 1});", "takeLines({own.first, own.last - 2});"),
+    ("if (own.first <= own.last)\n", "if (own.first < own.last)\n"),
+    ("std::clamp(object.firstLine, 0, count);", "std::min(object.firstLine, count);"),
+    ("std::clamp(object.lastLine, first - 1, count - 1)", "std::max(object.lastLine, first - 1)"),
     ("object.firstLine = firstLine;", "object.firstLine = firstLine + 1;"),
 )
 

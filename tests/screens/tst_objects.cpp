@@ -7,6 +7,9 @@
 #include <QBuffer>
 #include <QtTest>
 
+#include <limits>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -96,6 +99,8 @@ private Q_SLOTS:
     void gathersScatteredParts();
     void gathersManyPartsInLinearTime();
     void gathersNothingInAnEmptyFile();
+    void gathersOnlyLinesThatAreThere_data();
+    void gathersOnlyLinesThatAreThere();
 
     void readsTheShapeReference_data();
     void readsTheShapeReference();
@@ -452,6 +457,50 @@ void TestObjects::gathersNothingInAnEmptyFile()
     converter.readShapeReferences(lines, records);
     QCOMPARE(lines, QStringList());
     QVERIFY(records.isEmpty());
+}
+
+void TestObjects::gathersOnlyLinesThatAreThere_data()
+{
+    constexpr int least = std::numeric_limits<int>::min();
+    constexpr int greatest = std::numeric_limits<int>::max();
+    using Ranges = QList<std::pair<int, int>>;
+    QTest::addColumn<Ranges>("ranges");
+    QTest::addColumn<QString>("gathered");
+    QTest::addColumn<QStringList>("objects");
+
+    const QStringList all{u"0-4 level 1 candidate"_s};
+    QTest::newRow("a candidate from before the first line") << Ranges{{-3, 1}, {2, 4}} << u"acdeb"_s << all;
+    QTest::newRow("a part from before the first line") << Ranges{{3, 4}, {least, 2}} << u"dabce"_s << all;
+    QTest::newRow("a part to behind the last line") << Ranges{{0, 2}, {3, greatest}} << u"abdec"_s << all;
+    // Its last line is the last one that is there.
+    QTest::newRow("a candidate to behind the last line")
+        << Ranges{{2, greatest}, {0, 1}} << u"cdabe"_s << all;
+    QTest::newRow("a candidate behind the last line")
+        << Ranges{{5, 9}, {0, 1}} << u"ab"_s << QStringList{u"0-1 level 1 candidate"_s};
+    QTest::newRow("a candidate before the first line")
+        << Ranges{{least, least}, {0, 1}} << u"ab"_s << QStringList{u"0-1 level 1 candidate"_s};
+    QTest::newRow("ranges turned round")
+        << Ranges{{4, 0}, {3, 1}} << u""_s << QStringList{u"0--1 level 1 candidate"_s};
+}
+
+void TestObjects::gathersOnlyLinesThatAreThere()
+{
+    using Ranges = QList<std::pair<int, int>>;
+    QFETCH(const Ranges, ranges);
+    QStringList lines{u"a"_s, u"b"_s, u"c"_s, u"d"_s, u"e"_s};
+    QList<Converter::STBlock> records;
+    for (const auto &[first, last] : ranges) {
+        Converter::STBlock record;
+        record.firstLine = first;
+        record.lastLine = last;
+        record.extraNumber = 1;
+        record.replace = records.isEmpty();
+        records.append(record);
+    }
+    Converter converter{QString()};
+    converter.gatherScatteredParts(lines, records);
+    QTEST(lines.join(QString()), "gathered");
+    QTEST(toTexts(records), "objects");
 }
 
 void TestObjects::readsTheShapeReference_data()

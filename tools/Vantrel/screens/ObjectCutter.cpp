@@ -6,6 +6,7 @@
 
 #include <QHash>
 
+#include <algorithm>
 #include <vector>
 
 namespace Field = RecordGrammar::Rectangle;
@@ -145,6 +146,20 @@ Gathering findParts(const QList<STBlock> &objects)
     return gathering;
 }
 
+/// The lines of a record, both ends included; `last` is before `first` where there are none.
+struct LineRange
+{
+    int first;
+    int last;
+};
+
+/// A record's lines as far as they are among `count` ones.
+LineRange linesOf(const STBlock &object, int count)
+{
+    const int first = std::clamp(object.firstLine, 0, count);
+    return {first, std::clamp(object.lastLine, first - 1, count - 1)};
+}
+
 QStringList picked(const QStringList &lines, const std::vector<int> &indices)
 {
     QStringList pickedLines;
@@ -171,8 +186,9 @@ void gatherParts(Lines &lines, QList<STBlock> &objects)
     std::vector<int> order;
     order.reserve(static_cast<std::size_t>(lines.size()));
     QList<STBlock> gatheredObjects;
-    const auto takeLines = [&](int first, int last) {
-        for (int index = first; index <= last; ++index)
+    const auto lineCount = static_cast<int>(lines.size());
+    const auto takeLines = [&order](LineRange range) {
+        for (int index = range.first; index <= range.last; ++index)
             order.push_back(index);
     };
 
@@ -182,11 +198,12 @@ void gatherParts(Lines &lines, QList<STBlock> &objects)
         STBlock object = objects.at(index);
         const auto firstLine = static_cast<int>(order.size());
         const QList<qsizetype> parts = gathering.partsOf.value(index);
-        takeLines(object.firstLine, object.lastLine - 1);
+        const LineRange own = linesOf(object, lineCount);
+        takeLines({own.first, own.last - 1});
         for (const qsizetype part : parts)
-            takeLines(objects.at(part).firstLine, objects.at(part).lastLine);
-        if (object.firstLine <= object.lastLine)
-            takeLines(object.lastLine, object.lastLine);
+            takeLines(linesOf(objects.at(part), lineCount));
+        if (own.first <= own.last)
+            takeLines({own.last, own.last});
         object.firstLine = firstLine;
         object.lastLine = static_cast<int>(order.size()) - 1;
         gatheredObjects.append(object);
