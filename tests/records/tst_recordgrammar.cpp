@@ -71,6 +71,7 @@ private Q_SLOTS:
     void rebasesTheseLines_data();
     void rebasesTheseLines();
     void keepsTheNumberAndOrderOfLines();
+    void takesItsPrefixFromTheListThatItChanges();
 };
 
 void TestRecordGrammar::holdsShapeLinesToTheirFields_data()
@@ -512,6 +513,16 @@ void TestRecordGrammar::keepsTheNumberAndOrderOfLines()
     plain.converter.rebaseShapeLines(lines, u""_s, u"p."_s, 0, 0);
     QCOMPARE(lines, (QStringList{u"ITA;p.a"_s, u"IVG;p."_s, u"ITX1;System:a;p.System;p."_s,
                                  u"IX1;p.:;System:;p.:;1;2"_s}));
+}
+
+void TestRecordGrammar::takesItsPrefixFromTheListThatItChanges()
+{
+    PlainConverter plain;
+    QStringList lines{QString::fromLatin1("ITA;a path that is not so short"_ba), u"IVG;a/b"_s, u"IBG;a"_s};
+    const QString prefix = QString::fromLatin1(lines.constFirst().toLatin1());
+    plain.converter.rebaseShapeLines(lines, u"a"_s, lines.constFirst(), 0, 0);
+    QCOMPARE(lines.at(1), "IVG;"_L1 + prefix + "/b"_L1);
+    QCOMPARE(lines.at(2), "IBG;"_L1 + prefix);
 }
 
 VANTREL_TEST(QCoreApplication, TestRecordGrammar)

@@ -93,6 +93,7 @@ private Q_SLOTS:
     void keepsTheTextBehindTheFixedFields_data();
     void keepsTheTextBehindTheFixedFields();
     void startsFromClearedRecords();
+    void takesItsTextsFromTheListThatItFills();
     void cutsAMillionRectanglesInLinearTime();
 
     void gathersScatteredParts_data();
@@ -115,6 +116,7 @@ private Q_SLOTS:
     void keepsAnObjectWhoseShapeCannotBeUsed_data();
     void keepsAnObjectWhoseShapeCannotBeUsed();
     void listsAFailedShapeOnce();
+    void takesItsTextFromTheListThatItFills();
     void logsThenReportsThenWrites();
     void writesNothingForAnEmptyRange();
     void writesLatin1();
@@ -314,6 +316,22 @@ void TestObjects::startsFromClearedRecords()
         QCOMPARE(toText(object.rect3), u"-99999 -99999 0 0"_s);
         QCOMPARE(object.shapeFile + object.initText + object.imageObject + object.error, u""_s);
     }
+}
+
+void TestObjects::takesItsTextsFromTheListThatItFills()
+{
+    Converter converter{QString()};
+    QList<Converter::STBlock> objects = split({id, psdv(0)});
+    const QByteArray path = "/p/scr/b.psc"_ba;
+    objects.first().imageFile = QString::fromLatin1(path);
+    QVERIFY(converter.splitObjects(objects.at(0).imageFile, {id, psdv(0), id, psdv(1)}, objects));
+    QCOMPARE(objects.size(), 3);
+    for (const Converter::STBlock &object : std::as_const(objects))
+        QCOMPARE(object.imageFile.toLatin1(), path);
+
+    objects.last().missingIcons = QStringList{id, psdv(2)};
+    QVERIFY(converter.splitObjects(QString(), objects.constLast().missingIcons, objects));
+    QCOMPARE(toTexts(objects), (QStringList{u"0--1"_s, u"0-1 level 2 candidate"_s}));
 }
 
 void TestObjects::cutsAMillionRectanglesInLinearTime()
@@ -707,6 +725,21 @@ void TestObjects::listsAFailedShapeOnce()
     QCOMPARE(failed, (QStringList{u"b.plb"_s, u"a.plb"_s, u"B.plb"_s}));
     QCOMPARE(recorder.reports.size(), 4);
     QCOMPARE(output.data(), "line\nline\nline\nline\n"_ba);
+}
+
+void TestObjects::takesItsTextFromTheListThatItFills()
+{
+    Converter converter{QString()};
+    const RunRecorder recorder(converter);
+    Converter::STBlock object;
+    QStringList failed{u"an error of many words"_s};
+    failed.squeeze();
+    QBuffer output;
+    QVERIFY(output.open(QIODevice::WriteOnly));
+    const LogRecorder log;
+    converter.reportShapeFileError(output, object, {u"line"_s}, u"a.plb"_s, failed.constFirst(), failed);
+    QCOMPARE(log.entries, QStringList{u"error: an error of many words"_s});
+    QCOMPARE(failed.size(), 2);
 }
 
 void TestObjects::logsThenReportsThenWrites()

@@ -568,8 +568,10 @@ bool Converter::checkShapeLines(const QStringList &lines, QString &errorText)
 
 bool Converter::splitObjects(const QString &imageFile, const QStringList &lines, QList<STBlock> &objects)
 {
-    objects.clear();
-    ObjectCutter(imageFile, lines, objects).cut();
+    // The caller's texts may be those of its old records.
+    QList<STBlock> cutObjects;
+    ObjectCutter(imageFile, lines, cutObjects).cut();
+    objects = std::move(cutObjects);
     return true;
 }
 
@@ -620,15 +622,18 @@ void Converter::placeShapeLines(QStringList &lines, const STBlock &target, const
 void Converter::rebaseShapeLines(QStringList &lines, const QString &fromPrefix, const QString &toPrefix,
                                  int xShift, int yShift)
 {
+    // The prefixes may be two of the lines.
+    const QString from = fromPrefix;
+    const QString to = toPrefix;
     const Fitting<QStringView> fitting{
-        .displacement = {.corner = {}, .centre = {xShift, yShift}}, .extraText = {}, .toPrefix = toPrefix};
+        .displacement = {.corner = {}, .centre = {xShift, yShift}}, .extraText = {}, .toPrefix = to};
     ShapePattern<QStringView> pattern;
     for (QString &line : lines) {
         const auto *const rule = RecordGrammar::ruleFor(line, RecordGrammar::rebaseRules);
         if (rule == nullptr)
             continue;
         pattern.clear();
-        pattern.addRebased(line, *rule, fromPrefix);
+        pattern.addRebased(line, *rule, from);
         fill(pattern, fitting, line);
     }
 }
@@ -654,10 +659,11 @@ void Converter::reportUnusableShape(STBlock &object, const QString &shapeFile, c
     object.status = ReportStatus::Error;
     object.error = errorText;
     object.replace = false;
+    // Before the list grows, of which the text may be a part.
+    QString message = errorText;
     if (!failedShapeFiles.contains(shapeFile))
         failedShapeFiles.append(shapeFile);
 
-    QString message = errorText;
     message.replace("Shape File"_L1, u"Shape File %1"_s.arg(shapeFile), Qt::CaseSensitive);
     logMessage(FileError, message, shapeFileErrorLine);
     Q_EMIT sigConvertInfo(object);
