@@ -11,7 +11,7 @@ namespace {
 
 QStringList cut(const QString &line)
 {
-    const RecordLine fields(line);
+    const LineFields<QStringView> fields(line);
     QStringList texts;
     for (qsizetype index = 0; index < fields.size(); ++index)
         texts += fields.at(index).toString();
@@ -41,8 +41,6 @@ private Q_SLOTS:
     void keepsEveryByteValue();
     void findsFieldsBehindAField();
     void readsFieldsThatAreNotThereAsEmpty();
-    void comparesTagsAsCaseSensitivePrefixes_data();
-    void comparesTagsAsCaseSensitivePrefixes();
     void readsNumbers_data();
     void readsNumbers();
     void writesNumbersInPlainDecimal_data();
@@ -137,38 +135,13 @@ void TestRecordFields::findsFieldsBehindAField()
 void TestRecordFields::readsFieldsThatAreNotThereAsEmpty()
 {
     const QString line = u"IVG;a"_s;
-    const RecordLine fields(line);
+    const LineFields<QStringView> fields(line);
     QCOMPARE(fields.at(2).toString(), u""_s);
     QCOMPARE(fields.at(1000).toString(), u""_s);
     QCOMPARE(fields.number(2), 0);
     QCOMPARE(fieldAt(line, 2).toString(), u""_s);
     QCOMPARE(fieldAt(line, 1000).toString(), u""_s);
     QCOMPARE(fieldAt(QString(), 1).toString(), u""_s);
-}
-
-void TestRecordFields::comparesTagsAsCaseSensitivePrefixes_data()
-{
-    QTest::addColumn<QString>("line");
-    QTest::addColumn<QString>("prefix");
-    QTest::addColumn<bool>("matches");
-
-    QTest::newRow("the tag and more") << u"LIB;a;b"_s << u"LIB"_s << true;
-    QTest::newRow("the tag alone") << u"LIB"_s << u"LIB"_s << true;
-    QTest::newRow("a longer tag") << u"LIBRARY;a"_s << u"LIB"_s << true;
-    QTest::newRow("a shorter line") << u"LI"_s << u"LIB"_s << false;
-    QTest::newRow("other letter case") << u"lib;a"_s << u"LIB"_s << false;
-    QTest::newRow("with its separator") << u"ID;1"_s << u"ID;"_s << true;
-    QTest::newRow("without its separator") << u"ID"_s << u"ID;"_s << false;
-    QTest::newRow("longer, so no separator") << u"IDMS;1"_s << u"ID;"_s << false;
-    QTest::newRow("an empty line") << u""_s << u"ID;"_s << false;
-    QTest::newRow("inside the line") << u" LIB;"_s << u"LIB"_s << false;
-}
-
-void TestRecordFields::comparesTagsAsCaseSensitivePrefixes()
-{
-    QFETCH(const QString, line);
-    QFETCH(const QString, prefix);
-    QTEST(hasTag(line, prefix), "matches");
 }
 
 void TestRecordFields::readsNumbers_data()
@@ -214,7 +187,7 @@ void TestRecordFields::readsNumbers()
     QTEST(toNumber(QLatin1StringView(field.toLatin1())), "number");
 
     const QString line = u"PNT;"_s + field;
-    QTEST(RecordLine(line).number(1), "number");
+    QTEST(LineFields<QStringView>(line).number(1), "number");
 }
 
 void TestRecordFields::writesNumbersInPlainDecimal_data()

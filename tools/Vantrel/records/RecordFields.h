@@ -101,15 +101,6 @@ private:
     QVarLengthArray<View, 40> m_fields;
 };
 
-/// The fields of a string.
-using RecordLine = LineFields<QStringView>;
-
-/// Whether a line is of the kind that `prefix` names. Record tags are case-sensitive prefixes.
-constexpr bool hasTag(QStringView line, QStringView prefix)
-{
-    return line.size() >= prefix.size() && std::equal(prefix.begin(), prefix.end(), line.begin());
-}
-
 /// How often a character stands in a text.
 template <RecordView View>
 qsizetype countOf(char character, View view)
