@@ -1,8 +1,8 @@
 // Finding the image files below a folder, and what hides some of them.
 #include "ImageFileSearch.h"
 
+#include "EngineLog.h"
 #include "FolderListing.h"
-#include "Logger.h"
 
 #include <QFile>
 #include <QStringList>
@@ -163,13 +163,6 @@ FoundImageFiles searchImageFiles(const QString &folder)
 QString messageOf(const ListingFailure &failure)
 {
     return u"Could not list Folder %1: %2"_s.arg(failure.folder, failure.reason);
-}
-
-void logError(const QString &message)
-{
-    constexpr unsigned char errorLevel = 3;
-    constexpr int sourceLine = 1720;
-    Qel::Logger::instance()->out(errorLevel, message, "tools/Vantrel/Converter", sourceLine).endl();
 }
 
 void logFailures(const FoundImageFiles &found)

@@ -30,7 +30,6 @@ FoundImageFiles searchImageFiles(const QString &folder);
 
 /// Logs each folder that could not be listed, with the reason.
 void logFailures(const FoundImageFiles &found);
-void logError(const QString &message);
 /// What is logged and reported of it.
 QString messageOf(const ListingFailure &failure);
 

@@ -2,6 +2,7 @@
 #include "updUtils.h"
 
 #include "BitmapFolders.h"
+#include "EngineLog.h"
 #include "FileIo.h"
 #include "FileMove.h"
 #include "FolderListing.h"

@@ -1,6 +1,7 @@
 // The worker that converts a project.
 #include "Converter.h"
 
+#include "EngineLog.h"
 #include "FileIo.h"
 #include "ImageFile.h"
 #include "ImageFileSearch.h"
