@@ -129,7 +129,7 @@ FILES = _table(
     ("if (entry.kind != EntryKind::Folder)\n", "if (entry.kind == EntryKind::File)\n"),
     ("if (inner.isOpen() && !removeEntries(inner))\n            return false;", ""),
     ("S_ISLNK(status.st_mode))\n        return unlink(folderPath.constData()) == 0;", "false)\n        return false;"),
-    ("return copyAll(moves) && found.isWhole() && holdsNothingElse(source, moves);", "return copyAll(moves);"),
+    ("return copyAll(moves) && found.isWhole() && holdsOnlyCopied(moves, source);", "return copyAll(moves);"),
     ("found.isWhole() && renameAll(moves, source)", "renameAll(moves, source)"),
     ("    removeDirOrLog(projectDir + from);\n", ""),
     ("creation == FolderCreation::WithParents ? QDir()", "creation == FolderCreation::OneLevel ? QDir()"),

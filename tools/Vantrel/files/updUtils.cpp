@@ -55,18 +55,30 @@ bool copyAll(const QList<FileMove> &moves)
     return std::count_if(moves.cbegin(), moves.cend(), [](const FileMove &move) { return !copy(move); }) == 0;
 }
 
-/// Whether nothing lies below a folder but these image files: one may have come since it was
-/// listed, and would go away with the folder.
-bool holdsNothingElse(const QString &folder, const QList<FileMove> &moves)
+/// Whether all image files below a folder are known: one may have come since it was listed, and
+/// would go away with the folder.
+bool holdsOnly(const QSet<QString> &knownFiles, const QString &folder)
 {
-    QSet<QString> known;
-    for (const FileMove &move : moves)
-        known.insert(move.from);
     const FoundImageFiles found = searchImageFiles(folder);
     logFailures(found);
     return found.isWhole() &&
            std::all_of(found.files.cbegin(), found.files.cend(),
-                       [&](const QFileInfo &file) { return known.contains(file.filePath()); });
+                       [&](const QFileInfo &file) { return knownFiles.contains(file.filePath()); });
+}
+
+/// After the files were copied.
+bool holdsOnlyCopied(const QList<FileMove> &moves, const QString &folder)
+{
+    QSet<QString> files;
+    for (const FileMove &move : moves)
+        files.insert(move.from);
+    return holdsOnly(files, folder);
+}
+
+/// After the files were renamed: none of them is there any more.
+bool holdsNoImageFile(const QString &folder)
+{
+    return holdsOnly({}, folder);
 }
 
 bool removeEntries(const OpenFolder &folder);
@@ -156,8 +168,8 @@ bool updUtils::transferImageFiles(const QString &from, const QString &to, const 
     }
     // Renaming leaves what copying and removing leave, without moving a byte.
     if (found.isWhole() && renameAll(moves, source))
-        return holdsNothingElse(source, {});
-    return copyAll(moves) && found.isWhole() && holdsNothingElse(source, moves);
+        return holdsNoImageFile(source);
+    return copyAll(moves) && found.isWhole() && holdsOnlyCopied(moves, source);
 }
 
 void updUtils::findFileInBmpFolders(const QString &folder, const QString &fileName, bool &found)
