@@ -61,6 +61,7 @@ CUTTER = _table(
     ("appendPlainLines(0, index - 1);", "appendPlainLines(0, index);"),
     ("appendPlainLines(m_firstSection, m_section - 1);", "appendPlainLines(m_firstSection, m_section);"),
     ("closeObject(m_section - 1);", "closeObject(m_section);"),
+    ("int line = m_section + 1;", "int line = m_section + 2;"),
     ("if (m_section == m_object.firstLine)", "if (m_section != m_object.firstLine)"),
     ("return m_object.extraNumber >= 1 && level == m_object.extraNumber;",
      "return level == m_object.extraNumber;"),

@@ -63,12 +63,19 @@ void ObjectCutter<Lines>::takeRectangle(int index)
     }
 
     closeObject(m_section - 1);
-    // Rectangles of the section that has just become an object of its own are looked at again:
-    // the first of them gives it its level. All others belong to it, as no section follows.
-    for (int again = m_section + 1; again <= index && !isOpen(); ++again) {
-        if (kindAt(m_lines, again) == LineKind::Rectangle)
-            openObject(again);
-    }
+    // Earlier rectangles of the section were the closed object's, but now the section is an object
+    // of its own: the first of them gives it its level. All others belong to it, as no section follows.
+    openObject(firstRectangleOfSection());
+}
+
+/// There is one where the section's lines are being walked over a rectangle.
+template <typename Lines>
+int ObjectCutter<Lines>::firstRectangleOfSection() const
+{
+    int line = m_section + 1;
+    while (kindAt(m_lines, line) != LineKind::Rectangle)
+        ++line;
+    return line;
 }
 
 template <typename Lines>

@@ -17,6 +17,7 @@ public:
 private:
     void enterSection(int index);
     void takeRectangle(int index);
+    int firstRectangleOfSection() const;
     void openObject(int rectangleLine);
     bool belongsToOpenObject(int rectangleLine) const;
     void closeObject(int lastLine);
