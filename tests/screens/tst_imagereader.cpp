@@ -1,5 +1,6 @@
 // Reading an image file, counting the fields of its lines, and reporting what is wrong with it.
 #include "Converter.h"
+#include "FileLines.h"
 #include "Recorders.h"
 #include "TestProject.h"
 #include "TestSuite.h"
@@ -20,6 +21,7 @@ private Q_SLOTS:
     void leavesTheListAloneWhereTheFileCannotBeOpened();
     void replacesTheListOfTheFileBefore();
     void readsAVeryLongLine();
+    void knowsWhereInItsFileALineStood();
     void checksTheNumberOfFields_data();
     void checksTheNumberOfFields();
     void reportsWithoutThePathAndLogsWithIt_data();
@@ -144,6 +146,19 @@ void TestImageReader::readsAVeryLongLine()
     QString error;
     QVERIFY(converter.readImageFile(project.path(u"scr/a.psc"_s), lines, error));
     QCOMPARE(lines, (QStringList{u"a"_s, QString::fromLatin1(line), u"b"_s}));
+}
+
+void TestImageReader::knowsWhereInItsFileALineStood()
+{
+    FileLines lines("one\r\n\n  three \nfour"_ba);
+    for (int index = 0; index < lines.size(); ++index)
+        QCOMPARE(lines.numberInFile(index), index + 1);
+    const FileLines picked = lines.picked({3, 1, 2});
+    QCOMPARE(picked.numberInFile(0), 4);
+    QCOMPARE(picked.numberInFile(1), 2);
+    QCOMPARE(picked.numberInFile(2), 3);
+    lines.removeFirst(2);
+    QCOMPARE(lines.numberInFile(0), 3);
 }
 
 void TestImageReader::checksTheNumberOfFields_data()

@@ -1,6 +1,7 @@
 // The lines of an image or shape file.
 #include "FileLines.h"
 
+#include <algorithm>
 #include <cstring>
 #include <utility>
 
@@ -40,6 +41,12 @@ FileLines::FileLines(QByteArray bytes)
         m_lines.push_back(entry);
         begin = separator == nullptr ? end : separator + 1;
     }
+}
+
+int FileLines::numberInFile(qsizetype index) const
+{
+    const char *const file = m_bytes.constData();
+    return 1 + static_cast<int>(std::count(file, at(index).data(), '\n'));
 }
 
 void FileLines::removeFirst(qsizetype count)

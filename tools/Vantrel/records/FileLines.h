@@ -33,6 +33,9 @@ public:
         return RecordGrammar::LineKind(m_lines[static_cast<std::size_t>(index)].kind);
     }
 
+    /// The number of a line in its file, from 1 on, wherever the line is in this list.
+    int numberInFile(qsizetype index) const;
+
     /// Drops the first `count` lines.
     void removeFirst(qsizetype count);
     /// The lines with these indices, in this order.

@@ -58,7 +58,7 @@ void ShapeUsage::addReference(const ImageFile &screen, const STBlock &object, Sh
     if (reference.objectCount++ > 0)
         return;
     reference.path = screen.path;
-    reference.line = fileLineOf(screen, line);
+    reference.line = screen.lines.numberInFile(line);
 }
 
 bool ShapeUsage::isOutdated(const ImageFile &screen, const STBlock &object)

@@ -6,8 +6,6 @@
 #include "ObjectCutter.h"
 #include "ShapeReferences.h"
 
-#include <algorithm>
-
 using namespace Qt::StringLiterals;
 
 ImageFile readImage(const QString &path)
@@ -30,10 +28,4 @@ ImageFile readImage(const QString &path)
     gatherParts(image.lines, image.objects);
     readReferences(image.lines, image.objects);
     return image;
-}
-
-int fileLineOf(const ImageFile &image, qsizetype line)
-{
-    const char *const begin = image.bytes.constData();
-    return 1 + static_cast<int>(std::count(begin, image.lines.at(line).data(), '\n'));
 }

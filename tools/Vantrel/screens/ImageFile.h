@@ -24,6 +24,3 @@ struct ImageFile
 /// Reads an image file, checks it, and cuts it into objects whose references are read. One that
 /// is invalid keeps its lines as they stand in the file.
 ImageFile readImage(const QString &path);
-
-/// The number of the line in the file, from 1 on.
-int fileLineOf(const ImageFile &image, qsizetype line);
