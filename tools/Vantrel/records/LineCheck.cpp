@@ -25,18 +25,18 @@ bool checkLine(const CheckRule &rule, View line, QString &errorText, int index, 
 {
     // The tags live as long as the program.
     const QString tag = QString::fromRawData(rule.messageTag.data(), rule.messageTag.size());
-    const int required = file.kind == FileKind::Image ? rule.imageFields : rule.shapeFields;
+    const int fixedFields = file.kind == FileKind::Image ? rule.imageFields : rule.shapeFields;
     const auto fields = static_cast<int>(fieldCount(line));
     const auto countedRecords = [line] { return toNumber(fieldAt(line, RecordGrammar::counter)); };
 
     switch (rule.rule) {
     case FieldRule::AtLeast:
-        return checkFieldCount(tag, fields, required, errorText, index, file);
+        return checkFieldCount(tag, fields, fixedFields, errorText, index, file);
     case FieldRule::Points:
-        return checkFieldCount(tag, fields - required, Wrap::multiply(2, countedRecords()), errorText, index,
-                               file);
+        return checkFieldCount(tag, fields - fixedFields, Wrap::multiply(2, countedRecords()), errorText,
+                               index, file);
     case FieldRule::Entries:
-        return checkFieldCount(tag, fields, required, errorText, index, file) &&
+        return checkFieldCount(tag, fields, fixedFields, errorText, index, file) &&
                checkFieldCount(
                    tag, fields,
                    Wrap::multiply(RecordGrammar::Entries::fieldsOfEntry, Wrap::add(countedRecords(), 1)),

@@ -122,11 +122,11 @@ inline constexpr qsizetype firstReference = 5;
 /// The field by which a "PNT;" or "ITXN" line counts what follows.
 inline constexpr qsizetype counter = 1;
 
-/// What the number of fields of a line is held against.
+/// How many fields a line has to have.
 enum class FieldRule {
-    AtLeast, ///< the number in the table
-    Points,  ///< two fields for each point that field 1 counts, behind the first three
-    Entries, ///< the number in the table, then room for the entries that field 1 counts
+    AtLeast, ///< no fewer than in the table
+    Points,  ///< as many as in the table, and behind them two for each point that field 1 counts
+    Entries, ///< no fewer than in the table, and room for the entries that field 1 counts
 };
 
 /// One row of the check. A side that does not check the line has `notChecked`.
@@ -143,7 +143,7 @@ inline constexpr int notChecked = 0;
 
 inline constexpr std::array checkRules{
     CheckRule{u"ID;", u"", FieldRule::AtLeast, 3, 3},
-    CheckRule{u"PNT;", u"PNT", FieldRule::Points, 3, 3},
+    CheckRule{u"PNT;", u"PNT", FieldRule::Points, Points::first, Points::first},
     CheckRule{u"PSDV", u"PSDV", FieldRule::AtLeast, 13, 12},
     CheckRule{u"LIB", u"LIB", FieldRule::AtLeast, 4, 5},
     CheckRule{u"IVG", u"IVG", FieldRule::AtLeast, 2, notChecked},
