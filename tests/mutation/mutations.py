@@ -96,8 +96,10 @@ REFERENCES = _table(
 
 CHECK = _table(
     "LineCheck.cpp",
-    ("const int shownLine = tooFewPoints ?", "const int shownLine = tooMany ?"),
-    ("return tooMany;", "return false;"),
+    ("shownLine = verdict == Verdict::TooFewPoints ?", "shownLine = verdict == Verdict::TooManyPoints ?"),
+    ("return verdict == Verdict::TooManyPoints;", "return false;"),
+    ("const bool isExact = verdict == Verdict::TooManyPoints;",
+     "const bool isExact = verdict != Verdict::TooFewFields;"),
     ("const int offset = file.kind == FileKind::Image ? 0 : file.lineOffset;", "const int offset = file.lineOffset;"),
 )
 

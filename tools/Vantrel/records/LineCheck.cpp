@@ -10,14 +10,30 @@ using RecordGrammar::FieldRule;
 
 namespace {
 
-QString tooFewParameters(FileKind kind, bool exact)
+enum class Verdict { Enough, TooFewFields, TooFewPoints, TooManyPoints };
+
+/// Points have to be as many as they are said to be; of other fields there may be more.
+Verdict verdictOn(const QString &tag, int present, int required)
 {
+    const bool isPoints = tag == "PNT"_L1;
+    if (isPoints && present > required)
+        return Verdict::TooManyPoints;
+    if (present >= required)
+        return Verdict::Enough;
+    return isPoints ? Verdict::TooFewPoints : Verdict::TooFewFields;
+}
+
+/// With places for the line, the tag and the required number. That this is an exact one is told of
+/// too many points only.
+QString complaintAbout(Verdict verdict, FileKind kind)
+{
+    const bool isExact = verdict == Verdict::TooManyPoints;
     if (kind == FileKind::Image) {
-        return exact ? u"Image File [line %1]: %2... not enough parameters (must be == %3)"_s
-                     : u"Image File [line %1]: %2... not enough parameters (must be >= %3)"_s;
+        return isExact ? u"Image File [line %1]: %2... not enough parameters (must be == %3)"_s
+                       : u"Image File [line %1]: %2... not enough parameters (must be >= %3)"_s;
     }
-    return exact ? u"Shape File [line %1]: %2... not enough parameters (must be == %3)"_s
-                 : u"Shape File [line %1]: %2... not enough parameters (must be >= %3)"_s;
+    return isExact ? u"Shape File [line %1]: %2... not enough parameters (must be == %3)"_s
+                   : u"Shape File [line %1]: %2... not enough parameters (must be >= %3)"_s;
 }
 
 template <RecordView View>
@@ -52,18 +68,17 @@ bool checkFieldCount(const QString &tag, int present, int required, QString &err
 {
     if (!errorText.isEmpty())
         errorText.clear();
-    const bool exact = tag == "PNT"_L1;
-    if (exact ? present == required : present >= required)
+    const Verdict verdict = verdictOn(tag, present, required);
+    if (verdict == Verdict::Enough)
         return true;
 
     const int offset = file.kind == FileKind::Image ? 0 : file.lineOffset;
     const int line = Wrap::add(Wrap::add(offset, lineIndex), 1);
-    const bool tooMany = present > required;
-    const bool tooFewPoints = exact && !tooMany;
     // With too few points the line is counted from the one already counted.
-    const int shownLine = tooFewPoints ? Wrap::add(Wrap::add(offset, line), 1) : line;
-    errorText = tooFewParameters(file.kind, tooMany).arg(shownLine).arg(tag).arg(required);
-    return tooMany;
+    const int shownLine = verdict == Verdict::TooFewPoints ? Wrap::add(Wrap::add(offset, line), 1) : line;
+    errorText = complaintAbout(verdict, file.kind).arg(shownLine).arg(tag).arg(required);
+    // Too many points pass all the same.
+    return verdict == Verdict::TooManyPoints;
 }
 
 template <typename Lines>
