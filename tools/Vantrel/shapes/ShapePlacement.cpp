@@ -204,7 +204,8 @@ void ShapePattern<View>::addAxisNumber(View field, View fromPrefix, Rebase axis)
         return;
     }
     const View rest = field.sliced(fromPrefix.size());
-    addNumber(isAcross ? Filling::ReferenceAcross : Filling::ReferenceDown, static_cast<int>(rest.size()));
+    addField(View());
+    addGap(isAcross ? Filling::ReferenceAcross : Filling::ReferenceDown).referenceSize = rest.size();
     addText(rest);
     m_textBeforeGaps += rest.size();
 }
@@ -222,14 +223,14 @@ template <RecordView View>
 void ShapePattern<View>::addNumber(Filling filling, int number)
 {
     addField(View());
-    addGap(filling, number);
+    addGap(filling).number = number;
 }
 
 template <RecordView View>
-void ShapePattern<View>::addGap(Filling filling, int number)
+typename ShapePattern<View>::Gap &ShapePattern<View>::addGap(Filling filling)
 {
-    m_gaps.push_back({m_text.size() - m_textBeforeGaps, filling, number});
-    m_textBeforeGaps = m_text.size();
+    const qsizetype textSize = m_text.size() - std::exchange(m_textBeforeGaps, m_text.size());
+    return m_gaps.emplace_back(Gap{.textSize = textSize, .filling = filling});
 }
 
 template <RecordView View>
@@ -283,10 +284,12 @@ void ShapePattern<View>::appendFilled(const Fitting<View> &fitting, TextBuffer<C
             out.appendNumber(Wrap::add(gap.number, centre.y()));
             break;
         case Filling::ReferenceAcross:
-            out.appendNumber(Wrap::add(numberBehind(fitting.toPrefix, takeText(gap.number)), centre.x()));
+            out.appendNumber(
+                Wrap::add(numberBehind(fitting.toPrefix, takeText(gap.referenceSize)), centre.x()));
             break;
         case Filling::ReferenceDown:
-            out.appendNumber(Wrap::add(numberBehind(fitting.toPrefix, takeText(gap.number)), centre.y()));
+            out.appendNumber(
+                Wrap::add(numberBehind(fitting.toPrefix, takeText(gap.referenceSize)), centre.y()));
             break;
         }
     }

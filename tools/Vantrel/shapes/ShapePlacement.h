@@ -78,11 +78,12 @@ private:
     struct Gap
     {
         qsizetype textSize;
+        qsizetype referenceSize = 0; ///< of the text behind it, which is read behind the new prefix
+        int number = 0;              ///< that is moved
         Filling filling;
-        int number;
     };
 
-    void addGap(Filling filling, int number = 0);
+    Gap &addGap(Filling filling);
     void addField(View field);
     void addNumber(Filling filling, int number);
     void addReference(View field, View fromPrefix);
