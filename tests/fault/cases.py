@@ -13,6 +13,7 @@ from typing import Callable, Iterator, TypeVar
 
 from plants import SHAPE_NAMES, Plant
 from programs import Failure, Program
+from shares import Share
 from trees import Tree, tree_of, without_logs
 
 Item = TypeVar("Item")
@@ -31,11 +32,14 @@ class Surroundings:
     program: str
     work: pathlib.Path
     points: int | None  # of each sweep; none for all
+    share: Share | None = None  # of these points; none for all
+    least: int = 1  # points of a share
     preload: str = ""  # a library that stands before the system's own
 
     def thinned(self, items: list[Item]) -> list[Item]:
-        """As many as are wanted of a sweep, evenly over its whole length, with both ends."""
-        return evenly(items, self.points)
+        """As many as are wanted of a sweep, evenly over its whole length; with both ends where all shares are taken."""
+        thinned = evenly(items, self.points)
+        return thinned if self.share is None else self.share.of(thinned, self.least)
 
 
 def evenly(items: list[Item], count: int | None) -> list[Item]:

@@ -100,14 +100,13 @@ def duration_of(place: Site) -> float:
     return time.monotonic() - begin
 
 
-def check_cancelled_runs(surroundings: Surroundings, number: int, runs: int) -> None:
-    chance = random.Random(number)
+def check_cancelled_runs(surroundings: Surroundings, number: int, moments: list[float]) -> None:
     with site(surroundings, long) as place:
         longest = duration_of(place)
-        for run in range(runs):
+        for run, moment in enumerate(moments):
             before = place.tree()
             process = place.program.start(place.update())
-            time.sleep(chance.uniform(0, longest))
+            time.sleep(moment * longest)
             os.kill(process.pid, number)
             outcome = outcome_of(process)
             after = place.tree()
@@ -140,9 +139,15 @@ def check_stopped_recovery(surroundings: Surroundings, undisturbed: Undisturbed,
             raise Failure(f"exit code {outcome.code}: {'; '.join(changed[:4])}")
 
 
+def moments_of_runs(number: int) -> list[float]:
+    """Parts of a run's duration, anywhere between its begin and its end; for each signal others."""
+    chance = random.Random(number)
+    return [chance.random() for _ in range(CANCELLED_RUNS)]
+
+
 def cancelled_runs(surroundings: Surroundings) -> list[Case]:
-    runs = CANCELLED_RUNS if surroundings.points is None else min(CANCELLED_RUNS, surroundings.points)
-    cases = [Case(f"{number.name}", functools.partial(check_cancelled_runs, surroundings, number, runs))
+    cases = [Case(f"{number.name}", functools.partial(check_cancelled_runs, surroundings, number,
+                                                      surroundings.thinned(moments_of_runs(number))))
              for number in STOP_SIGNALS]
     undisturbed = study(surroundings, SETTINGS[0])
     for number in range(1, undisturbed.calls.counts["write"] + 1):

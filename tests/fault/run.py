@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
 """Runs the program under faults and looks what is left of a project, byte by byte.
 
-    run.py --program build/dev/tools/VantrelCli/vantrel-cli [--extent sample|whole|all] [ROW ...]
+    run.py --program build/dev/tools/VantrelCli/vantrel-cli [--extent sample|whole|all] [--share K/N] [ROW ...]
     run.py --program ... --only "by renaming: getdents64 13" failing-calls
 
+With a share, only every N-th point of each sweep is tried, beginning at the K-th, but never fewer than in a sample.
 Needs strace, and user namespaces with mounts. What cannot be injected is a failure, not a skip.
 """
 
@@ -19,6 +20,8 @@ import time
 from dataclasses import dataclass
 from typing import Callable
 
+sys.path.append(str(pathlib.Path(__file__).resolve().parents[1] / "checks"))
+
 import cases
 import disks
 import faults
@@ -30,6 +33,7 @@ import permissions
 import races
 import simple
 from programs import Failure, work_folder
+from shares import parse_share
 
 @dataclass(frozen=True)
 class Row:
@@ -93,6 +97,7 @@ def main() -> int:
     parser = argparse.ArgumentParser()
     parser.add_argument("--program", required=True)
     parser.add_argument("--extent", choices=["sample", "whole", "all"], default="sample")
+    parser.add_argument("--share", type=parse_share, metavar="K/N", help="of the points of each sweep")
     parser.add_argument("--only", default="", metavar="TEXT", help="only cases whose name begins like this")
     parser.add_argument("--inside", action="store_true", help=argparse.SUPPRESS)
     parser.add_argument("--workers", type=int, default=os.cpu_count())
@@ -104,8 +109,11 @@ def main() -> int:
     def hold(name: str) -> bool:
         if ROWS[name].mounts and not arguments.inside:
             return run_row_in_namespace(name)
-        points = points_of(ROWS[name], arguments.extent, arguments.only)
-        surroundings = cases.Surroundings(str(pathlib.Path(arguments.program).resolve()), work, points)
+        row = ROWS[name]
+        points = points_of(row, arguments.extent, arguments.only)
+        share = None if arguments.only else arguments.share
+        program = str(pathlib.Path(arguments.program).resolve())
+        surroundings = cases.Surroundings(program, work, points, share, row.sample)
         return run_row(name, surroundings, arguments.workers, arguments.only)
     try:
         held = [hold(name) for name in arguments.rows or ROWS]
