@@ -1,6 +1,6 @@
 """Runs the companion over projects at the limits of what a user may have: huge, empty, odd.
 
-    limits.py --program build/dev/tools/VantrelCli/vantrel-cli [--large] [--no-memory] [CASE ...]
+    limits.py --program build/dev/tools/VantrelCli/vantrel-cli [--large] [--share K/N] [--no-memory] [CASE ...]
 
 A run must end by itself with one of the exit codes that the case allows, say what it refuses, leave the
 screens that the case expects, and stay within a bound of memory that grows with the largest file alone.
@@ -17,8 +17,10 @@ import subprocess
 import sys
 import threading
 
-sys.path.append(str(pathlib.Path(__file__).resolve().parents[1] / "fault"))
+for folder in ("fault", "checks"):
+    sys.path.append(str(pathlib.Path(__file__).resolve().parents[1] / folder))
 from programs import copy_for_others  # noqa: E402  (after the place where it lies)
+from shares import Share, parse_share  # noqa: E402
 
 MEBIBYTE = 1 << 20
 BYTES_PER_BYTE = 12
@@ -620,13 +622,14 @@ def main():
     parser.add_argument("--program", required=True)
     parser.add_argument("--large", action="store_true", help="the large cases in place of the small ones")
     parser.add_argument("--no-memory", action="store_true", help="for builds that need memory of their own")
+    parser.add_argument("--share", type=parse_share, default=Share(0, 1), metavar="K/N", help="of these cases")
     parser.add_argument("--verbose", action="store_true")
     parser.add_argument("--workers", type=int, default=os.cpu_count())
     parser.add_argument("case", nargs="*")
     arguments = parser.parse_args()
 
     failures = 0
-    numbers = chosen_cases(arguments)
+    numbers = arguments.share.of(chosen_cases(arguments))
     program = os.path.abspath(arguments.program)
     with concurrent.futures.ThreadPoolExecutor(arguments.workers) as pool:
         outcomes = pool.map(functools.partial(try_out, program, not arguments.no_memory), numbers)
