@@ -110,7 +110,7 @@ def stages_of_check(extent: Extent) -> list[Stage]:
         Stage("faults", "Faults, call by call", faults(extent)),
         Stage("second-implementation", "The second implementation", second_implementation(extent)),
         Stage("x-server", "The window in a real X server",
-              [["scripts/build", "dev"], ["tests/ui/x11/run", "build/dev"]]),
+              [["scripts/build", "dev", "vantrel", "dragsource"], ["tests/ui/x11/run", "build/dev"]]),
         Stage("consumer", "As a part of another project",
               [["cmake", "-S", "tests/consumer", "-B", "build/consumer", "-G", "Ninja"],
                ["cmake", "--build", "build/consumer", "--parallel", "2"], ["build/consumer/consumer"]]),

@@ -11,8 +11,14 @@ def _table(file, *rows):
     return [(CORE + file, old, new) for old, new in rows]
 
 
+RECORD = _table(
+    "records/STBlock.cpp",
+    ("constexpr int beyondLeftAndTop = 99999;", "constexpr int beyondLeftAndTop = 9999;"),
+    ('"NO REPLACE"_L1', '"NOT REPLACED"_L1'),
+)
+
 GRAMMAR = _table(
-    "RecordGrammar.h",
+    "records/RecordGrammar.h",
     ('LineTag{u"DIV", LineKind::Bitmap}', 'LineTag{u"DIW", LineKind::Bitmap}'),
     ('LineTag{u"PNT;", LineKind::Points}', 'LineTag{u"PNT", LineKind::Points}'),
     ("inline constexpr qsizetype kind = 2;", "inline constexpr qsizetype kind = 1;"),
@@ -54,7 +60,7 @@ GRAMMAR = _table(
 )
 
 CUTTER = _table(
-    "ObjectCutter.cpp",
+    "screens/ObjectCutter.cpp",
     ("m_object.replace = m_object.extraNumber > 0;", "m_object.replace = m_object.extraNumber > 1;"),
     ("closeObject(lineCount - 1);", "closeObject(lineCount - 2);"),
     ("appendPlainLines(0, index - 1);", "appendPlainLines(0, index);"),
@@ -78,7 +84,7 @@ CUTTER = _table(
 )
 
 RECTANGLES = _table(
-    "RectangleReader.cpp",
+    "screens/RectangleReader.cpp",
     (' ? Section::Text : Section::Other', ' ? Section::Other : Section::Other'),
     ("m_record.iconToggle = !m_record.iconToggle;", "m_record.iconToggle = true;"),
     ("area > m_largestArea", "area >= m_largestArea"),
@@ -87,15 +93,15 @@ RECTANGLES = _table(
 )
 
 REFERENCES = _table(
-    "ShapeReferences.cpp",
+    "screens/ShapeReferences.cpp",
     ('".lib"_L1, ".plb"_L1, Qt::CaseSensitive', '".lib"_L1, ".plb"_L1, Qt::CaseInsensitive'),
     ("object.replace = !object.initText.isEmpty();", "object.replace = true;"),
-    ("if (object.rect3.topLeft() != Converter::noPosition)", "if (object.rect3.top() == 77777)"),
+    ("if (object.rect3.topLeft() != STBlock::noPosition)", "if (object.rect3.top() == 77777)"),
     ("if (rectangles.inIconSection())\n", "if (true)\n"),
 )
 
 CHECK = _table(
-    "LineCheck.cpp",
+    "records/LineCheck.cpp",
     ("shownLine = verdict == Verdict::TooFewPoints ?", "shownLine = verdict == Verdict::TooManyPoints ?"),
     ("return verdict == Verdict::TooManyPoints;", "return false;"),
     ("const bool isExact = verdict == Verdict::TooManyPoints;",
@@ -104,7 +110,7 @@ CHECK = _table(
 )
 
 CONVERTER = _table(
-    "Converter.cpp",
+    "run/Converter.cpp",
     ('path.replace("/scr"_L1, "/scr_temp"_L1, Qt::CaseSensitive)',
      'path.replace(path.lastIndexOf("/scr"_L1), 4, "/scr_temp"_L1)'),
     ("lowerNames.insert(name.toLower());", "lowerNames.insert(name);"),
@@ -119,15 +125,15 @@ CONVERTER = _table(
      "keepObject(m_run->library->path(object.shapeFile), shapeFile.errorText);"),
     ("object.shapeObject = shape.imageObject;", ""),
     ("if (!failedShapeFiles.contains(shapeFile))\n", ""),
-    ("object.status = Error;", "object.status = NotReplaced;"),
+    ("object.status = ReportStatus::Error;", "object.status = ReportStatus::NotReplaced;"),
     ('message.replace("Shape File"_L1,', 'message.replace("Shape File ["_L1,'),
-    ("reportFile(imageFile, NotReplaced, {});", "reportFile(imageFile, Replaced, {});"),
-    ("constexpr int beyondLeftAndTop = 99999;", "constexpr int beyondLeftAndTop = 9999;"),
+    ("reportFile(imageFile, ReportStatus::NotReplaced, {});",
+     "reportFile(imageFile, ReportStatus::Replaced, {});"),
     ('"_yyyy-MM-dd_hh-mm-ss"', '"_yyyy-MM-dd_hh-mm"'),
 )
 
 FILES = _table(
-    "updUtils.cpp",
+    "files/updUtils.cpp",
     ("if (entry.kind != EntryKind::Folder)\n", "if (entry.kind == EntryKind::File)\n"),
     ("if (inner.isOpen() && !removeEntries(inner))\n            return false;", ""),
     ("S_ISLNK(status.st_mode))\n        return unlink(folderPath.constData()) == 0;", "false)\n        return false;"),
@@ -138,7 +144,7 @@ FILES = _table(
 )
 
 SEARCH = _table(
-    "ImageFileSearch.cpp",
+    "files/ImageFileSearch.cpp",
     ('!path.contains(".psc")', '!path.endsWith(".psc")'),
     ("if (entry.name.startsWith('.'))\n                continue;", ""),
     ("if (std::find(m_trail.begin(), m_trail.end(), here) != m_trail.end())\n        return false;", ""),
@@ -147,13 +153,13 @@ SEARCH = _table(
 )
 
 LIBRARY = _table(
-    "ShapeLibrary.cpp",
+    "shapes/ShapeLibrary.cpp",
     ('path.contains(".cat"_L1)', 'path.endsWith(".cat"_L1)'),
     ("QFile::exists(path) ? path : ", "!path.isEmpty() ? path : "),
 )
 
 BITMAPS = _table(
-    "BitmapFolders.cpp",
+    "files/BitmapFolders.cpp",
     ('lowerPath.indexOf("/bmp"_L1) <= 0', 'lowerPath.indexOf("/bmp"_L1) < -1'),
     ("const QString lowerPath = path.toLower();", "const QString lowerPath = path;"),
     ("constEnd() && isIn(*listed))", "constEnd())"),
@@ -161,7 +167,7 @@ BITMAPS = _table(
 )
 
 MOVES = _table(
-    "FileMove.cpp",
+    "files/FileMove.cpp",
     ("status.st_nlink == 1 && ", ""),
     ("S_ISREG(status.st_mode) && ", ""),
     (" &&\n               isShortEnough(targetPath, file.to)", ""),
@@ -170,7 +176,7 @@ MOVES = _table(
 )
 
 EXCHANGE = _table(
-    "ScreenExchange.cpp",
+    "exchange/ScreenExchange.cpp",
     (' && updUtils::removeDirOrLog(folder("/scr_bak"_L1))', ""),
     ("!completeBackup(originals.files, m_projectDir)", "false"),
     ("!originals.isWhole() || ", ""),
@@ -179,7 +185,7 @@ EXCHANGE = _table(
 )
 
 PLACEMENT = _table(
-    "ShapePlacement.cpp",
+    "shapes/ShapePlacement.cpp",
     ("left = std::max(0, Wrap::add(centre.x(), gap.number));", "left = Wrap::add(centre.x(), gap.number);"),
     ("const bool lacksFields = fields.count < Rectangle::extra && !extraText.isEmpty();",
      "const bool lacksFields = false;"),
@@ -191,7 +197,7 @@ PLACEMENT = _table(
 )
 
 FILE_IO = _table(
-    "FileIo.cpp",
+    "files/FileIo.cpp",
     (" || status.st_size > largestFile)", ")"),
     ("    if (m_isThere)\n        ::unlink(m_path.constData());\n    return false;", "    return false;"),
     ("    close();\n    if (m_isThere)\n        ::unlink(m_path.constData());\n", "    close();\n"),
@@ -201,15 +207,14 @@ FILE_IO = _table(
 )
 
 CHANGE_LOG = _table(
-    "ChangeLog.cpp",
+    "run/ChangeLog.cpp",
     ("Uminitalisation", "Uninitialisation"),
     ("if (shapeObject == imageObject)\n        shapeObject.clear();", ""),
     ("constexpr qsizetype tagLength = 4;", "constexpr qsizetype tagLength = 5;"),
     ("if (!exists)\n", ""),
     ("    m_rows.clear();\n", ""),
     (" || status.st_dev != m_device || status.st_ino != m_inode", ""),
-    ('return u"NO REPLACE"_s;', 'return u"NOT REPLACED"_s;'),
 )
 
-MUTATIONS = (GRAMMAR + CUTTER + RECTANGLES + REFERENCES + PLACEMENT + FILE_IO + CHECK + CONVERTER + FILES + SEARCH +
+MUTATIONS = (RECORD + GRAMMAR + CUTTER + RECTANGLES + REFERENCES + PLACEMENT + FILE_IO + CHECK + CONVERTER + FILES + SEARCH +
              LIBRARY + BITMAPS + MOVES + EXCHANGE + CHANGE_LOG)
