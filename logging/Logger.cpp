@@ -207,6 +207,7 @@ public:
     void complete(const LogMessage::Draft &draft);
     void add(LogListener *listener);
     void remove(LogListener *listener);
+    void setMostWaiting(std::size_t most);
     QString filePath();
 
 private:
@@ -214,6 +215,9 @@ private:
 
     void record(const LogMessage::Draft &draft);
     void deliverWaiting();
+    void waitForRoom();
+    bool hasRoom() const;
+    void takeFirst(Lock &lock);
     void deliver(const Entry &entry, Lock &lock);
     template <typename Operation>
     void call(const Registration &receiver, Lock &lock, Operation &&operation);
@@ -232,11 +236,14 @@ private:
     Clock m_clock;
     quint64 m_nextNumber = 0;
     std::deque<Entry> m_waiting;
+    std::size_t m_mostWaiting = 0;
+    std::condition_variable m_roomWasMade;
 
     std::vector<Registration> m_registrations;
     quint64 m_lastRegistrationId = 0;
 
     bool m_delivering = false;
+    std::thread::id m_deliverer;
     quint64 m_deliveryEnd = 0;
     LogListener *m_called = nullptr;
     quint64 m_callCount = 0;
@@ -256,6 +263,31 @@ void Logger::Private::complete(const LogMessage::Draft &draft)
 {
     record(draft);
     deliverWaiting();
+    waitForRoom();
+}
+
+/// After the entry is in the file and on its way: what happened is known even if nobody listens any more.
+void Logger::Private::waitForRoom()
+{
+    Lock lock(m_mutex);
+    m_roomWasMade.wait(lock, [this] { return hasRoom(); });
+}
+
+/// Whether the calling thread may go on.
+bool Logger::Private::hasRoom() const
+{
+    if (m_mostWaiting == 0 || m_waiting.size() <= m_mostWaiting || m_registrations.empty())
+        return true;
+    return m_application ? isDeliveryThread() : !m_delivering || m_deliverer == std::this_thread::get_id();
+}
+
+void Logger::Private::setMostWaiting(std::size_t most)
+{
+    {
+        const Lock lock(m_mutex);
+        m_mostWaiting = most;
+    }
+    m_roomWasMade.notify_all();
 }
 
 /// Number, file and queue are served under one lock: this makes the one order.
@@ -290,13 +322,22 @@ void Logger::Private::deliverWaiting()
     m_deliveryEnd = m_nextNumber;
     if (std::exchange(m_delivering, true))
         return;
-    while (!m_waiting.empty() && m_waiting.front().number < m_deliveryEnd && isDeliveryThread()) {
-        const Entry entry = std::move(m_waiting.front());
-        m_waiting.pop_front();
-        deliver(entry, lock);
-    }
+    m_deliverer = std::this_thread::get_id();
+    while (!m_waiting.empty() && m_waiting.front().number < m_deliveryEnd && isDeliveryThread())
+        takeFirst(lock);
     m_delivering = false;
+    m_roomWasMade.notify_all();
     wakeApplication();
+}
+
+void Logger::Private::takeFirst(Lock &lock)
+{
+    const Entry entry = std::move(m_waiting.front());
+    m_waiting.pop_front();
+    // Woken for each entry, the two threads would take turns.
+    if (m_waiting.size() == m_mostWaiting / 2)
+        m_roomWasMade.notify_all();
+    deliver(entry, lock);
 }
 
 void Logger::Private::deliver(const Entry &entry, Lock &lock)
@@ -360,6 +401,7 @@ void Logger::Private::remove(LogListener *listener)
 {
     Lock lock(m_mutex);
     std::erase_if(m_registrations, [&](const Registration &other) { return other.listener == listener; });
+    m_roomWasMade.notify_all();
     if (m_called != listener || m_caller == std::this_thread::get_id())
         return;
     const quint64 runningCall = m_callCount;
@@ -418,6 +460,7 @@ void Logger::Private::applicationEnds()
         m_wakeUpPosted = false;
     }
     deliverWaiting();
+    m_roomWasMade.notify_all();
 }
 
 void LogMessage::begin(unsigned char level, const QString &message, const char *sourceFile, int sourceLine)
@@ -478,6 +521,11 @@ void Logger::registerLogListener(LogListener *listener) noexcept
 void Logger::unregisterLogListener(LogListener *listener) noexcept
 {
     quietly([&] { instance()->d->remove(listener); });
+}
+
+void Logger::setMostWaiting(std::size_t most) noexcept
+{
+    quietly([&] { instance()->d->setMostWaiting(most); });
 }
 
 QString Logger::getLogFilePath() noexcept

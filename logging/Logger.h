@@ -6,6 +6,7 @@
 #include <QString>
 #include <QtGlobal>
 
+#include <cstddef>
 #include <memory>
 
 #ifdef QELLOGGER_BUILD
@@ -46,6 +47,7 @@ private:
 ///
 /// Entries reach the file and every listener in one order, the order in which they were completed.
 /// A log file that cannot be written is told once on stderr and otherwise left out; nobody waits for it.
+/// Nobody waits for listeners either, unless setMostWaiting() asks for it.
 class QELLOGGER_EXPORT Logger final
 {
 public:
@@ -89,6 +91,11 @@ public:
     /// When the listener is being called on another thread, waits until that call has ended: afterwards the
     /// listener may be destroyed.
     static void unregisterLogListener(LogListener *listener) noexcept;
+
+    /// Lets threads wait in endl() while more than `most` of their entries wait for another thread to call
+    /// the listeners; 0, as at first, never. The thread that calls them never waits. Whoever makes that
+    /// thread wait for one that logs sets 0 before.
+    static void setMostWaiting(std::size_t most) noexcept;
 
     /// Returns the absolute path of the log file, whether or not the file exists:
     /// QEL/Vantrel/Vantrel.log below $XDG_STATE_HOME or else below ~/.local/state.

@@ -263,8 +263,9 @@ int exitWithWaitingEntries()
     std::exit(0);
 }
 
-int endWhileOtherThreadsLog()
+int endWhileOtherThreadsLog(std::size_t mostWaiting)
 {
+    Logger::setMostWaiting(mostWaiting);
     std::atomic<bool> stop = false;
     std::atomic<int> logged = 0;
     std::thread worker([&] {
@@ -288,6 +289,16 @@ int endWhileOtherThreadsLog()
     Logger::unregisterLogListener(&silent);
     say(u"done"_s);
     return 0;
+}
+
+int endWhileOtherThreadsLog()
+{
+    return endWhileOtherThreadsLog(0);
+}
+
+int endWhileOtherThreadsWait()
+{
+    return endWhileOtherThreadsLog(3);
 }
 
 struct LogsWhenDestroyed
@@ -367,6 +378,7 @@ constexpr ChildCase childCases[] = {
     {"endApplicationWithWaitingEntries", endApplicationWithWaitingEntries},
     {"exitWithWaitingEntries", exitWithWaitingEntries},
     {"endWhileOtherThreadsLog", endWhileOtherThreadsLog},
+    {"endWhileOtherThreadsWait", endWhileOtherThreadsWait},
     {"logInDestructorsOfThreadAndProcess", logInDestructorsOfThreadAndProcess},
     {"logPastTheFileSizeLimit", logPastTheFileSizeLimit},
     {"logManyLargeEntries", logManyLargeEntries},
@@ -444,6 +456,11 @@ private Q_SLOTS:
     void forgetsWaitingEntriesOfAListenerRegisteredAnew();
     void waitsForARunningCallWhenUnregistering();
 
+    void letsOtherThreadsWait();
+    void letsThreadsGoOn_data();
+    void letsThreadsGoOn();
+    void neverLetsTheApplicationThreadWait();
+
     void acceptsEntriesInsideAListener();
     void letsAListenerUnregisterItself();
     void letsAListenerUnregisterAnother();
@@ -467,6 +484,7 @@ private Q_SLOTS:
     void keepsOneOrderWithoutApplication();
     void deliversWaitingEntriesBeforeTheApplicationEnds();
     void endsCalmlyWithWaitingEntries();
+    void survivesApplicationsThatComeAndGo_data();
     void survivesApplicationsThatComeAndGo();
     void takesEntriesUntilTheProcessEnds();
 };
@@ -770,6 +788,96 @@ void TestLogger::waitsForARunningCallWhenUnregistering()
     QCOMPARE(recorder.lineCount, 0);
 }
 
+namespace {
+
+constexpr int fewEntries = 5;
+constexpr int manyEntries = 100;
+
+/// Another thread with more to log than may wait. It comes to its end when this goes away.
+class WaitingWriter final
+{
+public:
+    WaitingWriter()
+    {
+        Logger::setMostWaiting(fewEntries);
+        m_thread = std::thread([this] {
+            for (; written < manyEntries; ++written)
+                log(QString::number(written));
+        });
+    }
+    ~WaitingWriter()
+    {
+        Logger::setMostWaiting(0);
+        m_thread.join();
+    }
+    Q_DISABLE_COPY_MOVE(WaitingWriter)
+
+    /// Waits until it does not get on, without handling events.
+    bool waits() const
+    {
+        while (written < fewEntries)
+            std::this_thread::yield();
+        constexpr int turns = 100'000;
+        for (int turn = 0; turn < turns; ++turn)
+            std::this_thread::yield();
+        return written == fewEntries;
+    }
+
+    std::atomic<int> written = 0;
+
+private:
+    std::thread m_thread;
+};
+
+} // namespace
+
+void TestLogger::letsOtherThreadsWait()
+{
+    Recorder recorder;
+    const WaitingWriter writer;
+    QVERIFY(writer.waits());
+    QCOMPARE(messagesOf(Logger::getLogFilePath()).last(), QString::number(fewEntries)); // in the file at once
+    QTRY_COMPARE(recorder.received.size(), std::size_t{manyEntries});
+    for (int entry = 0; entry < manyEntries; ++entry)
+        QCOMPARE(recorder.messages().at(entry), QString::number(entry));
+}
+
+void TestLogger::letsThreadsGoOn_data()
+{
+    QTest::addColumn<int>("way");
+    QTest::newRow("nobody is to wait any more") << 0;
+    QTest::newRow("nobody listens any more") << 1;
+}
+
+void TestLogger::letsThreadsGoOn()
+{
+    QFETCH(const int, way);
+    auto recorder = std::make_unique<Recorder>();
+    const WaitingWriter writer;
+    QVERIFY(writer.waits());
+    if (way == 0)
+        Logger::setMostWaiting(0);
+    else
+        recorder.reset();
+    while (writer.written < manyEntries)
+        std::this_thread::yield();
+}
+
+void TestLogger::neverLetsTheApplicationThreadWait()
+{
+    Recorder recorder;
+    const WaitingWriter writer;
+    QVERIFY(writer.waits());
+    recorder.onMessage = [&](const QString &message) {
+        if (message == u"own"_s) {
+            for (int entry = 0; entry < manyEntries; ++entry)
+                log(u"answer"_s);
+        }
+    };
+    log(u"own"_s);
+    QTRY_COMPARE(recorder.messages().count(u"answer"_s), manyEntries);
+}
+
 void TestLogger::acceptsEntriesInsideAListener()
 {
     Recorder first;
@@ -1027,10 +1135,18 @@ void TestLogger::endsCalmlyWithWaitingEntries()
     QCOMPARE(child.errors, QStringList{});
 }
 
+void TestLogger::survivesApplicationsThatComeAndGo_data()
+{
+    QTest::addColumn<QString>("caseName");
+    QTest::newRow("nobody waits") << u"endWhileOtherThreadsLog"_s;
+    QTest::newRow("other threads wait") << u"endWhileOtherThreadsWait"_s;
+}
+
 void TestLogger::survivesApplicationsThatComeAndGo()
 {
+    QFETCH(const QString, caseName);
     Child child;
-    child.run(u"endWhileOtherThreadsLog"_s);
+    child.run(caseName);
     QCOMPARE(child.output, QStringList{u"done"_s});
 }
 
