@@ -97,6 +97,7 @@ private Q_SLOTS:
     void startsAgainRightAfterACancel();
     void ignoresACancelWhereNothingIsUnderWay();
     void startsAndCancelsInAnyOrder();
+    void refusesAStartWhileARunIsUnderWay();
     void worksOnWhatItTookAtItsStart();
     void runsAgain();
 
@@ -483,6 +484,43 @@ void TestConverter::startsAndCancelsInAnyOrder()
     QVERIFY(recorder.events.count(u"progress 3 3"_s) >= rounds / 2);
     for (const QString &file : {u"scr/a.psc"_s, u"scr/b.psc"_s, u"scr/c.psc"_s})
         QCOMPARE(project.read(file), converted);
+}
+
+void TestConverter::refusesAStartWhileARunIsUnderWay()
+{
+    const TestProject project;
+    for (const QString &file : {u"scr/a.psc"_s, u"scr/b.psc"_s})
+        project.write(file, plain);
+    Converter converter(project.dir());
+    const RunRecorder recorder(converter);
+    int refused = 0;
+    const auto startAnother = [&] {
+        ++refused;
+        converter.onStartConvert();
+        converter.convert();
+    };
+    connect(&converter, &Converter::sigUpdFileName, this, startAnother);
+    connect(&converter, &Converter::sigConvertInfo, this, startAnother);
+    // Neither does it clear a stop that was asked for.
+    connect(&converter, &Converter::sigUpdFileName, this, [&](const QString &path) {
+        if (path.endsWith("/b.psc"_L1)) {
+            converter.stopRequested = true;
+            converter.onStartConvert();
+        }
+    });
+    converter.onStartConvert();
+    QCOMPARE(refused, 4);
+    QCOMPARE(recorder.endedRuns(), 1);
+    QCOMPARE(recorder.events.filter(u"progress"_s),
+             QStringList({u"progress 2 0"_s, u"progress 2 1"_s, u"progress 2 2"_s}));
+    QVERIFY(converter.stopRequested);
+    QVERIFY(project.exists(u"scr_bak/b.psc"_s));
+
+    // Once it has ended, another one begins.
+    QObject::disconnect(&converter, &Converter::sigUpdFileName, this, nullptr);
+    QObject::disconnect(&converter, &Converter::sigConvertInfo, this, nullptr);
+    converter.onStartConvert();
+    QCOMPARE(recorder.endedRuns(), 2);
 }
 
 void TestConverter::worksOnWhatItTookAtItsStart()

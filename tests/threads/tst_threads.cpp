@@ -103,6 +103,14 @@ private Q_SLOTS:
     void losesNoNewsWhileOthersTellThem();
     void waitsWhileManyNewsWait();
     void waitsNoLongerWhenNobodyHandsOver();
+    void runWaitsWhileManyReportsAreNotShown();
+    void runWaitsNoLongerWhenNobodyShows();
+    void runNeverWaitsForItsOwnThread();
+    void runStartsOnceWhereSeveralStartIt();
+    void logWaitsWhileManyEntriesWait();
+    void logWaitsNoLongerWhenNobodyAsksForIt();
+    void logWaitsForNoListenerThatIsGone();
+    void logOfAListenerDoesNotWait();
 };
 
 void TestThreads::losesNoEntryOfAnyThread()
@@ -295,6 +303,217 @@ void TestThreads::waitsNoLongerWhenNobodyHandsOver()
     run.join();
     inbox.handOver();
     QCOMPARE(received, all);
+}
+
+namespace {
+
+constexpr int plainScreens = 40;
+constexpr int lead = 8;
+
+/// A run that tells one report for each of its screens.
+struct ToldRun
+{
+    ToldRun()
+    {
+        for (int index = 0; index < plainScreens; ++index)
+            project.write(u"scr/%1.psc"_s.arg(index), "ID;1;O\n");
+        QObject::connect(
+            &converter, &Converter::sigConvertInfo, &converter, [this] { ++told; }, Qt::DirectConnection);
+        converter.limitLead(lead);
+    }
+    ~ToldRun() { goOnToTheEnd(); }
+    Q_DISABLE_COPY_MOVE(ToldRun)
+
+    void startOnAnotherThread()
+    {
+        worker = std::thread([this] { converter.convert(); });
+    }
+    void goOnToTheEnd()
+    {
+        converter.limitLead(0);
+        if (worker.joinable())
+            worker.join();
+    }
+
+    TestProject project;
+    std::atomic<int> told{0};
+    Converter converter{project.dir()};
+    std::thread worker;
+};
+
+/// Waits until a number is reached, and long enough for more if it were to go on.
+void waitUntilItStandsAt(const std::atomic<int> &number, int expected)
+{
+    while (number < expected)
+        std::this_thread::yield();
+    constexpr int pauses = 100'000;
+    for (int pause = 0; pause < pauses; ++pause)
+        std::this_thread::yield();
+}
+
+/// Stays in its first call until it is let go; until then no entry is delivered.
+class HeldListener final : public Qel::Logger::LogListener
+{
+public:
+    HeldListener() { Qel::Logger::registerLogListener(this); }
+    ~HeldListener() override { Qel::Logger::unregisterLogListener(this); }
+    Q_DISABLE_COPY_MOVE(HeldListener)
+
+    void handleMessage(QString /*level*/, QString /*time*/, QString /*message*/) override
+    {
+        ++calls;
+        while (!isLetGo)
+            std::this_thread::yield();
+    }
+
+    std::atomic<int> calls{0};
+    std::atomic<bool> isLetGo{false};
+};
+
+/// Lets other threads wait for the listeners while it lives.
+struct LogLimit
+{
+    explicit LogLimit(std::size_t most) { Qel::Logger::setMostWaiting(most); }
+    ~LogLimit() { Qel::Logger::setMostWaiting(0); }
+    Q_DISABLE_COPY_MOVE(LogLimit)
+};
+
+/// One thread that is held in a listener, and one whose entries wait for it.
+class HeldLog final
+{
+public:
+    HeldLog()
+        : m_holder([] { log(u"first"_s); })
+    {
+        while (listener.calls == 0)
+            std::this_thread::yield();
+        m_writer = std::thread([this] {
+            for (; written < rounds; ++written)
+                log(u"entry"_s);
+        });
+    }
+    ~HeldLog()
+    {
+        listener.isLetGo = true;
+        m_holder.join();
+        m_writer.join();
+    }
+    Q_DISABLE_COPY_MOVE(HeldLog)
+
+    HeldListener listener;
+    std::atomic<int> written{0};
+
+private:
+    std::thread m_holder;
+    std::thread m_writer;
+};
+
+} // namespace
+
+void TestThreads::runWaitsWhileManyReportsAreNotShown()
+{
+    ToldRun run;
+    run.startOnAnotherThread();
+    waitUntilItStandsAt(run.told, lead);
+    QCOMPARE(run.told, lead);
+    int largest = 0;
+    for (int shown = 0; shown < plainScreens; ++shown) {
+        while (run.told <= shown)
+            std::this_thread::yield();
+        largest = std::max(largest, run.told - shown);
+        run.converter.reportShown();
+    }
+    run.worker.join();
+    QCOMPARE(run.told, plainScreens);
+    QVERIFY(largest <= lead);
+}
+
+void TestThreads::runWaitsNoLongerWhenNobodyShows()
+{
+    ToldRun run;
+    run.startOnAnotherThread();
+    waitUntilItStandsAt(run.told, lead);
+    QCOMPARE(run.told, lead);
+    run.goOnToTheEnd();
+    QCOMPARE(run.told, plainScreens);
+}
+
+void TestThreads::runNeverWaitsForItsOwnThread()
+{
+    ToldRun run;
+    run.converter.convert();
+    QCOMPARE(run.told, plainScreens);
+}
+
+void TestThreads::runStartsOnceWhereSeveralStartIt()
+{
+    ToldRun run;
+    run.startOnAnotherThread();
+    waitUntilItStandsAt(run.told, lead);
+    onThreads([&](int /*number*/) { run.converter.onStartConvert(); });
+    QCOMPARE(run.told, lead);
+    run.goOnToTheEnd();
+    QCOMPARE(run.told, plainScreens);
+}
+
+void TestThreads::logWaitsWhileManyEntriesWait()
+{
+    const LogLimit limit(lead);
+    HeldLog held;
+    waitUntilItStandsAt(held.written, lead);
+    QCOMPARE(held.written, lead);
+    held.listener.isLetGo = true;
+    waitUntilItStandsAt(held.written, rounds);
+    while (held.listener.calls < 1 + rounds)
+        std::this_thread::yield();
+}
+
+void TestThreads::logWaitsNoLongerWhenNobodyAsksForIt()
+{
+    const LogLimit limit(lead);
+    HeldLog held;
+    waitUntilItStandsAt(held.written, lead);
+    QCOMPARE(held.written, lead);
+    Qel::Logger::setMostWaiting(0);
+    waitUntilItStandsAt(held.written, rounds);
+    QCOMPARE(held.listener.calls, 1);
+}
+
+void TestThreads::logWaitsForNoListenerThatIsGone()
+{
+    const LogLimit limit(lead);
+    HeldLog held;
+    waitUntilItStandsAt(held.written, lead);
+    QCOMPARE(held.written, lead);
+    std::thread leaving([&] { Qel::Logger::unregisterLogListener(&held.listener); });
+    while (held.written < rounds) // though the listener is still held
+        std::this_thread::yield();
+    held.listener.isLetGo = true;
+    leaving.join();
+    QCOMPARE(held.listener.calls, 1);
+}
+
+void TestThreads::logOfAListenerDoesNotWait()
+{
+    /// Answers the first entry with more than may wait.
+    class Talker final : public Qel::Logger::LogListener
+    {
+    public:
+        void handleMessage(QString /*level*/, QString /*time*/, QString /*message*/) override
+        {
+            if (++calls == 1) {
+                for (int round = 0; round < rounds; ++round)
+                    log(u"answer"_s);
+            }
+        }
+        int calls = 0;
+    };
+    const LogLimit limit(lead);
+    Talker talker;
+    Qel::Logger::registerLogListener(&talker);
+    log(u"first"_s);
+    Qel::Logger::unregisterLogListener(&talker);
+    QCOMPARE(talker.calls, 1 + rounds);
 }
 
 QTEST_APPLESS_MAIN(TestThreads)

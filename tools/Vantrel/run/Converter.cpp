@@ -21,7 +21,9 @@
 #include <QFile>
 #include <QMutexLocker>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <exception>
 
 using namespace Qt::StringLiterals;
@@ -224,28 +226,34 @@ std::shared_ptr<ShapeLibrary> Converter::shapeLibrary() const
 void Converter::announceStart()
 {
     const QMutexLocker lock(&m_mutex);
-    ++m_announcedStarts;
+    ++m_lastAnnounced;
 }
 
 void Converter::cancel()
 {
     const QMutexLocker lock(&m_mutex);
-    m_cancelledStarts = m_announcedStarts;
+    m_lastCancelled = m_lastAnnounced;
     stopRequested = true;
 }
 
-/// Clears the stop flag. Returns whether the start is still wanted.
+/// Clears the stop flag. Returns whether the start is still wanted; one that nobody announced is.
 bool Converter::beginStart()
 {
     const QMutexLocker lock(&m_mutex);
     stopRequested = false;
-    if (m_announcedStarts == 0)
+    if (m_lastBegun == m_lastAnnounced)
         return true;
-    --m_announcedStarts;
-    if (m_cancelledStarts == 0)
-        return true;
-    --m_cancelledStarts;
-    return false;
+    return ++m_lastBegun > m_lastCancelled;
+}
+
+void Converter::limitLead(int most)
+{
+    m_lead.limit(static_cast<std::size_t>(std::max(most, 0)));
+}
+
+void Converter::reportShown()
+{
+    m_lead.giveOneBack();
 }
 
 void Converter::onStopConvert()
@@ -255,6 +263,8 @@ void Converter::onStopConvert()
 
 void Converter::onStartConvert()
 {
+    if (m_isUnderWay)
+        return;
     if (beginStart())
         convert();
     else
@@ -273,6 +283,8 @@ void Converter::createLogFileName()
 
 void Converter::convert()
 {
+    if (m_isUnderWay.exchange(true))
+        return;
     try {
         convertProject();
     } catch (const std::exception &failure) {
@@ -280,6 +292,7 @@ void Converter::convert()
                    runErrorLine);
     }
     m_run.reset();
+    m_isUnderWay = false;
     Q_EMIT sigConvertEnd();
 }
 
@@ -480,7 +493,7 @@ void Converter::replaceObject(const ImageFile &image, STBlock &object)
                                    .toPrefix = QLatin1StringView(toPrefix)},
                                   output);
     object.shapeObject = shape.imageObject;
-    Q_EMIT sigConvertInfo(object);
+    report(object);
     for (const QString &icon : std::as_const(shape.missingIcons))
         keepObject(icon, u"Ikon %1 does not exist"_s.arg(icon));
 }
@@ -520,14 +533,21 @@ void Converter::clearBlock(STBlock &block)
     ::clearBlock(block);
 }
 
+/// The one place at which reports leave a run.
+void Converter::report(const STBlock &block)
+{
+    m_lead.takeOne();
+    Q_EMIT sigConvertInfo(block);
+}
+
 void Converter::reportFile(const QString &imageFile, int status, const QString &errorText)
 {
-    STBlock report;
-    clearBlock(report);
-    report.imageFile = imageFile;
-    report.status = status;
-    report.error = errorText;
-    Q_EMIT sigConvertInfo(report);
+    STBlock block;
+    clearBlock(block);
+    block.imageFile = imageFile;
+    block.status = status;
+    block.error = errorText;
+    report(block);
 }
 
 // --- Image files ---
@@ -667,5 +687,5 @@ void Converter::reportUnusableShape(STBlock &object, const QString &shapeFile, c
 
     message.replace("Shape File"_L1, u"Shape File %1"_s.arg(shapeFile), Qt::CaseSensitive);
     logMessage(FileError, message, shapeFileErrorLine);
-    Q_EMIT sigConvertInfo(object);
+    report(object);
 }

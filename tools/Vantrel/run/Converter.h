@@ -2,6 +2,7 @@
 // shapes of its library.
 #pragma once
 
+#include "ReportLead.h"
 #include "STBlock.h"
 
 #include <QFileInfo>
@@ -54,11 +55,17 @@ public:
     /// Path of the change log of the run under way, or of the last one.
     QString logFileName() const;
 
-    /// Counts a start that is about to be requested by a queued call of onStartConvert().
+    /// Gives a number to a start that is about to be requested by a queued call of onStartConvert().
     void announceStart();
     /// Ends the run under way before its next file, and every announced start that has not
     /// begun; such a start ends as a stopped run. Callable from any thread.
     void cancel();
+
+    /// Lets a run wait while `most` of its reports are not shown, see reportShown(); 0, as at
+    /// first, never. Called on the thread that shows them, with 0 before it stops doing so.
+    void limitLead(int most);
+    /// A report was shown: the run may tell another one. Callable from any thread.
+    void reportShown();
 
     /// Puts a record into the state that reports and readers start from.
     static void clearBlock(STBlock &block);
@@ -109,7 +116,7 @@ public:
 
     /// Builds the path of a new run's change log from the time.
     void createLogFileName();
-    /// Performs a whole run. Called by onStartConvert().
+    /// Performs a whole run, unless one is under way. Called by onStartConvert().
     void convert();
 
     /// Tested before each image file; set it to stop the run. A start clears it, see cancel().
@@ -128,6 +135,7 @@ Q_SIGNALS:
 
 public Q_SLOTS:
     void onStopConvert();
+    /// Performs a run. Called while one is under way it does nothing.
     void onStartConvert();
 
 private:
@@ -148,6 +156,7 @@ private:
     void replaceObject(const ImageFile &image, STBlock &object);
     const ShapeFile &openedShape(const QString &name);
     std::optional<FileLines> readShape(const QString &path, QString &errorText);
+    void report(const STBlock &block);
     void reportFile(const QString &imageFile, int status, const QString &errorText);
     void reportTempFileError(const QString &imageFile, const QString &message, int reason);
     void reportUnusableShape(STBlock &object, const QString &shapeFile, const QString &errorText,
@@ -166,8 +175,12 @@ private:
     ThreadMode m_threadMode;
     QSet<QString> m_filterNames;
     bool m_makeFolders = false;
-    int m_announcedStarts = 0;
-    int m_cancelledStarts = 0;
+    // Starts are numbered from 1 on in the order in which they are announced, and begin in it.
+    int m_lastAnnounced = 0;
+    int m_lastBegun = 0;
+    int m_lastCancelled = 0;
 
+    ReportLead m_lead;
+    std::atomic<bool> m_isUnderWay{false};
     std::unique_ptr<Run> m_run; ///< what belongs to the run under way; null between runs
 };
