@@ -38,7 +38,6 @@
 #include <array>
 #include <chrono>
 #include <future>
-#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -99,6 +98,7 @@ Vantrel::Vantrel(QWidget *parent)
     watcher = std::make_unique<WatchFolderThread>(imageFolder());
     notifier = std::make_unique<RunNotifier>(*this);
     connectSignals();
+    keepWorkerNear();
     setUpProjectLine();
     setUpKeys();
 
@@ -112,7 +112,7 @@ Vantrel::~Vantrel()
 {
     stopWorker();
     watcher.reset();
-    showMilestone(u"====== Vantrel end ======"_s, __LINE__);
+    logMilestone(u"====== Vantrel end ======"_s, __LINE__);
     Qel::Logger::unregisterLogListener(this);
     saveSettings();
     guiFunc.reset();
@@ -156,7 +156,7 @@ void Vantrel::setUpTableHelpers()
     const auto fileOfRow = [this](int row) {
         constexpr int fileColumn = 1;
         const QTableWidgetItem *item = ui.rplShapeTable->item(row, fileColumn);
-        return item != nullptr ? reportedFile(item->text(), runProjectDir) : QString();
+        return item != nullptr ? reportedFile(item->text(), run.projectDir()) : QString();
     };
     new TableActions(*ui.rplShapeTable, fileOfRow, [this](const QString &path) { openReported(path); });
     new TableActions(*ui.logTable);
@@ -217,6 +217,18 @@ void Vantrel::connectSignals()
             Qt::QueuedConnection);
 }
 
+/// A run may tell in a moment more than can be shown in it. It waits for the window from time to
+/// time, so that the event loop hears the user, and so that what is told is soon shown.
+void Vantrel::keepWorkerNear()
+{
+    constexpr int mostNotShown = 400;
+    const auto tellThatOneIsShown = [this] { converter->reportShown(); };
+    // Made after the one that shows it, so that it comes after it.
+    connect(converter.get(), &Converter::sigConvertInfo, this, tellThatOneIsShown, Qt::QueuedConnection);
+    converter->limitLead(mostNotShown);
+    Qel::Logger::setMostWaiting(mostNotShown);
+}
+
 // --- Settings and leaving ---
 
 void Vantrel::restoreSettings()
@@ -247,13 +259,15 @@ void Vantrel::closeEvent(QCloseEvent *event)
 /// has reported is shown and written to its change log.
 void Vantrel::stopWorker()
 {
+    // From here on nothing is shown before the worker has ended: it must not wait for that.
+    converter->limitLead(0);
+    Qel::Logger::setMostWaiting(0);
     converter->cancel();
     notifier->runIsCancelled();
     QThread *thread = converter->thread();
     thread->quit();
     thread->wait();
     QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
-    backlog.finish();
 }
 
 // --- Runs ---
@@ -268,18 +282,17 @@ void Vantrel::onBtnStartPressed()
 
 void Vantrel::startRun()
 {
+    const QString projectDir = ui.lnProjectPath->text();
+    run.start(projectDir);
     showRunning();
-    backlog.finish();
     removeRows(*ui.logTable);
     removeRows(*ui.rplShapeTable);
-    converter->setProjectDir(ui.lnProjectPath->text());
+    converter->setProjectDir(projectDir);
     converter->setFilterNames(selectedFilterNames);
-    showMilestone(u"Start"_s, __LINE__);
+    logMilestone(u"Start"_s, __LINE__);
 
-    runProjectDir = ui.lnProjectPath->text();
-    rememberProject(runProjectDir);
-    notifier->runBegins(runProjectDir);
-    ++endsToCome;
+    rememberProject(projectDir);
+    notifier->runBegins(projectDir);
     converter->announceStart();
     Q_EMIT sigStartConvert();
 }
@@ -293,10 +306,13 @@ void Vantrel::cancelRun()
 
 void Vantrel::onConvertEnd()
 {
-    if (isToldByConverter())
-        showInTurn([this] { endToldRun(); });
-    else
-        endRun();
+    // The worker may tell the end of a cancelled run while a newer one is shown.
+    if (isToldByConverter() && run.takeEnd() == RunState::End::OfEarlierRun) {
+        logMilestone(u"End"_s, __LINE__);
+        return;
+    }
+    showIdle();
+    notifier->runEnds();
 }
 
 bool Vantrel::isToldByConverter() const
@@ -305,50 +321,16 @@ bool Vantrel::isToldByConverter() const
     return sender() == converter.get() && senderSignalIndex() == endSignal;
 }
 
-/// The converter may tell the end of a cancelled run while a newer one is under way.
-void Vantrel::endToldRun()
-{
-    endsToCome = std::max(endsToCome - 1, 0);
-    if (running && endsToCome > 0)
-        showMilestone(u"End"_s, __LINE__);
-    else
-        endRun();
-}
-
-void Vantrel::endRun()
-{
-    showIdle();
-    notifier->runEnds();
-}
-
-/// A run may tell more in a moment than can be shown in it. Between runs, all is shown at once.
-void Vantrel::showInTurn(Backlog::Step step)
-{
-    if (endsToCome > 0 || !backlog.isEmpty())
-        backlog.add(std::move(step));
-    else
-        step();
-}
-
-/// Milestones are what the user waits for: they are seen at once, after all that came before.
-void Vantrel::showMilestone(const QString &text, int line)
-{
-    logMilestone(text, line);
-    backlog.finish();
-}
-
 void Vantrel::showRunning()
 {
     ui.btnStart->setText(tr("Cancel"));
-    running = true;
     for (QPushButton *button : {ui.btnBrowse, ui.btnClose, ui.btnChangedFiles, ui.btnLog})
         button->setEnabled(false);
 }
 
 void Vantrel::showIdle()
 {
-    backlog.finish(); // the columns are fitted to it, too
-    running = false;
+    run.leave();
     ui.btnBrowse->setEnabled(true);
     ui.btnClose->setEnabled(true);
     ui.rplShapeTable->resizeColumnsToContents();
@@ -363,7 +345,7 @@ void Vantrel::showIdle()
     ui.btnLog->setEnabled(true);
     // A run removes the folder and makes it again: its watch has gone with it.
     watcher->changeFolder(imageFolder());
-    showMilestone(u"End"_s, __LINE__);
+    logMilestone(u"End"_s, __LINE__);
 }
 
 void Vantrel::onProgressChanged(int max, int pos) const
@@ -385,11 +367,10 @@ void Vantrel::onUpdFileName(QString sFileName) const
 
 void Vantrel::onConvertInfo(const Converter::STBlock &block)
 {
-    showInTurn([this, block, changeLog = converter->logFileName()] {
-        guiFunc->addShapeRow(block);
-        guiFunc->writeChangeLog(block, changeLog);
+    guiFunc->addShapeRow(block);
+    guiFunc->writeChangeLog(block, converter->logFileName());
+    if (run.isLastOneTelling())
         notifier->countReport(block.status);
-    });
 }
 
 // --- Project and filters ---
@@ -498,11 +479,6 @@ void Vantrel::openReported(const QString &path)
 // --- Log view ---
 
 void Vantrel::handleMessage(QString level, QString time, QString message)
-{
-    showInTurn([this, level, time, message] { addLogRow(level, time, message); });
-}
-
-void Vantrel::addLogRow(const QString &level, const QString &time, const QString &message)
 {
     const LevelStyle style = styleOf(level);
     const QBrush brush(style.colour);

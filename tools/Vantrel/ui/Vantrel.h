@@ -1,9 +1,9 @@
 // The main window.
 #pragma once
 
-#include "Backlog.h"
 #include "Converter.h"
 #include "Logger.h"
+#include "RunState.h"
 #include "ui_Vantrel.h"
 
 #include <QSet>
@@ -32,8 +32,7 @@ public:
     /// Puts a project's path into its line and remembers the project; an empty path changes nothing.
     void openProject(const QString &projectDir) const;
 
-    /// Adds a log entry to the log table, the newest on top, and fits the table to its contents;
-    /// during a run not always at once.
+    /// Adds a log entry to the log table, the newest on top, and fits the table to its contents.
     void handleMessage(QString level, QString time, QString message) override;
 
 Q_SIGNALS:
@@ -42,7 +41,7 @@ Q_SIGNALS:
 
 public Q_SLOTS:
     void onProgressChanged(int max, int pos) const;
-    /// Shows a report and writes it to the change log; during a run not always at once.
+    /// Shows a report and writes it to the change log.
     void onConvertInfo(const Converter::STBlock &block);
     void onConvertEnd();
     /// Starts a run, or cancels the one under way.
@@ -62,7 +61,8 @@ protected:
     std::unique_ptr<Converter> converter;
     std::unique_ptr<CGuiFunc> guiFunc;
     Ui_VantrelClass ui;
-    bool running = false;
+    RunState run;
+    const bool &running = run.isShown();
     bool filterNamesStale = true; ///< to be collected again before they are offered
     std::unique_ptr<WatchFolderThread> watcher;
     QSet<QString> allFilterNames;
@@ -82,25 +82,18 @@ private:
     void connectSignals();
     void stopWorker();
 
+    void keepWorkerNear();
     void startRun();
     void cancelRun();
     void showRunning();
     void showIdle();
     bool isToldByConverter() const;
-    void endToldRun();
-    void endRun();
-    void showInTurn(Backlog::Step step);
-    void showMilestone(const QString &text, int line);
 
     void collectNames();
-    void addLogRow(const QString &level, const QString &time, const QString &message);
     void writeLogCell(int column, const QFont &font, const QBrush &brush, const QString &text) const;
     void openFile(const QString &path, const QString &missingText);
     void openReported(const QString &path);
     QString imageFolder() const;
 
     ContentFit *logTableFit = nullptr; ///< belongs to the log table
-    QString runProjectDir;             ///< of the run whose reports are in the table
-    int endsToCome = 0;                ///< runs that were started and have not told their end
-    Backlog backlog;                   ///< what they have told and the tables do not show yet
 };

@@ -1,0 +1,37 @@
+// Which of its runs a window shows.
+#pragma once
+
+#include <QString>
+
+/// The runs that a window has started. The worker performs them one after the other and tells the
+/// end of each in that order; the window shows the last one at most, and that only until it is
+/// cancelled or its end is told. GUI thread.
+class RunState final
+{
+public:
+    /// What it means that the worker has told an end.
+    enum class End {
+        OfShownRun,     ///< what the user waits for
+        OfEarlierRun,   ///< of one that was cancelled, while another one is shown already
+        OfCancelledRun, ///< while none is shown
+    };
+
+    /// A run over the project is started, and shown from now on.
+    void start(const QString &projectDir);
+    /// The run is shown no more, whether or not its end was told.
+    void leave() { m_isShown = false; }
+    /// An end was told. That of the shown run does not leave it.
+    End takeEnd();
+
+    /// Stays the same object, so that it can be looked at by reference.
+    const bool &isShown() const { return m_isShown; }
+    /// Whether what is told now is told by the run that was started last.
+    bool isLastOneTelling() const { return m_endsToCome <= 1; }
+    /// Project of the run that was started last.
+    const QString &projectDir() const { return m_projectDir; }
+
+private:
+    bool m_isShown = false;
+    int m_endsToCome = 0; ///< of runs that were started
+    QString m_projectDir;
+};
