@@ -18,6 +18,7 @@
 #include "SortingPause.h"
 #include "TableActions.h"
 #include "TableLayout.h"
+#include "UserSettings.h"
 #include "WatchFolderThread.h"
 #include "updUtils.h"
 
@@ -29,7 +30,6 @@
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QMetaMethod>
-#include <QSettings>
 #include <QShortcut>
 #include <QThread>
 #include <QUrl>
@@ -233,7 +233,7 @@ void Vantrel::keepWorkerNear()
 
 void Vantrel::restoreSettings()
 {
-    const QSettings settings(u"QEL"_s, u"Vantrel"_s);
+    const UserSettings settings;
     resize(settings.value("size"_L1, QSize(800, 600)).toSize());
     move(settings.value("pos"_L1, QPoint(200, 200)).toPoint());
     ui.lnProjectPath->setText(settings.value("projDir"_L1, u"c:/velmorant/proj/velmora"_s).toString());
@@ -241,7 +241,7 @@ void Vantrel::restoreSettings()
 
 void Vantrel::saveSettings() const
 {
-    QSettings settings(u"QEL"_s, u"Vantrel"_s);
+    UserSettings settings;
     settings.setValue("pos"_L1, pos());
     settings.setValue("size"_L1, size());
     settings.setValue("projDir"_L1, ui.lnProjectPath->text());

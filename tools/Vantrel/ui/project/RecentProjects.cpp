@@ -2,9 +2,9 @@
 #include "RecentProjects.h"
 
 #include "ProjectFolder.h"
+#include "UserSettings.h"
 
 #include <QDir>
-#include <QSettings>
 
 using namespace Qt::StringLiterals;
 
@@ -17,7 +17,7 @@ constexpr QLatin1StringView key = "recent/projects"_L1;
 
 QStringList recentProjects()
 {
-    const QSettings settings(u"QEL"_s, u"Vantrel"_s);
+    const UserSettings settings;
     return settings.value(key).toStringList().mid(0, mostProjects);
 }
 
@@ -29,5 +29,5 @@ void rememberProject(const QString &folder)
     QStringList projects = recentProjects();
     projects.removeAll(project);
     projects.prepend(project);
-    QSettings(u"QEL"_s, u"Vantrel"_s).setValue(key, projects.mid(0, mostProjects));
+    UserSettings().setValue(key, projects.mid(0, mostProjects));
 }

@@ -2,10 +2,10 @@
 #include "TableLayout.h"
 
 #include "TableText.h"
+#include "UserSettings.h"
 
 #include <QHeaderView>
 #include <QMenu>
-#include <QSettings>
 #include <QTableWidget>
 
 #include <algorithm>
@@ -101,7 +101,7 @@ TableLayout::TableLayout(QTableWidget &table)
 void TableLayout::restore()
 {
     QHeaderView &header = *m_table.horizontalHeader();
-    const QSettings settings(u"QEL"_s, u"Vantrel"_s);
+    const UserSettings settings;
     const QList<int> columns = columnsInOrder(header.count());
 
     const QList<int> order = asNumbers(settings.value(orderKey(m_table)).toStringList());
@@ -119,7 +119,7 @@ void TableLayout::restore()
 void TableLayout::save() const
 {
     const QHeaderView &header = *m_table.horizontalHeader();
-    QSettings settings(u"QEL"_s, u"Vantrel"_s);
+    UserSettings settings;
     keep(settings, orderKey(m_table), columnOrder(header), columnsInOrder(header.count()));
     keep(settings, hiddenKey(m_table), hiddenColumns(header), {});
 }
