@@ -140,7 +140,7 @@ void TestAccess::tellsWhatEveryButtonDoes()
 
 void TestAccess::readsOutTheFileThatIsWorkedOn()
 {
-    const TestWindow window;
+    TestWindow window;
     window.onUpdFileName(u"/p/scr/a.psc"_s);
     QCOMPARE(QAccessible::queryAccessibleInterface(window.ui.FileName)->text(QAccessible::Name),
              u"Searching in /p/scr/a.psc..."_s);

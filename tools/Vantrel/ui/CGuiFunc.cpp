@@ -64,8 +64,7 @@ void CGuiFunc::addShapeRow(const Converter::STBlock &block)
         resizeColumns();
 }
 
-void CGuiFunc::setCell(int column, const RowStyle &style, const QString &text, bool insertRow,
-                       bool onTop) const
+void CGuiFunc::setCell(int column, const RowStyle &style, const QString &text, bool insertRow, bool onTop)
 {
     auto *item = new QTableWidgetItem(text);
     item->setFont(style.font);

@@ -31,7 +31,7 @@ public:
     /// timer allows: a run reports thousands of objects.
     void addShapeRow(const Converter::STBlock &block);
     /// Makes one cell in row 0, or else in the last row; `insertRow` adds that row first.
-    void setCell(int column, const RowStyle &style, const QString &text, bool insertRow, bool onTop) const;
+    void setCell(int column, const RowStyle &style, const QString &text, bool insertRow, bool onTop);
     /// Errors are magenta, all else is black.
     void statusStyle(int status, RowStyle &style);
 

@@ -3,21 +3,18 @@
 
 #include "BusySign.h"
 #include "CGuiFunc.h"
-#include "ContentFit.h"
 #include "FilterNames.h"
 #include "Filters_UI.h"
 #include "ImageFileSearch.h"
-#include "LightBase.h"
+#include "LogView.h"
 #include "PlainToolTip.h"
 #include "ProjectCompleter.h"
 #include "ProjectDrop.h"
 #include "RecentProjects.h"
 #include "ReportedFile.h"
-#include "RowToolTips.h"
 #include "RunNotifier.h"
-#include "SortingPause.h"
 #include "TableActions.h"
-#include "TableLayout.h"
+#include "TableSetUp.h"
 #include "UserSettings.h"
 #include "WatchFolderThread.h"
 #include "updUtils.h"
@@ -34,8 +31,6 @@
 #include <QThread>
 #include <QUrl>
 
-#include <algorithm>
-#include <array>
 #include <chrono>
 #include <future>
 
@@ -48,28 +43,6 @@ void logMilestone(const QString &text, int line)
 {
     constexpr unsigned char systemLevel = 6;
     Qel::Logger::instance()->out(systemLevel, text, "tools/Vantrel/Vantrel", line).endl();
-}
-
-/// How entries of a level look in the log table.
-struct LevelStyle
-{
-    QLatin1StringView level;
-    Qt::GlobalColor colour;
-    QFont::Weight weight;
-};
-
-constexpr std::array levelStyles{
-    LevelStyle{"emergency"_L1, Qt::red, QFont::Bold},    LevelStyle{"alert"_L1, Qt::red, QFont::Normal},
-    LevelStyle{"critical"_L1, Qt::magenta, QFont::Bold}, LevelStyle{"error"_L1, Qt::magenta, QFont::Normal},
-    LevelStyle{"warning"_L1, Qt::blue, QFont::Bold},     LevelStyle{"notice"_L1, Qt::blue, QFont::Normal},
-    LevelStyle{"system"_L1, Qt::blue, QFont::Normal},    LevelStyle{"info"_L1, Qt::black, QFont::Normal},
-};
-
-LevelStyle styleOf(const QString &level)
-{
-    const auto *style = std::find_if(levelStyles.begin(), levelStyles.end(),
-                                     [&](const LevelStyle &known) { return known.level == level; });
-    return style != levelStyles.end() ? *style : LevelStyle{{}, Qt::darkBlue, QFont::Normal};
 }
 
 void removeRows(QTableWidget &table)
@@ -102,8 +75,8 @@ Vantrel::Vantrel(QWidget *parent)
     setUpProjectLine();
     setUpKeys();
 
-    setUpTables();
-    setUpTableHelpers();
+    setUpShapeTable();
+    logView = std::make_unique<LogView>(*ui.logTable);
     Qel::Logger::registerLogListener(this);
     logMilestone(u"====== Vantrel start ======"_s, __LINE__);
 }
@@ -133,38 +106,16 @@ void Vantrel::setUpWidgets()
     ui.btnLog->setEnabled(false);
 }
 
-void Vantrel::setUpTables()
-{
-    // No column is marked as sorted before the user sorts one.
-    ui.rplShapeTable->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
-    ui.rplShapeTable->resizeColumnsToContents();
-
-    QTableWidget &table = *ui.logTable;
-    table.setColumnCount(3);
-    table.setHorizontalHeaderLabels({tr("Level"), tr("Date/Time"), tr("Message")});
-    table.verticalHeader()->hide();
-    table.setShowGrid(false);
-    table.setEditTriggers(QAbstractItemView::NoEditTriggers);
-    table.setSelectionBehavior(QAbstractItemView::SelectRows);
-    table.horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
-    table.setSortingEnabled(true);
-    logTableFit = new ContentFit(table);
-}
-
-void Vantrel::setUpTableHelpers()
+void Vantrel::setUpShapeTable()
 {
     const auto fileOfRow = [this](int row) {
         constexpr int fileColumn = 1;
         const QTableWidgetItem *item = ui.rplShapeTable->item(row, fileColumn);
         return item != nullptr ? reportedFile(item->text(), run.projectDir()) : QString();
     };
+    ui.rplShapeTable->resizeColumnsToContents();
+    setUpTable(*ui.rplShapeTable);
     new TableActions(*ui.rplShapeTable, fileOfRow, [this](const QString &path) { openReported(path); });
-    new TableActions(*ui.logTable);
-    for (QTableWidget *table : {ui.rplShapeTable, ui.logTable}) {
-        new TableLayout(*table);
-        new RowToolTips(*table);
-        new LightBase(*table);
-    }
 }
 
 void Vantrel::setUpProjectLine()
@@ -191,7 +142,7 @@ void Vantrel::setUpKeys()
     });
 }
 
-void Vantrel::closeProposals() const
+void Vantrel::closeProposals()
 {
     ui.lnProjectPath->completer()->popup()->hide();
 }
@@ -348,7 +299,7 @@ void Vantrel::showIdle()
     logMilestone(u"End"_s, __LINE__);
 }
 
-void Vantrel::onProgressChanged(int max, int pos) const
+void Vantrel::onProgressChanged(int max, int pos)
 {
     // The bar would paint the whole window at each step; so it is painted with everything else.
     ui.progressBar->setUpdatesEnabled(false);
@@ -358,7 +309,7 @@ void Vantrel::onProgressChanged(int max, int pos) const
     ui.progressBar->setUpdatesEnabled(true);
 }
 
-void Vantrel::onUpdFileName(QString sFileName) const
+void Vantrel::onUpdFileName(QString sFileName)
 {
     const QString text = tr("Searching in %1...").arg(sFileName);
     ui.FileName->setText(text);
@@ -380,7 +331,7 @@ QString Vantrel::imageFolder() const
     return ui.lnProjectPath->text() + "/scr"_L1;
 }
 
-void Vantrel::openProject(const QString &projectDir) const
+void Vantrel::openProject(const QString &projectDir)
 {
     if (projectDir.isEmpty())
         return;
@@ -480,25 +431,6 @@ void Vantrel::openReported(const QString &path)
 
 void Vantrel::handleMessage(QString level, QString time, QString message)
 {
-    const LevelStyle style = styleOf(level);
-    const QBrush brush(style.colour);
-    QFont font = ui.logTable->font();
-    font.setWeight(style.weight);
-
-    const int row = logRowsOnTop ? 0 : ui.logTable->rowCount();
-    ui.logTable->insertRow(row);
-    writeLogCell(0, font, brush, level);
-    writeLogCell(1, font, brush, time);
-    writeLogCell(2, font, brush, message);
-    logTableFit->fitAddedRow(row);
-}
-
-void Vantrel::writeLogCell(int column, const QFont &font, const QBrush &brush, const QString &text) const
-{
-    auto *item = new QTableWidgetItem(text);
-    item->setFont(font);
-    item->setForeground(brush);
-
-    const SortingPause pause(*ui.logTable);
-    ui.logTable->setItem(logRowsOnTop ? 0 : ui.logTable->rowCount() - 1, column, item);
+    logView->addEntry(logRowsOnTop ? LogView::NewRow::OnTop : LogView::NewRow::AtBottom, level, time,
+                      message);
 }

@@ -13,7 +13,7 @@
 #include <memory>
 
 class CGuiFunc;
-class ContentFit;
+class LogView;
 class RunNotifier;
 class WatchFolderThread;
 
@@ -30,7 +30,7 @@ public:
     ~Vantrel() override;
 
     /// Puts a project's path into its line and remembers the project; an empty path changes nothing.
-    void openProject(const QString &projectDir) const;
+    void openProject(const QString &projectDir);
 
     /// Adds a log entry to the log table, the newest on top, and fits the table to its contents.
     void handleMessage(QString level, QString time, QString message) override;
@@ -40,7 +40,7 @@ Q_SIGNALS:
     void sigStopConvert();
 
 public Q_SLOTS:
-    void onProgressChanged(int max, int pos) const;
+    void onProgressChanged(int max, int pos);
     /// Shows a report and writes it to the change log.
     void onConvertInfo(const Converter::STBlock &block);
     void onConvertEnd();
@@ -50,7 +50,7 @@ public Q_SLOTS:
     void onBtnChangedFilesPressed();
     void onBtnLogPressed();
     void onBtnFiltersPressed();
-    void onUpdFileName(QString sFileName) const;
+    void onUpdFileName(QString sFileName);
     void onFolderChanged();
     void onFolderPathChanged();
 
@@ -74,11 +74,10 @@ private:
     void restoreSettings();
     void saveSettings() const;
     void setUpWidgets();
-    void setUpTables();
-    void setUpTableHelpers();
+    void setUpShapeTable();
     void setUpProjectLine();
     void setUpKeys();
-    void closeProposals() const;
+    void closeProposals();
     void connectSignals();
     void stopWorker();
 
@@ -90,10 +89,9 @@ private:
     bool isToldByConverter() const;
 
     void collectNames();
-    void writeLogCell(int column, const QFont &font, const QBrush &brush, const QString &text) const;
     void openFile(const QString &path, const QString &missingText);
     void openReported(const QString &path);
     QString imageFolder() const;
 
-    ContentFit *logTableFit = nullptr; ///< belongs to the log table
+    std::unique_ptr<LogView> logView;
 };
