@@ -15,6 +15,8 @@
 #include <QTest>
 #include <QTranslator>
 
+#include <filesystem>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -98,6 +100,7 @@ private Q_SLOTS:
     void changedFolderMakesNamesStale();
 
     void collectsNamesForTheDialog();
+    void forgetsTheChoiceBeforeItCollects();
     void selectsAllNamesEvenIfTheDialogIsCancelled();
     void keepsTheChoiceForTheNextOpening();
     void cancelKeepsTheChoice();
@@ -528,6 +531,32 @@ void TestVantrelWindow::collectsNamesForTheDialog()
     QCOMPARE(window.allFilterNames, all);
     QCOMPARE(window.selectedFilterNames, QSet<QString>{u"pump.plb"_s});
     QVERIFY(!window.filterNamesStale);
+}
+
+void TestVantrelWindow::forgetsTheChoiceBeforeItCollects()
+{
+    // One long file under many names: the window looks at its events while it reads them.
+    const TestProject project;
+    const QString longFile = project.path(u"scr/long.psc"_s);
+    project.write(u"scr/long.psc"_s, QByteArray("LIB;pump.plb\n").repeated(100'000));
+    for (int name = 0; name < 60; ++name) {
+        std::filesystem::create_hard_link(longFile.toStdString(),
+                                          project.path(u"scr/%1.psc"_s.arg(name)).toStdString());
+    }
+    TestWindow window;
+    window.ui.lnProjectPath->setText(project.dir());
+    window.selectedFilterNames = {u"chosen before"_s};
+    int looksWithoutChoice = 0;
+    QTimer looks;
+    connect(&looks, &QTimer::timeout, &window,
+            [&] { looksWithoutChoice += window.selectedFilterNames.isEmpty() ? 1 : 0; });
+    looks.start(0);
+    int answered = 0;
+    whenAsked<Filters_UI>(this, answered, [](Filters_UI *dialog) { dialog->reject(); });
+    window.onBtnFiltersPressed();
+    QCOMPARE(answered, 1);
+    QVERIFY(looksWithoutChoice > 0);
+    QCOMPARE(window.selectedFilterNames, QSet<QString>{u"pump.plb"_s});
 }
 
 void TestVantrelWindow::selectsAllNamesEvenIfTheDialogIsCancelled()

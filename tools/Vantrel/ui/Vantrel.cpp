@@ -381,12 +381,13 @@ void Vantrel::collectNames()
         busySign.keepRepainted();
     const QList<QFileInfo> imageFiles = search.get().files;
 
+    // An earlier choice is forgotten: the names may be others than those that it was made from.
     allFilterNames.clear();
+    selectedFilterNames.clear();
     for (const QFileInfo &imageFile : imageFiles) {
         collectFilterNames(imageFile.filePath(), &allFilterNames);
         busySign.keepRepainted();
     }
-    // The names may be others than those that the user chose from before.
     selectedFilterNames = allFilterNames;
 }
 
