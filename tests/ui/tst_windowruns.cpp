@@ -610,7 +610,7 @@ void TestWindowRuns::runWaitsForTheWindow()
     chooseAllNames(window);
     const ToldReports told(*window.converter);
     press(window.ui.btnStart);
-    QVERIFY(told.whenTheyStop() < manyObjects / 4);
+    QVERIFY(told.whenTheyStop() < manyObjects / 2);
     QTRY_VERIFY_WITH_TIMEOUT(window.isIdle(), patience);
     QCOMPARE(window.ui.rplShapeTable->rowCount(), manyObjects);
     QCOMPARE(readFile(window.converter->logFileName()).count('\n'), 1 + manyObjects);
@@ -627,7 +627,7 @@ void TestWindowRuns::logOfAnotherThreadWaitsForTheWindow()
     const int stopped = whereItStops(written);
     window.reset(); // nobody shows them any more
     writer.join();
-    QVERIFY(stopped < manyObjects / 4);
+    QVERIFY(stopped < manyObjects / 2);
     QCOMPARE(written, manyObjects);
 }
 
@@ -640,7 +640,7 @@ void TestWindowRuns::runThatWaitsGoesOnBehindADialog()
     chooseAllNames(window);
     const ToldReports told(*window.converter);
     press(window.ui.btnStart);
-    QVERIFY(told.whenTheyStop() < manyObjects / 4);
+    QVERIFY(told.whenTheyStop() < manyObjects / 2);
     int answered = 0;
     whenAsked<Filters_UI>(&window, answered, [&](Filters_UI *dialog) {
         QTRY_VERIFY_WITH_TIMEOUT(window.isIdle(), patience);
@@ -663,10 +663,10 @@ void TestWindowRuns::runThatWaitsIsCancelledAtOnce()
     chooseAllNames(window);
     const ToldReports told(*window.converter);
     press(window.ui.btnStart);
-    QVERIFY(told.whenTheyStop() < manyObjects / 4);
+    QVERIFY(told.whenTheyStop() < manyObjects / 2);
     press(window.ui.btnStart);
     QVERIFY(window.isIdle());
-    QVERIFY(window.ui.rplShapeTable->rowCount() < manyObjects / 4);
+    QVERIFY(window.ui.rplShapeTable->rowCount() < manyObjects / 2);
     press(window.ui.btnStart); // what the first one still tells does not disturb this one
     for (int turn = 0; turn < 10; ++turn) {
         QVERIFY(window.isRunning());
@@ -1030,7 +1030,7 @@ void TestWindowRuns::leavesWhileTheRunWaits()
     chooseAllNames(*window);
     const ToldReports told(*window->converter);
     press(window->ui.btnStart);
-    QVERIFY(told.whenTheyStop() < manyObjects / 4);
+    QVERIFY(told.whenTheyStop() < manyObjects / 2);
     const QString changeLog = window->converter->logFileName();
     window->close();
     window.reset();

@@ -172,12 +172,15 @@ void Vantrel::connectSignals()
 /// time, so that the event loop hears the user, and so that what is told is soon shown.
 void Vantrel::keepWorkerNear()
 {
-    constexpr int mostNotShown = 400;
+    // Measured: what the window shows in one turn, painting once, without keeping its user waiting.
+    // A log entry takes it longer than a report.
+    constexpr int mostReports = 600;
+    constexpr std::size_t mostLogEntries = 64;
     const auto tellThatOneIsShown = [this] { converter->reportShown(); };
     // Made after the one that shows it, so that it comes after it.
     connect(converter.get(), &Converter::sigConvertInfo, this, tellThatOneIsShown, Qt::QueuedConnection);
-    converter->limitLead(mostNotShown);
-    Qel::Logger::setMostWaiting(mostNotShown);
+    converter->limitLead(mostReports);
+    Qel::Logger::setMostWaiting(mostLogEntries);
 }
 
 // --- Settings and leaving ---
