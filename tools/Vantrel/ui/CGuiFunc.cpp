@@ -12,8 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int errorStatus = 2;
-
 /// A path from the project's image folder on.
 ///     "/plants/north/scr/a/b.psc"  ->  "<proj>/scr/a/b.psc"
 QString withoutProjectDir(const QString &imageFile)
@@ -79,7 +77,7 @@ void CGuiFunc::setCell(int column, const RowStyle &style, const QString &text, b
 
 void CGuiFunc::statusStyle(int status, RowStyle &style)
 {
-    style.isError = status == errorStatus;
+    style.isError = status == ReportStatus::Error;
     style.brush = QBrush(style.isError ? Qt::magenta : Qt::black);
 }
 

@@ -2,14 +2,12 @@
 #include "RunNotifier.h"
 
 #include "DesktopBus.h"
+#include "STBlock.h"
 
 #include <QDir>
 #include <QWidget>
 
 namespace {
-
-constexpr int replacedStatus = 0;
-constexpr int errorStatus = 2;
 
 /// A user waits for a shorter run.
 constexpr std::chrono::seconds longRun{10};
@@ -44,8 +42,8 @@ void RunNotifier::runBegins(const QString &projectDir)
 
 void RunNotifier::countReport(int status)
 {
-    m_replaced += status == replacedStatus ? 1 : 0;
-    m_errors += status == errorStatus ? 1 : 0;
+    m_replaced += status == ReportStatus::Replaced ? 1 : 0;
+    m_errors += status == ReportStatus::Error ? 1 : 0;
 }
 
 void RunNotifier::showProgress(int count, int done)
