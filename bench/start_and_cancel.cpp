@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QSemaphore>
+#include <QThread>
 
 #include <atomic>
 

@@ -111,25 +111,35 @@ CHECK = _table(
 
 CONVERTER = _table(
     "run/Converter.cpp",
+    ("lowerNames.insert(name.toLower());", "lowerNames.insert(name);"),
+    ("m_lastCancelled = m_lastAnnounced;", "m_lastCancelled = 0;"),
+    ("    shapeLineOffset = file->lineOffset;\n", ""),
+    ('"_yyyy-MM-dd_hh-mm-ss"', '"_yyyy-MM-dd_hh-mm"'),
+)
+
+RUN = _table(
+    "run/ConversionRun.cpp",
+    ("            m_conversion.makeTempFolderAgain(path);\n            return false;\n", ""),
+    ("m_listener.onProgress(count, index);", "m_listener.onProgress(count, index + 1);"),
+    ("m_listener.onProgress(count, count);", "m_listener.onProgress(count, 0);"),
+) + _table(
+    "run/FileConversion.cpp",
     ('path.replace("/scr"_L1, "/scr_temp"_L1, Qt::CaseSensitive)',
      'path.replace(path.lastIndexOf("/scr"_L1), 4, "/scr_temp"_L1)'),
-    ("lowerNames.insert(name.toLower());", "lowerNames.insert(name);"),
     ("object.shapeFile.toLower()", "object.shapeFile"),
-    ("offset = first < lines.size() ? first : -1;", "offset = first;"),
-    ("m_cancelledStarts = m_announcedStarts;", "m_cancelledStarts = 0;"),
-    ("            m_run->tempFolders.makeAgain(tempFolderOf(imageFile));\n            return false;\n", ""),
-    ("isWithoutFolder && folders.makeAgain", "isWithoutFolder || folders.makeAgain"),
-    ("Q_EMIT sigProgressChanged(count, index);", "Q_EMIT sigProgressChanged(count, index + 1);"),
-    ("Q_EMIT sigProgressChanged(count, count);", "Q_EMIT sigProgressChanged(count, 0);"),
-    ("keepObject(object.shapeFile, shapeFile.errorText);",
-     "keepObject(m_run->library->path(object.shapeFile), shapeFile.errorText);"),
+    ("isWithoutFolder && makeTempFolderAgain", "isWithoutFolder || makeTempFolderAgain"),
+    ("keepObject(image, object, object.shapeFile, opened.errorText);",
+     "keepObject(image, object, m_library.path(object.shapeFile), opened.errorText);"),
     ("object.shapeObject = shape.imageObject;", ""),
+    ("tellFile(imageFile, ReportStatus::NotReplaced);", "tellFile(imageFile, ReportStatus::Replaced);"),
+) + _table(
+    "run/RunReports.cpp",
     ("if (!failedShapeFiles.contains(shapeFile))\n", ""),
     ("object.status = ReportStatus::Error;", "object.status = ReportStatus::NotReplaced;"),
     ('message.replace("Shape File"_L1,', 'message.replace("Shape File ["_L1,'),
-    ("reportFile(imageFile, ReportStatus::NotReplaced, {});",
-     "reportFile(imageFile, ReportStatus::Replaced, {});"),
-    ('"_yyyy-MM-dd_hh-mm-ss"', '"_yyyy-MM-dd_hh-mm"'),
+) + _table(
+    "shapes/ShapeFile.cpp",
+    ("offset = first < lines.size() ? first : -1;", "offset = first;"),
 )
 
 FILES = _table(
@@ -216,5 +226,5 @@ CHANGE_LOG = _table(
     (" || status.st_dev != m_device || status.st_ino != m_inode", ""),
 )
 
-MUTATIONS = (RECORD + GRAMMAR + CUTTER + RECTANGLES + REFERENCES + PLACEMENT + FILE_IO + CHECK + CONVERTER + FILES + SEARCH +
+MUTATIONS = (RECORD + GRAMMAR + CUTTER + RECTANGLES + REFERENCES + PLACEMENT + FILE_IO + CHECK + CONVERTER + RUN + FILES + SEARCH +
              LIBRARY + BITMAPS + MOVES + EXCHANGE + CHANGE_LOG)

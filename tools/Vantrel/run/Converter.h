@@ -2,27 +2,17 @@
 // shapes of its library.
 #pragma once
 
-#include "ReportLead.h"
 #include "STBlock.h"
 
-#include <QFileInfo>
 #include <QIODevice>
 #include <QList>
-#include <QMutex>
 #include <QObject>
 #include <QSet>
 #include <QString>
 #include <QStringList>
-#include <QThread>
 
 #include <atomic>
 #include <memory>
-#include <optional>
-
-class FileLines;
-class ShapeLibrary;
-struct FoundImageFiles;
-struct ImageFile;
 
 /// Performs conversion runs on a thread of its own. The owner speaks to it by queued signals
 /// and, while no run is under way, by the setters; it must stop the thread (`thread()->quit()`,
@@ -45,7 +35,7 @@ public:
     ~Converter() override;
 
     /// Whether this converter started a thread of its own.
-    bool hasWorkerThread() const { return m_threadMode == WorkerThread; }
+    bool hasWorkerThread() const;
 
     void setProjectDir(const QString &projectDir);
     /// The shape files whose objects are replaced, in any letter case; none replaces nothing.
@@ -139,48 +129,6 @@ public Q_SLOTS:
     void onStartConvert();
 
 private:
-    struct Run;
-    struct ShapeFile;
-    enum ThreadMode { WorkerThread = -1, CallersThread = 0 };
-
-    bool beginStart();
-    void convertProject();
-    bool beginRun();
-    void enterConversion(const FoundImageFiles &found);
-    void reportHiddenFiles(const FoundImageFiles &found);
-    bool convertImageFiles(const QList<QFileInfo> &imageFiles);
-    void convertImageFile(const QString &imageFile, const QString &tempFile);
-    void copyUnchanged(const ImageFile &image, const QString &tempFile);
-    void writeConverted(ImageFile &image, const QString &tempFile);
-    bool isChosen(const STBlock &object) const;
-    void replaceObject(const ImageFile &image, STBlock &object);
-    const ShapeFile &openedShape(const QString &name);
-    std::optional<FileLines> readShape(const QString &path, QString &errorText);
-    void report(const STBlock &block);
-    void reportFile(const QString &imageFile, int status, const QString &errorText);
-    void reportTempFileError(const QString &imageFile, const QString &message, int reason);
-    void reportUnusableShape(STBlock &object, const QString &shapeFile, const QString &errorText,
-                             QStringList &failedShapeFiles);
-    void backUpAndCopyBack();
-    /// Shape files and bitmaps as the run remembers them; outside a run, as they are now.
-    std::shared_ptr<ShapeLibrary> shapeLibrary() const;
-    QString projectDir() const;
-
-    // Exchanged between the owner's thread and the worker's: a start may follow a cancelled
-    // run at once, so each is copied under the mutex, and a run works on its own copies.
-    mutable QMutex m_mutex;
-    QThread m_thread;
-    QString m_projectDir;
-    QString m_logFileName;
-    ThreadMode m_threadMode;
-    QSet<QString> m_filterNames;
-    bool m_makeFolders = false;
-    // Starts are numbered from 1 on in the order in which they are announced, and begin in it.
-    int m_lastAnnounced = 0;
-    int m_lastBegun = 0;
-    int m_lastCancelled = 0;
-
-    ReportLead m_lead;
-    std::atomic<bool> m_isUnderWay{false};
-    std::unique_ptr<Run> m_run; ///< what belongs to the run under way; null between runs
+    class Insides;
+    std::unique_ptr<Insides> m_insides;
 };

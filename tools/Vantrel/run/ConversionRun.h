@@ -1,0 +1,63 @@
+// A conversion run over a project.
+#pragma once
+
+#include "FileConversion.h"
+#include "RunRecord.h"
+#include "RunReports.h"
+
+#include <QFileInfo>
+#include <QList>
+#include <QString>
+
+#include <memory>
+
+class ProjectLock;
+class StageFile;
+struct FoundImageFiles;
+
+/// Follows a run from step to step, on the run's thread.
+class RunListener
+{
+public:
+    virtual ~RunListener() = default;
+
+    /// The image files are found, and the first is about to be converted.
+    virtual void onFound() = 0;
+    /// A file is about to be converted; the number of files as `index` at the end.
+    virtual void onProgress(int count, int index) = 0;
+    virtual void onFile(const QString &path) = 0;
+    virtual void onReport(const STBlock &report) = 0;
+    /// Asked before each file.
+    virtual bool isStopWanted() = 0;
+};
+
+/// Converts all image files of a project into "scr_temp", then exchanges "scr" for it. Locks the
+/// project and writes down how far it is. Performed once.
+class ConversionRun final
+{
+    Q_DISABLE_COPY_MOVE(ConversionRun)
+
+public:
+    ConversionRun(ConversionSettings settings, RunListener &listener);
+    ~ConversionRun();
+
+    /// Performs the run, unless somebody else works on the project.
+    void perform();
+
+    const QString &projectDir() const { return m_settings.projectDir; }
+
+private:
+    bool isInUse() const;
+    void enterConversion(const FoundImageFiles &found);
+    void reportHiddenFiles(const FoundImageFiles &found) const;
+    bool convertImageFiles(const QList<QFileInfo> &imageFiles);
+    void backUpAndCopyBack();
+
+    const ConversionSettings m_settings;
+    RunListener &m_listener;
+    RunReports m_reports;
+    FileConversion m_conversion;
+    std::unique_ptr<ProjectLock> m_lock;
+    RunFacts m_facts;
+    std::unique_ptr<StageFile> m_stageFile;
+};

@@ -1,0 +1,59 @@
+// The conversion of one image file after the other.
+#pragma once
+
+#include "OpenedShapes.h"
+#include "STBlock.h"
+#include "ShapeLibrary.h"
+#include "TextBuffer.h"
+#include "updUtils.h"
+
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+class FileWriter;
+class RunReports;
+struct ImageFile;
+
+/// What a run is to do.
+struct ConversionSettings
+{
+    QString projectDir;
+    QSet<QString> filterNames; ///< in lower case; objects of these shape files are replaced
+    FolderCreation folderCreation = FolderCreation::OneLevel;
+};
+
+/// Converts the image files of one run: reads each, replaces the objects whose shapes are chosen,
+/// writes the result below "scr_temp", and reports. Belongs to one thread.
+class FileConversion final
+{
+public:
+    FileConversion(const ConversionSettings &settings, const RunReports &reports);
+
+    /// Makes the folder of an image file below "scr_temp", where that is missing.
+    void makeTempFolder(const QString &imageFile);
+    /// The same where it was there and has gone since. Returns whether it was.
+    bool makeTempFolderAgain(const QString &imageFile);
+
+    /// Converts an image file. Whatever fails is reported.
+    void convert(const QString &imageFile);
+
+private:
+    template <typename Open>
+    FileWriter openTempFile(const QString &imageFile, Open open);
+    void copyUnchanged(const ImageFile &image);
+    void writeConverted(ImageFile &image);
+    void replaceObjects(ImageFile &image);
+    void replaceObject(const ImageFile &image, STBlock &object);
+    void keepObject(const ImageFile &image, STBlock &object, const QString &shapeName,
+                    const QString &errorText);
+    bool isChosen(const STBlock &object) const;
+
+    const ConversionSettings &m_settings;
+    const RunReports &m_reports;
+    FolderMaker m_tempFolders;
+    ShapeLibrary m_library;
+    OpenedShapes m_shapes{m_library};
+    QStringList m_failedShapeFiles;
+    TextBuffer<char> m_output; ///< of the image file under conversion
+};
