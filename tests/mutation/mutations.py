@@ -132,6 +132,7 @@ RUN = _table(
      "keepObject(image, object, m_library.path(object.shapeFile), opened.errorText);"),
     ("object.shapeObject = shape.imageObject;", ""),
     ("tellFile(imageFile, ReportStatus::NotReplaced);", "tellFile(imageFile, ReportStatus::Replaced);"),
+    ("        file.discard(ENOMEM); //", "        //"),
 ) + _table(
     "run/RunReports.cpp",
     ("if (!failedShapeFiles.contains(shapeFile))\n", ""),

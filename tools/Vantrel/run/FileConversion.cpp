@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <new>
 
 using namespace Qt::StringLiterals;
 
@@ -57,6 +58,16 @@ bool FileConversion::makeTempFolderAgain(const QString &imageFile)
 }
 
 void FileConversion::convert(const QString &imageFile)
+{
+    try {
+        convertImage(imageFile);
+    } catch (const std::bad_alloc &) {
+        QString message = u"There is not enough memory for Image File"_s;
+        m_reports.tellImageFileError(imageFile, message);
+    }
+}
+
+void FileConversion::convertImage(const QString &imageFile)
 {
     ImageFile image = readImage(imageFile);
     if (image.state != ImageFile::State::Whole) {
@@ -107,7 +118,12 @@ void FileConversion::writeConverted(ImageFile &image)
             logError(u"%1: %2"_s.arg(tempFile, qt_error_string(file.error())));
         return;
     }
-    replaceObjects(image);
+    try {
+        replaceObjects(image);
+    } catch (...) {
+        file.discard(ENOMEM); // an empty file would pass for a converted one
+        throw;
+    }
     if (!file.write(m_output.data(), m_output.size()))
         m_reports.tellTempFileError(image.path, u"Could not write Temp File %1"_s.arg(tempFile),
                                     file.error());

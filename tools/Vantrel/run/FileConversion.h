@@ -35,12 +35,14 @@ public:
     /// The same where it was there and has gone since. Returns whether it was.
     bool makeTempFolderAgain(const QString &imageFile);
 
-    /// Converts an image file. Whatever fails is reported.
+    /// Converts an image file. Whatever fails, and where the memory runs out, is reported; nothing
+    /// that is not whole stays below "scr_temp".
     void convert(const QString &imageFile);
 
 private:
     template <typename Open>
     FileWriter openTempFile(const QString &imageFile, Open open);
+    void convertImage(const QString &imageFile);
     void copyUnchanged(const ImageFile &image);
     void writeConverted(ImageFile &image);
     void replaceObjects(ImageFile &image);
