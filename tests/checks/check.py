@@ -32,6 +32,7 @@ FAULT_SHARES = 8
 PROJECTS, PROJECT_SHARES = 2000, 10
 LIMIT_SHARES = 4
 TIDY_SHARES = 10
+WALKS = 200
 MUTATIONS_OF_A_RUN = 3
 MUTATIONS_OF_THE_WHOLE = 12
 
@@ -111,9 +112,12 @@ def stages_of_check(extent: Extent) -> list[Stage]:
         Stage("second-implementation", "The second implementation", second_implementation(extent)),
         Stage("x-server", "The window in a real X server",
               [["scripts/build", "dev", "vantrel", "dragsource"], ["tests/ui/x11/run", "build/dev"]]),
+        Stage("walks", "Random walks over the window",
+              [["scripts/build", "dev", "tests_ui"],
+               ["env", f"VANTREL_WALK_SEEDS={WALKS}", "ctest", "--preset", "dev", "-R", "tst_windowwalk"]]),
         Stage("consumer", "As a part of another project",
               [["cmake", "-S", "tests/consumer", "-B", "build/consumer", "-G", "Ninja"],
-               ["cmake", "--build", "build/consumer", "--parallel", "2"], ["build/consumer/consumer"]]),
+               ["cmake", "--build", "build/consumer", "--parallel", "2", "--target", "consumer"], ["build/consumer/consumer"]]),
         Stage("threads", "Threads under the thread sanitizer",
               [["scripts/build", "tsan"],
                ["setarch", "-R", "ctest", "--test-dir", "build/tsan", "--output-on-failure", "--no-tests=error",
