@@ -29,6 +29,7 @@ void TestEngineLog::namesItsPlaces_data()
     QTest::newRow("copy-back") << LogPlace::CopyBack << 1688;
     QTest::newRow("run") << LogPlace::Run << 1700;
     QTest::newRow("lock") << LogPlace::Lock << 1710;
+    QTest::newRow("left over") << LogPlace::LeftOver << 1715;
     QTest::newRow("files") << LogPlace::Files << 1720;
 }
 

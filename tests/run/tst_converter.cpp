@@ -128,6 +128,10 @@ private Q_SLOTS:
     void makesFoldersWithTheirParentsWhenAskedTo();
     void makesOneLevelOfFoldersByDefault();
     void convertsFoldersInTheirOrder();
+    void touchesNothingWhereARunWasInterrupted_data();
+    void touchesNothingWhereARunWasInterrupted();
+    void goesOnFromWhatIsLeftOverWhereAsked();
+    void startsOverAStageFileThatTellsOfNoMore();
 };
 
 void TestConverter::declaresSignalsAndSlotsInOrder()
@@ -1013,6 +1017,90 @@ void TestConverter::convertsFoldersInTheirOrder()
              "Could not open Temp File "_L1 + project.path(u"scr_temp/area/b.psc"_s));
     QCOMPARE(project.files(u"scr"_s), QStringList{u"z.psc"_s});
     QCOMPARE(project.files(u"scr_bak"_s), (QStringList{u"area/b.psc"_s, u"z.psc"_s}));
+}
+
+namespace {
+
+/// A project whose run was interrupted: one screen lies in "scr", the other one only in "scr_bak".
+void leaveInterrupted(const TestProject &project, RunStage stage)
+{
+    project.write(u"scr/a.psc"_s, "ID;1;A\n");
+    project.write(u"scr_bak/b.psc"_s, "ID;1;B\n");
+    project.write(u"scr_temp/a.psc"_s, "ID;1;A\n");
+    project.makeFolder(u"log"_s);
+    RunFacts facts = factsOfRun(project.dir(), {});
+    facts.screens = {u"a.psc"_s, u"b.psc"_s};
+    StageFile(project.dir(), facts).enter({.stage = stage, .unsaved = {}, .endedAt = stage});
+}
+
+QMap<QString, QByteArray> bytesOf(const TestProject &project)
+{
+    QMap<QString, QByteArray> bytes;
+    for (const QString &file : project.files(u""_s))
+        bytes.insert(file, project.read(file));
+    return bytes;
+}
+
+} // namespace
+
+void TestConverter::touchesNothingWhereARunWasInterrupted_data()
+{
+    QTest::addColumn<RunStage>("stage");
+    QTest::addColumn<bool>("isReadable");
+    for (const RunStageRow &row : runStageRows) {
+        if (row.stage != RunStage::Done)
+            QTest::newRow(row.name) << row.stage << true;
+    }
+    QTest::newRow("nobody knows where") << RunStage::Converting << false;
+}
+
+void TestConverter::touchesNothingWhereARunWasInterrupted()
+{
+    QFETCH(RunStage, stage);
+    QFETCH(bool, isReadable);
+    const TestProject project;
+    leaveInterrupted(project, stage);
+    if (!isReadable)
+        project.write(u".vantrel.run"_s, "no stage file\n");
+    const QMap<QString, QByteArray> before = bytesOf(project);
+
+    Converter converter(project.dir());
+    const RunRecorder recorder(converter);
+    const LogRecorder log;
+    converter.convert();
+
+    QCOMPARE(bytesOf(project), before);
+    QCOMPARE(recorder.events, QStringList{u"end"_s});
+    QCOMPARE(log.entries.size(), 1);
+    QVERIFY(log.entries.constFirst().startsWith(
+        u"error: A run on project %1 was interrupted ("_s.arg(project.dir())));
+    QVERIFY(log.namesSource(0, u"tools/Vantrel/Converter"_s, 1715));
+    QVERIFY(converter.logFileName().isEmpty());
+}
+
+void TestConverter::goesOnFromWhatIsLeftOverWhereAsked()
+{
+    const TestProject project;
+    leaveInterrupted(project, RunStage::Converting);
+    Converter converter(project.dir());
+    converter.setGoesOnFromLeftOver(true);
+    const LogRecorder log;
+    converter.convert();
+    QCOMPARE(log.entries, QStringList());
+    QVERIFY(!project.exists(u".vantrel.run"_s));
+    QVERIFY(!project.exists(u"scr_temp"_s));
+}
+
+void TestConverter::startsOverAStageFileThatTellsOfNoMore()
+{
+    const TestProject project;
+    leaveInterrupted(project, RunStage::Done);
+    Converter converter(project.dir());
+    const LogRecorder log;
+    converter.convert();
+    QCOMPARE(log.entries, QStringList());
+    QVERIFY(!project.exists(u".vantrel.run"_s));
+    QCOMPARE(project.files(u"scr_bak"_s), QStringList{u"a.psc"_s});
 }
 
 VANTREL_TEST(QCoreApplication, TestConverter)

@@ -12,6 +12,7 @@ enum class LogPlace : int {
     CopyBack = 1688,  ///< screens that are not back in their place
     Run = 1700,       ///< one that was ended
     Lock = 1710,      ///< a project that is in use
+    LeftOver = 1715,  ///< a project in which a run was interrupted
     Files = 1720,     ///< what the file system refuses
 };
 

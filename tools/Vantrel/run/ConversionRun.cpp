@@ -37,7 +37,8 @@ ConversionRun::~ConversionRun() = default;
 
 void ConversionRun::perform()
 {
-    if (isInUse())
+    // Under the lock: the run that is waited for may be killed meanwhile.
+    if (isInUse() || isLeftOver())
         return;
 
     const FoundImageFiles found = searchImageFiles(m_settings.projectDir + "/scr"_L1);
@@ -61,6 +62,25 @@ bool ConversionRun::isInUse() const
     logError(
         u"Project %1 is in use by %2; the run was not started"_s.arg(m_settings.projectDir, m_lock->holder()),
         LogPlace::Lock);
+    return true;
+}
+
+/// The only copies of screens may lie where a run would remove them. What recovers an interrupted
+/// run has looked at them.
+bool ConversionRun::isLeftOver() const
+{
+    const QString &projectDir = m_settings.projectDir;
+    if (m_settings.goesOnFromLeftOver || !StageFile::exists(projectDir))
+        return false;
+    const std::optional<RunRecord> record = StageFile::read(projectDir);
+    if (record && record->state.stage == RunStage::Done)
+        return false;
+    const QString stage =
+        record ? QString::fromLatin1(rowOf(record->state.stage).name) : u"its stage file cannot be read"_s;
+    logError(u"A run on project %1 was interrupted (%2). No other run was started, and nothing was touched: "
+             "\"vantrel-cli recover\" puts the screens back, or completes the interrupted run"_s.arg(
+                 projectDir, stage),
+             LogPlace::LeftOver);
     return true;
 }
 

@@ -41,13 +41,15 @@ public:
     ConversionRun(ConversionSettings settings, RunListener &listener);
     ~ConversionRun();
 
-    /// Performs the run, unless somebody else works on the project.
+    /// Performs the run, unless somebody else works on the project, or an interrupted run has left
+    /// its stage file there.
     void perform();
 
     const QString &projectDir() const { return m_settings.projectDir; }
 
 private:
     bool isInUse() const;
+    bool isLeftOver() const;
     void enterConversion(const FoundImageFiles &found);
     void reportHiddenFiles(const FoundImageFiles &found) const;
     bool convertImageFiles(const QList<QFileInfo> &imageFiles);

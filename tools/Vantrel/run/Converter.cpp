@@ -52,6 +52,7 @@ public:
     void setProjectDir(const QString &projectDir);
     void setFilterNames(const QSet<QString> &lowerNames);
     void setFolderCreation(FolderCreation creation);
+    void setGoesOnFromLeftOver(bool goesOn);
     ConversionSettings settings() const;
     QString logFileName() const;
     void createLogFileName(const QString &projectDir);
@@ -121,6 +122,12 @@ void Converter::Insides::setFolderCreation(FolderCreation creation)
 {
     const QMutexLocker lock(&m_mutex);
     m_settings.folderCreation = creation;
+}
+
+void Converter::Insides::setGoesOnFromLeftOver(bool goesOn)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_settings.goesOnFromLeftOver = goesOn;
 }
 
 ConversionSettings Converter::Insides::settings() const
@@ -221,6 +228,11 @@ void Converter::setFilterNames(const QSet<QString> &names)
 void Converter::setMakeFolders(bool makeFolders)
 {
     m_insides->setFolderCreation(makeFolders ? FolderCreation::WithParents : FolderCreation::OneLevel);
+}
+
+void Converter::setGoesOnFromLeftOver(bool goesOn)
+{
+    m_insides->setGoesOnFromLeftOver(goesOn);
 }
 
 QString Converter::logFileName() const

@@ -42,6 +42,9 @@ public:
     void setFilterNames(const QSet<QString> &names);
     /// Makes folders with their parents where a run otherwise makes one level only.
     void setMakeFolders(bool makeFolders);
+    /// Lets the next runs begin where an interrupted run has left its stage file, which other runs
+    /// refuse. For whoever has recovered the project so far that converting again loses nothing.
+    void setGoesOnFromLeftOver(bool goesOn);
     /// Path of the change log of the run under way, or of the last one.
     QString logFileName() const;
 
@@ -106,7 +109,8 @@ public:
 
     /// Builds the path of a new run's change log from the time.
     void createLogFileName();
-    /// Performs a whole run, unless one is under way. Called by onStartConvert().
+    /// Performs a whole run, unless one is under way. Where the project is in use, or an interrupted
+    /// run has left its stage file, logs that and touches nothing. Called by onStartConvert().
     void convert();
 
     /// Tested before each image file; set it to stop the run. A start clears it, see cancel().

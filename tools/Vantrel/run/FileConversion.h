@@ -21,6 +21,7 @@ struct ConversionSettings
     QString projectDir;
     QSet<QString> filterNames; ///< in lower case; objects of these shape files are replaced
     FolderCreation folderCreation = FolderCreation::OneLevel;
+    bool goesOnFromLeftOver = false; ///< performs an interrupted run again, see Converter
 };
 
 /// Converts the image files of one run: reads each, replaces the objects whose shapes are chosen,

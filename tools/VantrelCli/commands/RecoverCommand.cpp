@@ -229,7 +229,7 @@ ExitCode RecoverCommand::finishConversion(const RecoveryPlan &plan)
     m_lock.reset();
     StopSignals stopSignals;
     UpdateRun run({m_options.projectDir, QSet<QString>(facts.shapeNames.cbegin(), facts.shapeNames.cend()),
-                   facts.makesFolders, QString()},
+                   facts.makesFolders, true, QString()},
                   m_presenter);
     QObject::connect(&stopSignals, &StopSignals::sigStopWanted, &run, &UpdateRun::stop);
     const LoggedErrors errors;

@@ -16,6 +16,7 @@ struct RunSettings
     QString projectDir; ///< the directory that is converted
     QSet<QString> shapeNames;
     bool makeFolders = false;
+    bool goesOnFromLeftOver = false; ///< of an interrupted run, which is performed again
     /// The folder below which a dry run has made the project directory again; empty in a real
     /// run. It is taken out of every text that is shown, and no change log is written.
     QString scratchRoot;
