@@ -1,5 +1,6 @@
 // The table of replaced shapes.
 #include "CGuiFunc.h"
+#include "Converter.h"
 #include "TestProject.h"
 #include "TestSuite.h"
 

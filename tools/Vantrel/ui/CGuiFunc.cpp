@@ -26,7 +26,7 @@ QString cornersOf(const QRect &rect)
 }
 
 /// The texts of a report's cells, in the order of the columns.
-QStringList cellTexts(const Converter::STBlock &block, const QString &status)
+QStringList cellTexts(const STBlock &block, const QString &status)
 {
     const QString imageObject = withoutTag(block.imageObject);
     const QString shapeObject = withoutTag(block.shapeObject);
@@ -49,7 +49,7 @@ CGuiFunc::~CGuiFunc()
     timer.stop();
 }
 
-void CGuiFunc::addShapeRow(const Converter::STBlock &block)
+void CGuiFunc::addShapeRow(const STBlock &block)
 {
     RowStyle style;
     statusStyle(block.status, style);
@@ -86,7 +86,7 @@ QString CGuiFunc::statusText(int status)
     return ::statusText(status);
 }
 
-void CGuiFunc::writeChangeLog(const Converter::STBlock &block, const QString &path)
+void CGuiFunc::writeChangeLog(const STBlock &block, const QString &path)
 {
     changeLog.append(block, path);
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ChangeLog.h"
-#include "Converter.h"
+#include "STBlock.h"
 #include "ui_Vantrel.h"
 
 #include <QBrush>
@@ -29,14 +29,14 @@ public:
 
     /// Adds a report as row 0. Columns are fitted to their contents, but not more often than the
     /// timer allows: a run reports thousands of objects.
-    void addShapeRow(const Converter::STBlock &block);
+    void addShapeRow(const STBlock &block);
     /// Makes one cell in row 0, or else in the last row; `insertRow` adds that row first.
     void setCell(int column, const RowStyle &style, const QString &text, bool insertRow, bool onTop);
     /// Errors are magenta, all else is black.
     void statusStyle(int status, RowStyle &style);
 
     QString statusText(int status);
-    void writeChangeLog(const Converter::STBlock &block, const QString &path);
+    void writeChangeLog(const STBlock &block, const QString &path);
 
 private:
     void resizeColumns();
