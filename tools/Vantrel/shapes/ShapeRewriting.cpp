@@ -50,20 +50,17 @@ void placeLines(QStringList &lines, const STBlock &target, const STBlock &shape)
     }
 }
 
-void rebaseLines(QStringList &lines, const QString &fromPrefix, const QString &toPrefix, QPoint shift)
+void rebaseLines(QStringList &lines, QString fromPrefix, QString toPrefix, QPoint shift)
 {
-    // The prefixes may be two of the lines.
-    const QString from = fromPrefix;
-    const QString to = toPrefix;
     const Fitting<QStringView> fitting{
-        .displacement = {.corner = {}, .centre = shift}, .extraText = {}, .toPrefix = to};
+        .displacement = {.corner = {}, .centre = shift}, .extraText = {}, .toPrefix = toPrefix};
     ShapePattern<QStringView> pattern;
     for (QString &line : lines) {
         const auto *const rule = RecordGrammar::ruleFor(line, RecordGrammar::rebaseRules);
         if (rule == nullptr)
             continue;
         pattern.clear();
-        pattern.addRebased(line, *rule, from);
+        pattern.addRebased(line, *rule, fromPrefix);
         fill(pattern, fitting, line);
     }
 }

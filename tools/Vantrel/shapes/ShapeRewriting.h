@@ -16,5 +16,6 @@ ShapePattern<QLatin1StringView> patternOf(const FileLines &lines, const STBlock 
 /// Moves points and rectangles of a shape's lines to the place of the object `target`.
 void placeLines(QStringList &lines, const STBlock &target, const STBlock &shape);
 
-/// Moves the file references of a shape's lines to another prefix, and its axes by the shift.
-void rebaseLines(QStringList &lines, const QString &fromPrefix, const QString &toPrefix, QPoint shift);
+/// Moves the file references of a shape's lines to another prefix, and its axes by the shift. The
+/// prefixes are taken by value, since they may be two of the lines.
+void rebaseLines(QStringList &lines, QString fromPrefix, QString toPrefix, QPoint shift);
