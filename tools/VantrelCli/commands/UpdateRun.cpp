@@ -2,6 +2,7 @@
 #include "UpdateRun.h"
 
 #include <QEventLoop>
+#include <QThread>
 
 #include <system_error>
 
