@@ -37,6 +37,13 @@ void writeLines(QIODevice &output, const QStringList &lines, const STBlock &rang
     output.write(bytes.data(), bytes.size());
 }
 
+/// Lets records travel through queued connections by the name that the signals use. Once: several
+/// threads may make converters at the same time.
+void registerRecord()
+{
+    [[maybe_unused]] static const int type = qRegisterMetaType<Converter::STBlock>("Converter::STBlock");
+}
+
 } // namespace
 
 /// Takes settings and starts from the owner's thread, and follows runs on the worker's.
@@ -99,7 +106,7 @@ Converter::Insides::Insides(Converter &converter, const QString &projectDir, Thr
     , m_thread(threads == Threads::OfItsOwn ? &converter : nullptr)
     , m_settings{.projectDir = projectDir, .filterNames = {}}
 {
-    qRegisterMetaType<Converter::STBlock>("Converter::STBlock");
+    registerRecord();
     if (threads == Threads::OfTheCaller)
         return;
     converter.moveToThread(&m_thread);
