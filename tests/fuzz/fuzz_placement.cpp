@@ -4,6 +4,7 @@
 //     left|top|right|bottom of the object|the same of the shape|level|extra text|from|to
 #include "Converter.h"
 #include "Expect.h"
+#include "RecordFields.h"
 
 #include <algorithm>
 
