@@ -15,7 +15,8 @@ namespace {
 std::atomic<std::size_t> largestBlock = SIZE_MAX;
 }
 
-// Every block that the program itself asks for passes here.
+// Every block that the program itself asks for passes here, that of an array too: the sanitizers have
+// operators of their own for these.
 void *operator new(std::size_t size)
 {
     void *const block = size <= largestBlock ? std::malloc(size) : nullptr;
@@ -24,12 +25,27 @@ void *operator new(std::size_t size)
     return block;
 }
 
+void *operator new[](std::size_t size)
+{
+    return operator new(size);
+}
+
 void operator delete(void *block) noexcept
 {
     std::free(block);
 }
 
 void operator delete(void *block, std::size_t /*size*/) noexcept
+{
+    std::free(block);
+}
+
+void operator delete[](void *block) noexcept
+{
+    std::free(block);
+}
+
+void operator delete[](void *block, std::size_t /*size*/) noexcept
 {
     std::free(block);
 }
