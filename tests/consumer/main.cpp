@@ -12,6 +12,7 @@ int main()
     updUtils::findImageFiles("/nowhere", files);
     QString line;
     joinFields({"IVG", "a"}, line);
+    writeChangeLog(Converter::STBlock(), "/nowhere/log.csv");
     const bool isAsExpected = !converter.readImageFile("/nowhere/a.psc", lines, errorText) &&
                               errorText == "Could not open Image File" && files.isEmpty() &&
                               line == "IVG;a" && statusText(2) == "ERROR" &&

@@ -2,6 +2,9 @@
 // shapes of its library.
 #pragma once
 
+// For those who include this header alone: they write change logs and cut lines themselves.
+#include "ChangeLog.h"
+#include "RecordFields.h"
 #include "STBlock.h"
 
 #include <QIODevice>
