@@ -205,7 +205,8 @@ void ShapePattern<View>::addAxisNumber(View field, View fromPrefix, Rebase axis)
     }
     const View rest = field.sliced(fromPrefix.size());
     addField(View());
-    addGap(isAcross ? Filling::ReferenceAcross : Filling::ReferenceDown).referenceSize = rest.size();
+    addGap(isAcross ? Filling::ReferenceAcross : Filling::ReferenceDown).referenceSize =
+        static_cast<int>(rest.size());
     addText(rest);
     m_textBeforeGaps += rest.size();
 }
@@ -230,7 +231,7 @@ template <RecordView View>
 typename ShapePattern<View>::Gap &ShapePattern<View>::addGap(Filling filling)
 {
     const qsizetype textSize = m_text.size() - std::exchange(m_textBeforeGaps, m_text.size());
-    return m_gaps.emplace_back(Gap{.textSize = textSize, .filling = filling});
+    return m_gaps.emplace_back(Gap{.textSize = textSize, .number = 0, .filling = filling});
 }
 
 template <RecordView View>

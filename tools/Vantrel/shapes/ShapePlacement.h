@@ -74,14 +74,18 @@ private:
         ReferenceDown, ///< an axis number that is read behind the new prefix
     };
 
-    /// A gap behind some text.
+    /// A gap behind some text. A shape may be all points, each with two of them, so that a gap takes
+    /// little room: only one kind of filling needs the size, and none needs both.
     struct Gap
     {
         qsizetype textSize;
-        qsizetype referenceSize = 0; ///< of the text behind it, which is read behind the new prefix
-        int number = 0;              ///< that is moved
+        union {
+            int number = 0;    ///< that is moved
+            int referenceSize; ///< of the text behind it, which is read behind the new prefix
+        };
         Filling filling;
     };
+    static_assert(sizeof(Gap) == 2 * sizeof(qsizetype));
 
     Gap &addGap(Filling filling);
     void addField(View field);
