@@ -129,7 +129,19 @@ bool TestProject::exists(const QString &relative) const
 
 QStringList TestProject::files(const QString &relative) const
 {
-    return filesBelow(path(relative));
+    QStringList files = filesBelow(path(relative));
+    files.removeIf([](const QString &file) { return file.startsWith(".vantrel.history/"_L1); });
+    return files;
+}
+
+QStringList TestProject::keptFiles() const
+{
+    QStringList kept;
+    for (const QString &file : filesBelow(path(QStringLiteral(".vantrel.history")))) {
+        if (const QString name = file.section(QLatin1Char('/'), 1); name != "run.json"_L1)
+            kept.append(name);
+    }
+    return kept;
 }
 
 QStringList filesBelow(const QString &folder)

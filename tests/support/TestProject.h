@@ -37,8 +37,11 @@ public:
     /// The bytes of a file below the project; null where there is none.
     QByteArray read(const QString &relative) const;
     bool exists(const QString &relative) const;
-    /// All files below a folder of the project, hidden ones too, sorted; see filesBelow().
+    /// All files below a folder of the project, hidden ones too, sorted; see filesBelow(). Without
+    /// what the history of the project's runs holds.
     QStringList files(const QString &relative) const;
+    /// What it holds beside "run.json", each file by its path in the entry, for all entries.
+    QStringList keptFiles() const;
 
 private:
     QString m_root;

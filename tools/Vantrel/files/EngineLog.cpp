@@ -9,6 +9,7 @@ constexpr const char *sourceFile = "tools/Vantrel/Converter";
 
 constexpr unsigned char alertLevel = 1;
 constexpr unsigned char errorLevel = 3;
+constexpr unsigned char warningLevel = 4;
 
 void log(unsigned char level, const QString &message, LogPlace place)
 {
@@ -20,6 +21,11 @@ void log(unsigned char level, const QString &message, LogPlace place)
 void logAlert(const QString &message, LogPlace place)
 {
     log(alertLevel, message, place);
+}
+
+void logWarning(const QString &message, LogPlace place)
+{
+    log(warningLevel, message, place);
 }
 
 void logError(const QString &message, LogPlace place)

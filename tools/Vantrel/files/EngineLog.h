@@ -14,9 +14,12 @@ enum class LogPlace : int {
     Lock = 1710,      ///< a project that is in use
     LeftOver = 1715,  ///< a project in which a run was interrupted
     Files = 1720,     ///< what the file system refuses
+    History = 1730,   ///< what displaced files are kept in
 };
 
 /// Logs what somebody has to put right by hand.
 void logAlert(const QString &message, LogPlace place);
+/// Logs what was done otherwise than a user might expect.
+void logWarning(const QString &message, LogPlace place);
 /// Logs what was not done.
 void logError(const QString &message, LogPlace place = LogPlace::Files);

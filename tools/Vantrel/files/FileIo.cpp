@@ -9,10 +9,12 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <limits>
 #include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 namespace {
@@ -94,6 +96,14 @@ bool readToEnd(const Descriptor &file, qint64 expectedSize, QByteArray &bytes)
 bool isFailureOfDisk(int error)
 {
     return error == ENOSPC || error == EDQUOT || error == EIO || error == EROFS;
+}
+
+qint64 availableBytes(const QString &path)
+{
+    struct statvfs disk = {};
+    if (statvfs(QFile::encodeName(path).constData(), &disk) != 0)
+        return std::numeric_limits<qint64>::max();
+    return static_cast<qint64>(disk.f_bavail) * static_cast<qint64>(disk.f_frsize);
 }
 
 bool mayExist(const QString &path)

@@ -13,6 +13,10 @@ bool isFailureOfDisk(int error);
 /// answer: who would remove or replace it must not take that for a no.
 bool mayExist(const QString &path);
 
+/// How many bytes the user may still write on the disk of a path. Where the disk gives no answer,
+/// as many as can be.
+qint64 availableBytes(const QString &path);
+
 /// A file's bytes and permissions.
 struct FileContent
 {

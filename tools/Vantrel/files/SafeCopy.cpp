@@ -8,11 +8,13 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -33,12 +35,24 @@ void syncFolder(const QString &path)
     close(folder);
 }
 
+/// A file that comes back is as old as it was. A disk that cannot do that keeps the bytes all the same.
+void keepTime(const QString &from, const QString &to)
+{
+    struct stat status = {};
+    if (stat(QFile::encodeName(from).constData(), &status) != 0)
+        return;
+    const std::array times{timespec{0, UTIME_OMIT}, status.st_mtim};
+    utimensat(AT_FDCWD, QFile::encodeName(to).constData(), times.data(), AT_SYMLINK_NOFOLLOW);
+}
+
 } // namespace
 
 QString putCopy(const QString &source, const QString &target)
 {
-    if (haveSameContent(source, target))
+    if (haveSameContent(source, target)) {
+        keepTime(source, target);
         return {};
+    }
     const QString folder = QFileInfo(target).path();
     const QString beside = folder + unfinishedCopy;
     QDir().mkpath(folder);
@@ -49,6 +63,7 @@ QString putCopy(const QString &source, const QString &target)
         QFile::remove(beside);
         return u"%1 could not be copied to %2 whole"_s.arg(source, folder);
     }
+    keepTime(source, beside);
     if (std::rename(QFile::encodeName(beside).constData(), QFile::encodeName(target).constData()) != 0) {
         const QString reason = QString::fromLocal8Bit(std::strerror(errno));
         QFile::remove(beside);

@@ -3,9 +3,9 @@
 
 #include <QString>
 
-/// Makes `target` a copy of `source`, unless it is one. The copy is made beside it, compared byte
-/// by byte and on the disk before it takes the place of what lies there; folders are made with
-/// their parents. Returns what went wrong; empty where nothing did.
+/// Makes `target` a copy of `source`, unless it is one. A copy is made beside it, compared byte
+/// by byte and on the disk before it takes the place of what lies there; it is as old as its source.
+/// Folders are made with their parents. Returns what went wrong; empty where nothing did.
 QString putCopy(const QString &source, const QString &target);
 
 /// Whether two paths lead to one file, over links on the way: neither is a copy of the other.
