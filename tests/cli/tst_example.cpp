@@ -83,7 +83,7 @@ void TestExample::leavesTheRestOfTheExamplePlantAlone()
 {
     const TestProject project(u"waterworks"_s);
     copyFolder(examplePlant, project.dir());
-    // The screens become the backup; the change log is what is new.
+    // The screens become the backup; the change log and the history are what is new.
     QStringList expected = describeTree(examplePlant);
     expected.replaceInStrings(QRegularExpression(u"^scr/"_s), u"scr_bak/"_s);
 
@@ -92,6 +92,7 @@ void TestExample::leavesTheRestOfTheExamplePlantAlone()
     left.erase(std::remove_if(left.begin(), left.end(),
                               [](const QString &entry) {
                                   return entry.startsWith("scr/"_L1) ||
+                                         entry.startsWith(".vantrel.history/"_L1) ||
                                          entry.startsWith("log/Vantrel_<time>.csv"_L1);
                               }),
                left.end());

@@ -3,6 +3,7 @@
 #include "ExitCode.h"
 #include "ProjectLock.h"
 #include "ProjectTree.h"
+#include "RunHistory.h"
 #include "SmallPlant.h"
 #include "StageFile.h"
 #include "TestSuite.h"
@@ -105,6 +106,13 @@ QMap<QString, QByteArray> conversions()
     for (const QString &screen : convertedScreens)
         bytes.insert(screen, converted(screen));
     return bytes;
+}
+
+/// What the last undoing has set aside.
+QMap<QString, QByteArray> setAsideIn(const TestProject &project)
+{
+    const QString entry = RunHistory(project.dir()).entries().value(0);
+    return bytesBelow(project, u".vantrel.history/%1/scr"_s.arg(entry));
 }
 
 CliResult recover(const TestProject &project, const QStringList &options = {})
@@ -285,6 +293,12 @@ private Q_SLOTS:
     void undoesACompletedRun();
     void undoesWhereFoldersAreRenamedInTheBackup();
     void goesOnWithAnInterruptedUndoing();
+    void takesRunsBackOneByOne();
+    void takesARunOverNoScreensBack();
+    void leavesScreensThatWereEditedSince();
+    void bringsBackWhatAnInterruptedRunDisplaced_data();
+    void bringsBackWhatAnInterruptedRunDisplaced();
+    void setsAsideWhatItDoesNotKnow();
     void keepsScreensThatCameLater();
     void keepsTheOriginalOfAScreenThatWasChangedLater();
     void canBeRepeatedWhereTheStageCannotBeWritten_data();
@@ -478,7 +492,7 @@ void TestRecover::undoesACompletedRun()
     QCOMPARE(bytesBelow(project, u"scr"_s), originals());
     QMap<QString, QByteArray> setAside = conversions();
     setAside.insert(u"extra.psc"_s, "extra");
-    QCOMPARE(bytesBelow(project, u"scr_undone"_s), setAside);
+    QCOMPARE(setAsideIn(project), setAside);
     QVERIFY(!project.exists(u"scr_bak"_s));
     QVERIFY(!StageFile::exists(project.dir()));
 }
@@ -489,9 +503,9 @@ void TestRecover::undoesWhereFoldersAreRenamedInTheBackup()
     project.write(u"scr/script/a.psc"_s, "after");
     project.write(u"scr_bak/scr_bakipt/a.psc"_s, "before");
     COMPARE_EXIT_CODE(recover(project, {u"--undo"_s}), Done);
-    QCOMPARE(project.files(u""_s), (QStringList{u"scr/script/a.psc"_s, u"scr_undone/script/a.psc"_s}));
+    QCOMPARE(project.files(u""_s), QStringList{u"scr/script/a.psc"_s});
     QCOMPARE(project.read(u"scr/script/a.psc"_s), "before");
-    QCOMPARE(project.read(u"scr_undone/script/a.psc"_s), "after");
+    QCOMPARE(setAsideIn(project).value(u"script/a.psc"_s), "after");
 }
 
 void TestRecover::goesOnWithAnInterruptedUndoing()
@@ -499,14 +513,137 @@ void TestRecover::goesOnWithAnInterruptedUndoing()
     const TestProject project;
     putConverted(project, u"scr"_s);
     putOriginals(project, u"scr_bak"_s);
-    putConverted(project, u"scr_undone"_s, {u"00.psc"_s});
-    writeStage(project, {.stage = RunStage::SettingAside, .unsaved = {}, .endedAt = RunStage::Done});
+    RunFacts facts = someFacts();
+    facts.setAsideEntry = u"2024-03-06_00-00-00"_s;
+    putConverted(project, u".vantrel.history/2024-03-06_00-00-00/scr"_s, {u"00.psc"_s});
+    StageFile(project.dir(), facts)
+        .enter({.stage = RunStage::SettingAside, .unsaved = {}, .endedAt = RunStage::Done});
     COMPARE_EXIT_CODE(recover(project, {u"--finish"_s}), Refused);
     COMPARE_EXIT_CODE(recover(project), DoneWithFindings);
     QCOMPARE(bytesBelow(project, u"scr"_s), conversions());
     COMPARE_EXIT_CODE(recover(project, {u"--undo"_s}), Done);
     QCOMPARE(bytesBelow(project, u"scr"_s), originals());
-    QCOMPARE(bytesBelow(project, u"scr_undone"_s), conversions());
+    QCOMPARE(setAsideIn(project), conversions());
+    QCOMPARE(RunHistory(project.dir()).entries(), QStringList{facts.setAsideEntry});
+}
+
+void TestRecover::takesRunsBackOneByOne()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    const auto run = [&project] {
+        COMPARE_EXIT_CODE(
+            CliRun().execute({u"update"_s, u"--project"_s, project.dir(), u"--all-shapes"_s, u"--force"_s}),
+            Done);
+    };
+    QList<QStringList> states;
+    const auto state = [&project] {
+        return describeTree(project.path(u"scr"_s)) + describeTree(project.path(u"scr_bak"_s));
+    };
+    for (const QByteArray &note : {"first"_ba, "second"_ba, "third"_ba}) {
+        project.write(u"scr/"_s + QString::fromLatin1(note) + u".txt"_s, note);
+        project.write(u"mac/pump.plb"_s, SmallPlant::shape().replace("Body", note));
+        states.append(state());
+        run();
+    }
+    // What was put into "scr" after an earlier run stays there when that one is taken back.
+    for (; !states.isEmpty(); states.removeLast()) {
+        COMPARE_EXIT_CODE(recover(project, {u"--undo"_s}), Done);
+        const QStringList now = state();
+        for (const QString &entry : std::as_const(states.last()))
+            QVERIFY2(now.contains(entry), qUtf8Printable(entry));
+    }
+    COMPARE_EXIT_CODE(recover(project, {u"--undo"_s}), Refused);
+}
+
+void TestRecover::takesARunOverNoScreensBack()
+{
+    const TestProject project;
+    project.write(u"scr/notes.txt"_s, "notes");
+    project.write(u"scr_bak/a.psc"_s, "the last copy");
+    const QStringList before =
+        describeTree(project.path(u"scr"_s)) + describeTree(project.path(u"scr_bak"_s));
+    COMPARE_EXIT_CODE(
+        CliRun().execute({u"update"_s, u"--project"_s, project.dir(), u"--all-shapes"_s, u"--force"_s}),
+        Done);
+    QVERIFY(!project.exists(u"scr"_s));
+    COMPARE_EXIT_CODE(recover(project, {u"--undo"_s}), Done);
+    QCOMPARE(describeTree(project.path(u"scr"_s)) + describeTree(project.path(u"scr_bak"_s)), before);
+    QCOMPARE(RunHistory(project.dir()).entries(), QStringList());
+}
+
+void TestRecover::leavesScreensThatWereEditedSince()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/b.psc"_s, SmallPlant::screenWith("pump.plb"));
+    COMPARE_EXIT_CODE(CliRun().execute({u"update"_s, u"--project"_s, project.dir(), u"--all-shapes"_s}),
+                      Done);
+    project.write(u"scr/a.psc"_s, "edited");
+    QFile edited(project.path(u"scr/a.psc"_s));
+    QVERIFY(edited.open(QIODevice::ReadWrite) &&
+            edited.setFileTime(QDateTime::currentDateTime().addSecs(60), QFileDevice::FileModificationTime));
+    edited.close();
+    const CliResult result = recover(project, {u"--undo"_s});
+    COMPARE_EXIT_CODE(result, DoneWithFindings);
+    QVERIFY(result.output.contains("scr/a.psc: hint: it was changed after the run, and stays as it is"));
+    QVERIFY(!result.output.contains("scr/b.psc"));
+    QCOMPARE(project.read(u"scr/a.psc"_s), "edited");
+    QCOMPARE(project.read(u"scr/b.psc"_s), SmallPlant::screenWith("pump.plb"));
+    QCOMPARE(project.read(u"scr_bak/a.psc"_s), SmallPlant::screenWith("pump.plb"));
+}
+
+void TestRecover::bringsBackWhatAnInterruptedRunDisplaced_data()
+{
+    QTest::addColumn<RunStage>("stage");
+    QTest::addColumn<bool>("isScrAway");
+    QTest::newRow("before the screens are backed up") << RunStage::Discarding << false;
+    QTest::newRow("when they are backed up") << RunStage::Removing << false;
+    QTest::newRow("when \"scr\" is away") << RunStage::Removing << true;
+    QTest::newRow("when some are copied back") << RunStage::CopyingBack << true;
+}
+
+void TestRecover::bringsBackWhatAnInterruptedRunDisplaced()
+{
+    QFETCH(const RunStage, stage);
+    QFETCH(const bool, isScrAway);
+    const TestProject project;
+    RunFacts facts = someFacts();
+    facts.historyEntry = u"2024-03-05_14-07-09"_s;
+    facts.hadBackup = true;
+    const QString kept = u".vantrel.history/2024-03-05_14-07-09/"_s;
+    project.write(kept + u"run.json"_s, "{}");
+    project.write(kept + u"scr_bak/older.psc"_s, "of the run before");
+    project.write((isScrAway ? kept : QString()) + u"scr/hall/notes.txt"_s, "notes");
+    putOriginals(project, stage == RunStage::Discarding ? u"scr"_s : u"scr_bak"_s);
+    putConverted(project, u"scr_temp"_s);
+    if (stage == RunStage::CopyingBack)
+        putConverted(project, u"scr"_s, {u"00.psc"_s});
+    StageFile(project.dir(), facts).enter({.stage = stage, .unsaved = {}, .endedAt = stage});
+    COMPARE_EXIT_CODE(recover(project, {u"--roll-back"_s}), Done);
+    QMap<QString, QByteArray> before = originals();
+    before.insert(u"hall/notes.txt"_s, "notes");
+    QCOMPARE(bytesBelow(project, u"scr"_s), before);
+    QCOMPARE(project.files(u"scr_bak"_s), QStringList{u"older.psc"_s});
+    QVERIFY(!project.exists(u"scr_temp"_s));
+    QCOMPARE(RunHistory(project.dir()).entries(), QStringList());
+}
+
+/// A file may be older than the run and yet hold what nobody else holds.
+void TestRecover::setsAsideWhatItDoesNotKnow()
+{
+    const TestProject project;
+    putOriginals(project, u"scr_bak"_s);
+    putConverted(project, u"scr"_s);
+    project.write(u"scr/a.psc"_s, "put back by hand");
+    QFile old(project.path(u"scr/a.psc"_s));
+    QVERIFY(old.open(QIODevice::ReadWrite) &&
+            old.setFileTime(QDateTime(QDate(2001, 1, 1), QTime(0, 0)), QFileDevice::FileModificationTime));
+    old.close();
+    writeStage(project, RunStage::CopyingBack);
+    COMPARE_EXIT_CODE(recover(project, {u"--roll-back"_s}), Done);
+    QCOMPARE(bytesBelow(project, u"scr"_s), originals());
+    QCOMPARE(setAsideIn(project).value(u"a.psc"_s), "put back by hand");
 }
 
 void TestRecover::keepsScreensThatCameLater()
@@ -859,17 +996,8 @@ void TestRecover::refusesToUndo_data()
     QTest::addColumn<QByteArray>("complaint");
     QTest::newRow("without a backup")
         << Interruption([](const TestProject &project) { putConverted(project, u"scr"_s); })
-        << QByteArray("Refused: there is no \"scr_bak\" with screens in it.\n");
-    QTest::newRow("over what an earlier one has kept") << Interruption([](const TestProject &project) {
-        putConverted(project, u"scr"_s);
-        putOriginals(project, u"scr_bak"_s);
-        project.makeFolder(u"scr_undone"_s);
-    }) << QByteArray("Refused: there is a folder \"scr_undone\" already; move it away.\n");
-    QTest::newRow("over a link of that name") << Interruption([](const TestProject &project) {
-        putConverted(project, u"scr"_s);
-        putOriginals(project, u"scr_bak"_s);
-        QVERIFY(QFile::link(u"nowhere"_s, project.path(u"scr_undone"_s)));
-    }) << QByteArray("Refused: there is a folder \"scr_undone\" already; move it away.\n");
+        << QByteArray("Refused: there is nothing to undo, neither a \"scr_bak\" with screens in it nor a run "
+                      "in the history.\n");
     QTest::newRow("an interrupted run") << Interruption([](const TestProject &project) {
         putOriginals(project, u"scr"_s);
         writeStage(project, RunStage::Converting);
@@ -985,7 +1113,7 @@ void TestRecover::goesOnWhenAFolderCanBeListedAgain_data()
                              << QByteArray("\"scr\" could not be read whole. No screen is lost; repeat")
                              << ExitCode::Done << Interruption([](const TestProject &project) {
                                     QCOMPARE(bytesBelow(project, u"scr"_s), originals());
-                                    QCOMPARE(bytesBelow(project, u"scr_undone"_s), conversions());
+                                    QCOMPARE(setAsideIn(project), conversions());
                                 });
     QTest::newRow("an older \"scr_temp\"")
         << Interruption([](const TestProject &project) {

@@ -29,7 +29,8 @@ void TestScreenExchange::tellsWhichScreensHaveNoBackup()
     facts.screens = screens;
     StageFile stageFile(project.dir(), facts);
     // Two levels at once cannot be made, so that nothing is renamed and one screen is not backed up.
-    ScreenExchange exchange(project.dir(), FolderCreation::OneLevel, screens, stageFile);
+    const RunArchive archive(project.dir(), {});
+    ScreenExchange exchange(project.dir(), FolderCreation::OneLevel, screens, archive, stageFile);
     QVERIFY(exchange.backUpAndGoOn());
     const std::optional<RunRecord> record = StageFile::read(project.dir());
     QVERIFY(record);

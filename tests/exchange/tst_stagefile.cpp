@@ -22,6 +22,10 @@ RunFacts someFacts()
             .makesFolders = true,
             .listIsWhole = false,
             .hadTempFolder = true,
+            .hadBackup = true,
+            .keptRuns = 7,
+            .historyEntry = u"2024-03-05_14-07-09"_s,
+            .setAsideEntry = u"2024-03-05_14-07-10"_s,
             .screens = {u"a.psc"_s, u"boiler/100% b\nc: d.psc"_s, u" \u00fc.psc "_s},
             .olderFiles = {u"a.psc"_s},
             .olderFolders = {u"boiler"_s}};
@@ -68,6 +72,10 @@ void TestStageFile::readsWhatItWrote()
     QCOMPARE(record->facts.makesFolders, true);
     QCOMPARE(record->facts.listIsWhole, false);
     QCOMPARE(record->facts.hadTempFolder, true);
+    QCOMPARE(record->facts.hadBackup, true);
+    QCOMPARE(record->facts.keptRuns, 7);
+    QCOMPARE(record->facts.historyEntry, facts.historyEntry);
+    QCOMPARE(record->facts.setAsideEntry, facts.setAsideEntry);
     QCOMPARE(record->facts.screens, facts.screens);
     QCOMPARE(record->facts.olderFiles, facts.olderFiles);
     QCOMPARE(record->facts.olderFolders, facts.olderFolders);
@@ -86,6 +94,10 @@ void TestStageFile::isReadable()
                                                         "makes folders: yes\n"
                                                         "list is whole: no\n"
                                                         "had scr_temp: yes\n"
+                                                        "had scr_bak: yes\n"
+                                                        "kept runs: 7\n"
+                                                        "history: 2024-03-05_14-07-09\n"
+                                                        "set aside: 2024-03-05_14-07-10\n"
                                                         "shape: pump.plb\n"
                                                         "shape: gate valve.plb\n"
                                                         "screen: a.psc\n"
@@ -125,6 +137,8 @@ void TestStageFile::doesNotUnderstandAPathThatLeadsOut_data()
     QTest::newRow("to the folder above") << QByteArray("screen: ../mac/pump.plb");
     QTest::newRow("in the middle") << QByteArray("older file: boiler/../../mac/pump.plb");
     QTest::newRow("from the root") << QByteArray("unsaved: /etc/a.psc");
+    QTest::newRow("of the history") << QByteArray("history: ..");
+    QTest::newRow("below the history") << QByteArray("set aside: 2024-03-05_14-07-09/scr");
     QTest::newRow("nowhere") << QByteArray("older folder: ");
 }
 

@@ -8,6 +8,7 @@ import itertools
 import os
 import pathlib
 import shutil
+import stat
 from dataclasses import dataclass
 from typing import Callable, Iterator, TypeVar
 
@@ -100,10 +101,10 @@ def site(surroundings: Surroundings, plant: Plant) -> Iterator[Site]:
 
 
 def make_removable(folder: pathlib.Path) -> None:
-    for path, folders, _ in os.walk(folder):
+    for _, folders, _, descriptor in os.fwalk(folder):
         for name in folders:
-            if not os.path.islink(os.path.join(path, name)):
-                os.chmod(os.path.join(path, name), 0o755)
+            if not stat.S_ISLNK(os.lstat(name, dir_fd=descriptor).st_mode):
+                os.chmod(name, 0o755, dir_fd=descriptor)
 
 
 def run_cases(cases: list[Case], workers: int) -> list[str]:

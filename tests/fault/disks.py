@@ -14,7 +14,7 @@ from typing import Iterator
 
 import kills
 from cases import Case, Site, Surroundings, site
-from faults import SETTINGS, Setting, Undisturbed, require_no_silence, require_safety, study, without_lock
+from faults import SETTINGS, Setting, Undisturbed, require_no_silence, require_nothing_lost, require_safety, study, without_lock
 from plants import stopped
 from programs import Failure, Outcome, require_no_crash
 from trees import Tree, differences
@@ -50,6 +50,7 @@ def require_reason(outcome: Outcome, reason: str) -> None:
 def require_told(place: Site, outcome: Outcome, after: Tree, undisturbed: Undisturbed, reason: str) -> None:
     require_no_crash(outcome)
     require_safety(place.before, after, undisturbed)
+    require_nothing_lost(place.before, after, outcome)
     require_no_silence(outcome, after, undisturbed)
     if differences(undisturbed.tree, after):
         require_reason(outcome, reason)
@@ -157,6 +158,7 @@ def check_recovery(surroundings: Surroundings, setting: Setting, undisturbed: Un
             after = without_lock(place.tree())
         require_no_crash(outcome)
         require_safety(place.before, halfway, undisturbed)
+        require_nothing_lost(place.before, after, outcome)
         require_reason(outcome, "No space left on device")
         if outcome.code == 0 and is_open:
             raise Failure("said that all is done, but left the file that tells of the run")

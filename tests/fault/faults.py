@@ -17,7 +17,7 @@ from cases import Case, Site, Surroundings, site
 from plants import Plant, linked, mixed, sound, without
 from programs import Failure, Outcome, require_no_crash
 from tracing import Calls, Injection, fast_tracer, options_for, record, require_injected
-from trees import LOCKS, Tree, differences, lost_originals, screens
+from trees import LOCKS, Tree, differences, lost_files, lost_originals, screens
 
 WRITING = {"openat", "write", "sendfile", "copy_file_range", "linkat", "linkat", "mkdir", "mkdirat",
            "rename", "renameat", "renameat2", "fsync", "fdatasync", "ftruncate", "fallocate"}
@@ -29,7 +29,10 @@ INTERRUPTED = "EINTR"  # by a signal; once, since what is interrupted is called 
 # them is reported for every object that is concerned.
 LIBRARY_FILES = ("mac/pump.plb", "mac/vlo/valve.plb", "bmp/lamps/lamp.bmp")
 
-FOLDERS_OF_A_RUN = ("scr", "scr_temp", "scr_bak", "scr_undone")
+FOLDERS_OF_A_RUN = ("scr", "scr_temp", "scr_bak")
+
+# What the log says before something is removed that the history should have kept.
+NOT_KEPT = ("The history cannot be written", "and is removed")
 
 
 @dataclass(frozen=True)
@@ -110,6 +113,13 @@ def require_safety(before: Tree, after: Tree, undisturbed: Undisturbed) -> None:
         raise Failure(f"not whole in \"scr\": {', '.join(half)}")
 
 
+def require_nothing_lost(before: Tree, after: Tree, outcome: Outcome | None = None) -> None:
+    """Every file is somewhere, unless the program has told that it could not be kept."""
+    lost = lost_files(before, after)
+    if lost and not (outcome and any(words in outcome.told() for words in NOT_KEPT)):
+        raise Failure(f"lost without a word: {', '.join(lost[:4])}")
+
+
 def errors_told(outcome: Outcome) -> collections.Counter:
     """What the log and the reports say of errors, wherever the project lay."""
     def somewhere(text: str) -> str:
@@ -145,6 +155,7 @@ def check_fault(surroundings: Surroundings, setting: Setting, undisturbed: Undis
         require_injected(log, injection)
         require_no_crash(outcome)
         require_safety(place.before, after, undisturbed)
+        require_nothing_lost(place.before, after, outcome)
         require_no_silence(outcome, after, undisturbed)
 
 

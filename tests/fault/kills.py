@@ -18,11 +18,12 @@ from dataclasses import dataclass
 from typing import Callable
 
 from cases import Case, Site, Surroundings, evenly, site
-from faults import Setting, Undisturbed, injections, require_safety, study, without_lock
+from faults import (Setting, Undisturbed, injections, require_nothing_lost, require_safety, study,
+                    without_lock)
 from plants import linked, mixed, sound, stopped
 from programs import Failure, Outcome, require_no_crash
 from tracing import ONLY_ON_PROJECT, Calls, Injection, fast_tracer, options_for, record, require_injected, tracer
-from trees import RUN_FILES, Tree, below, differences
+from trees import HISTORY, RUN_FILES, Entry, Tree, below, differences
 
 SETTINGS = (
     Setting("by renaming", sound, surveyed=False),
@@ -32,6 +33,8 @@ SETTINGS = (
 )
 
 KILL = "signal=SIGKILL"
+
+NO_FILE = Entry("file", 0)
 
 # From how many interrupted runs of each setting recovering is interrupted as well.
 INTERRUPTED_RUNS = 12
@@ -90,14 +93,17 @@ def without_run_files(tree: Tree) -> Tree:
 
 
 def require_rolled_back(before: Tree, after: Tree, undisturbed: Undisturbed, ended: bool) -> None:
-    """The screens as before. Other files in "scr" a run discards on purpose."""
+    """The screens as before, and all that lay beside them; the backup of the run before, too."""
     if ended:
         require_unchanged_or_done(before, after, undisturbed)
         return
-    def image_files(tree: Tree) -> Tree:
-        return {path: entry for path, entry in below(tree, "scr").items() if ".psc" in path and "/." not in path}
-    if changed := differences(image_files(before), image_files(after)):
-        raise Failure(f"not rolled back: {'; '.join(changed[:4])}")
+    require_as_before(before, after)
+
+
+def require_as_before(before: Tree, after: Tree) -> None:
+    for folder in ("scr", "scr_bak"):
+        if changed := differences(below(before, folder), below(after, folder)):
+            raise Failure(f"not rolled back: {'; '.join(changed[:4])}")
 
 
 def require_finished(before: Tree, after: Tree, undisturbed: Undisturbed, ended: bool) -> None:
@@ -135,6 +141,7 @@ def check_kill(surroundings: Surroundings, setting: Setting, undisturbed: Undist
     with site(surroundings, setting.plant) as place:
         kill.of(place, setting.arguments(place))
         require_safety(place.before, place.tree(), undisturbed)
+        require_nothing_lost(place.before, place.tree())
 
 
 def check_recovery(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed, kill: Kill,
@@ -145,6 +152,7 @@ def check_recovery(surroundings: Surroundings, setting: Setting, undisturbed: Un
         if not ended:
             recover(place, promise, undisturbed)
         promise.require(place.before, place.tree(), undisturbed, ended)
+        require_nothing_lost(place.before, place.tree())
 
 
 def killed_runs(surroundings: Surroundings) -> list[Case]:
@@ -172,6 +180,7 @@ def check_repetition(surroundings: Surroundings, setting: Setting, undisturbed: 
         arguments = ["recover", "--project", str(place.project), promise.option]
         second.of(place, arguments)
         require_safety(place.before, place.tree(), undisturbed)
+        require_nothing_lost(place.before, place.tree())
         if is_under_way(place.tree()):
             recover(place, promise, undisturbed)
             after = place.tree()
@@ -229,9 +238,12 @@ def undoing(place: Site) -> list[str]:
     return ["recover", "--project", str(place.project), "--undo"]
 
 
-def as_below(tree: Tree, folder: str) -> Tree:
-    """What a folder holds, named as if it were "scr"."""
-    return {"scr" + path[len(folder):]: entry for path, entry in below(tree, folder).items()}
+def set_aside(tree: Tree) -> list[Tree]:
+    """What each undoing has put into the history, named as it lay in the project."""
+    entries = {path.split("/")[1] for path in below(tree, HISTORY)}
+    undoings = [entry for entry in entries if b'"undo"' in tree.get(f"{HISTORY}/{entry}/run.json", NO_FILE).content]
+    return [{path.removeprefix(f"{HISTORY}/{entry}/"): found for path, found in below(tree, f"{HISTORY}/{entry}").items()}
+            for entry in undoings]
 
 
 def require_undone(place: Site, undisturbed: Undisturbed) -> None:
@@ -242,10 +254,10 @@ def require_undone(place: Site, undisturbed: Undisturbed) -> None:
         if outcome.code != 0:
             raise Failure(f"recover --undo: exit code {outcome.code}: {outcome.told()[-400:]}")
         after = place.tree()
-    if changed := differences(below(place.before, "scr"), below(after, "scr")):
-        raise Failure(f"not undone: {'; '.join(changed[:4])}")
-    if changed := differences(below(undisturbed.tree, "scr"), as_below(after, "scr_undone")):
-        raise Failure(f"not kept: {'; '.join(changed[:4])}")
+    require_as_before(place.before, after)
+    kept = [differences(below(undisturbed.tree, "scr"), below(tree, "scr")) for tree in set_aside(after)]
+    if not any(changed == [] for changed in kept):
+        raise Failure(f"not kept: {'; '.join(min(kept, key=len, default=['nothing at all'])[:4])}")
 
 
 def check_undoing(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed, kill: Kill) -> None:
@@ -253,6 +265,7 @@ def check_undoing(surroundings: Surroundings, setting: Setting, undisturbed: Und
         complete(place, setting)
         kill.of(place, undoing(place))
         require_safety(place.before, place.tree(), undisturbed)
+        require_nothing_lost(place.before, place.tree())
         require_undone(place, undisturbed)
 
 
@@ -286,7 +299,7 @@ def require_undoable(place: Site, undisturbed: Undisturbed, outcome: Outcome) ->
     require_safety(place.before, after, undisturbed)
     if outcome.code == 0 and is_under_way(after):
         raise Failure("said that all is undone, but left the file that tells of the run")
-    if outcome.code == 0 and "scr_undone" not in after:
+    if outcome.code == 0 and not set_aside(after):
         raise Failure("said that all is undone, but did nothing")
     require_undone(place, undisturbed)
 
@@ -331,6 +344,7 @@ def check_failing_recovery(surroundings: Surroundings, setting: Setting, undistu
         require_injected(log, injection)
         require_no_crash(outcome)
         require_safety(place.before, after, undisturbed)
+        require_nothing_lost(place.before, after, outcome)
         if is_under_way(after):
             recover(place, promise, undisturbed)
         if outcome.code == 0 and is_under_way(after):

@@ -35,9 +35,9 @@ COPY_BACK_FAILED = "!!! Could not copy all files from \\scr_temp folder to \\scr
 BANS = (
     Ban(".", 0o555, "Could not open Temp File", "folder-protected"),
     Ban("scr", 0o555, COPY_BACK_FAILED, "folder-protected"),
-    Ban("scr/area", 0o555, COPY_BACK_FAILED, "folder-protected"),
+    Ban("scr/area", 0o555, NOTHING_SAID, "folder-protected"),
     Ban("scr_temp", 0o555, "Could not open Temp File", "temp-folder-left"),
-    Ban("scr_bak", 0o555, COPY_BACK_FAILED, NOTHING_SAID),
+    Ban("scr_bak", 0o555, "could not be backed up whole", NOTHING_SAID),
     Ban("log", 0o555, NOTHING_SAID, NOTHING_SAID),
     Ban("scr/units.psc", 0o000, "Could not open Image File", "screen-unreadable"),
     Ban("scr/area", 0o000, "scr/area", "folder-unreadable"),

@@ -80,6 +80,13 @@ STALE_TEMP = {
     "scr_temp/pressure.psc": plain_screen("Pressure"),
 }
 
+# From a time that no clock tells yet: what a run puts into the history has one name in all runs of a
+# plant then, so that its calls can be counted in one and hit in another.
+OLDER_HISTORY = {
+    ".vantrel.history/9999-12-31_23-59-59/run.json": b'{"format": 1, "kind": "undo"}',
+    ".vantrel.history/9999-12-31_23-59-59/scr/earlier.psc": plain_screen("Undone"),
+}
+
 SHAPE_NAMES = ["pump.plb", "valve.plb", "nowhere.plb"]
 
 
@@ -92,7 +99,7 @@ def write_files(root: pathlib.Path, files: dict[str, bytes]) -> None:
 
 def sound(root: pathlib.Path) -> None:
     """Every screen is converted; a run over it ends with exit code 0."""
-    write_files(root, LIBRARY | SCREENS | OLDER_BACKUP)
+    write_files(root, LIBRARY | SCREENS | OLDER_BACKUP | OLDER_HISTORY)
     (root / "log").mkdir()
 
 

@@ -188,11 +188,27 @@ MOVES = _table(
 
 EXCHANGE = _table(
     "exchange/ScreenExchange.cpp",
-    (' && updUtils::removeDirOrLog(folder("/scr_bak"_L1))', ""),
-    ("!completeBackup(originals.files, m_projectDir)", "false"),
-    ("!originals.isWhole() || ", ""),
+    (' && m_archive.putAway(u"scr_bak"_s);', ";"),
+    ("completeBackup(originals.files, m_projectDir)", "true"),
+    ("originals.isWhole() && ", ""),
+    ('    m_archive.putAway(u"scr_temp"_s);\n', ""),
+    (', u"scr_bak.unfinished"_s', ""),
     ("return copyBack(screensInPlace());", "return copyBack();"),
     ("    if (!enter(RunStage::BackingUp))\n        return false;\n", ""),
+)
+
+HISTORY = _table(
+    "history/RunHistory.cpp",
+    ("    if (ofTime > newest)\n        return ofTime;\n", "    return ofTime;\n"),
+    ("return !summary || summary->kind", "return summary && summary->kind"),
+    ("entry.kind == EntryKind::Folder && ", ""),
+)
+
+ROLLING_BACK = _table(
+    "recovery/RollBack.cpp",
+    ("    if (!isKnown) {", "    if (false) {"),
+    ("        if (!isThere && isEdited(screen))\n            continue;\n", ""),
+    ("!isUntouched && !isLastBackupBack()", "!isUntouched"),
 )
 
 PLACEMENT = _table(

@@ -2,6 +2,8 @@
 #include "Converter.h"
 #include "ProjectLock.h"
 #include "Recorders.h"
+#include "RunHistory.h"
+#include "RunSummary.h"
 #include "StageFile.h"
 #include "TestProject.h"
 #include "TestSuite.h"
@@ -22,6 +24,7 @@ const QByteArray candidate = "ID;1;Pump\nLIB;pump.plb;1;p;OBJ:old\nPSDV;0;0;9;9;
 const QByteArray shape = "ID;1;Shape\nLIB;pump.plb;1;x;OBJ:new\nPSDV;0;0;9;9;0;1;0;0;0;0;0;z\n"_ba;
 const QByteArray converted = "ID;1;Shape\nLIB;pump.plb;1;p;OBJ:new\nPSDV;0;0;9;9;0;1;0;0;0;0;1;z\n"_ba;
 const QSet<QString> chosen{u"pump.plb"_s};
+constexpr int keepsNothing = 0; // runs in the history
 const QString copyBackFailed =
     u"alert: !!! Could not copy all files from \\scr_temp folder to \\scr. Copy them manually !!!"_s;
 
@@ -51,10 +54,11 @@ public:
 /// One run on this thread over a project whose "mac" holds the shape "pump.plb".
 struct Outcome
 {
-    explicit Outcome(const TestProject &project)
+    explicit Outcome(const TestProject &project, int keptRuns = RunHistory::usualRuns)
         : converter(project.dir())
         , recorder(converter)
     {
+        converter.setKeptRuns(keptRuns);
         project.write(u"mac/pump.plb"_s, shape);
         converter.setFilterNames(chosen);
         converter.convert();
@@ -64,6 +68,13 @@ struct Outcome
     RunRecorder recorder;
     LogRecorder log;
 };
+
+QString putAwayAsItWas(const TestProject &project)
+{
+    const RunHistory history(project.dir());
+    return u"warning: Folder %1 could not be backed up whole. It was moved to %2 as it was"_s.arg(
+        project.path(u"scr"_s), history.pathOf(history.newestRun()));
+}
 
 } // namespace
 
@@ -112,6 +123,15 @@ private Q_SLOTS:
     void reportsNamesThatAreNotText();
     void backsUpImageFilesOnly();
     void replacesTheBackupOfTheRunBefore();
+    void keepsWhatItDisplaces();
+    void keepsWhatARunOverNoScreensDisplaces();
+    void keepsAFileInThePlaceOfTheBackup();
+    void keepsABackupThatCannotBeRemoved();
+    void keepsTheLastRuns_data();
+    void keepsTheLastRuns();
+    void keepsNothingOfAStoppedRun();
+    void tellsWhatARunDid();
+    void tellsWhereTheHistoryCannotBeWritten();
     void leavesFailedFilesToTheBackup();
     void keepsALayoutThatCannotBeCopied();
     void doesNotOverwriteAFileLeftInTheTempFolder();
@@ -697,15 +717,19 @@ void TestConverter::reportsFoldersThatCannotBeListed()
         const OrdinaryUser user;
         converter.convert();
     }
-    QFile::setPermissions(project.path(u"scr/sub"_s), QFile::Permissions::fromInt(0x7777));
+    const RunHistory history(project.dir());
+    QFile::setPermissions(history.pathOf(history.newestRun(), u"scr/sub"_s),
+                          QFile::Permissions::fromInt(0x7777));
 
     const QString message = u"Could not list Folder %1: Permission denied"_s.arg(project.path(u"scr/sub"_s));
     QCOMPARE(recorder.events.constFirst(), u"report ERROR"_s);
     QCOMPARE(recorder.reports.constFirst().imageFile, project.path(u"scr/sub"_s));
     QCOMPARE(recorder.reports.constFirst().error, message);
     QCOMPARE(log.entries.constFirst(), "error: "_L1 + message);
-    QCOMPARE(log.entries.constLast(), copyBackFailed);
-    QCOMPARE(project.files(u"scr"_s), (QStringList{u"a.psc"_s, u"sub/b.psc"_s}));
+    QCOMPARE(log.entries.constLast(), putAwayAsItWas(project));
+    // All that could be read is converted, and nothing is lost.
+    QCOMPARE(project.files(u"scr"_s), QStringList{u"a.psc"_s});
+    QCOMPARE(project.keptFiles(), (QStringList{u"scr/a.psc"_s, u"scr/sub/b.psc"_s}));
 }
 
 void TestConverter::reportsNamesThatAreNotText()
@@ -725,10 +749,12 @@ void TestConverter::reportsNamesThatAreNotText()
              u"Could not open Image File: its name is not valid UTF-8"_s);
     QCOMPARE(outcome.log.entries,
              (QStringList{u"error: Could not open Image File %1: its name is not valid UTF-8"_s.arg(shown),
-                          copyBackFailed}));
-    QCOMPARE(::access(odd.constData(), F_OK), 0);
-    QCOMPARE(project.read(u"scr/f\ufffd.psc"_s), candidate);
-    QCOMPARE(project.read(u"scr_temp/f\ufffd.psc"_s), converted);
+                          putAwayAsItWas(project)}));
+    QCOMPARE(project.read(u"scr/f\ufffd.psc"_s), converted);
+    QCOMPARE(project.read(u"scr_bak/f\ufffd.psc"_s), candidate);
+    const RunHistory history(project.dir());
+    const QByteArray kept = QFile::encodeName(history.pathOf(history.newestRun(), u"scr"_s)) + "/f\xe4.psc";
+    QCOMPARE(::access(kept.constData(), F_OK), 0);
 }
 
 void TestConverter::backsUpImageFilesOnly()
@@ -739,7 +765,8 @@ void TestConverter::backsUpImageFilesOnly()
     project.write(u"scr/notes.txt"_s, "notes"_ba);
     project.write(u"scr/.hidden.psc"_s, plain);
     const Outcome outcome(project);
-    // What is no image file is lost with the folder.
+    // What is no image file goes to the history with the folder.
+    QCOMPARE(project.keptFiles(), (QStringList{u"scr/.hidden.psc"_s, u"scr/notes.txt"_s}));
     QCOMPARE(project.files(u""_s), (QStringList{u"mac/pump.plb"_s, u"scr/a.psc"_s, u"scr/sub/b.psc"_s,
                                                 u"scr_bak/a.psc"_s, u"scr_bak/sub/b.psc"_s}));
     QCOMPARE(project.read(u"scr/a.psc"_s), converted);
@@ -757,6 +784,153 @@ void TestConverter::replacesTheBackupOfTheRunBefore()
     const Outcome outcome(project);
     QCOMPARE(project.files(u"scr_bak"_s), QStringList{u"a.psc"_s});
     QCOMPARE(project.read(u"scr_bak/a.psc"_s), candidate);
+}
+
+void TestConverter::keepsWhatItDisplaces()
+{
+    const TestProject project;
+    project.write(u"scr/hall/a.psc"_s, plain);
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"scr/hall/notes.txt"_s, "notes"_ba);
+    project.makeFolder(u"scr/empty"_s);
+    project.link(u"a.psc"_s, u"scr/link.txt"_s);
+    project.write(u"scr_bak/gone/b.psc"_s, "old"_ba);
+    project.write(u"scr_bak/.hidden"_s, "old"_ba);
+    project.write(u"scr_temp/left.txt"_s, "left"_ba);
+    const Outcome outcome(project);
+    QCOMPARE(outcome.log.entries, QStringList());
+    QCOMPARE(project.keptFiles(),
+             (QStringList{u"scr/hall/notes.txt"_s, u"scr/link.txt"_s, u"scr_bak/.hidden"_s,
+                          u"scr_bak/gone/b.psc"_s, u"scr_temp/left.txt"_s}));
+    const RunHistory history(project.dir());
+    QCOMPARE(history.entries().size(), 1);
+    QVERIFY(QFileInfo(history.pathOf(history.newestRun(), u"scr/empty"_s)).isDir());
+    QVERIFY(!project.exists(u"scr_temp"_s));
+}
+
+void TestConverter::keepsWhatARunOverNoScreensDisplaces()
+{
+    const TestProject project;
+    project.write(u"scr/notes.txt"_s, "notes"_ba);
+    project.write(u"scr_bak/a.psc"_s, "the last copy"_ba);
+    const Outcome outcome(project);
+    QCOMPARE(project.keptFiles(), (QStringList{u"scr/notes.txt"_s, u"scr_bak/a.psc"_s}));
+}
+
+void TestConverter::keepsAFileInThePlaceOfTheBackup()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"scr_bak"_s, "a file"_ba);
+    const Outcome outcome(project);
+    QCOMPARE(outcome.log.entries, QStringList());
+    QCOMPARE(project.keptFiles(), QStringList{u"scr_bak"_s});
+    QCOMPARE(project.read(u"scr_bak/a.psc"_s), candidate);
+    QCOMPARE(project.read(u"scr/a.psc"_s), converted);
+}
+
+/// Moving a folder needs no right to change what is in it.
+void TestConverter::keepsABackupThatCannotBeRemoved()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"scr_bak/locked/b.psc"_s, "older"_ba);
+    project.write(u"mac/pump.plb"_s, shape);
+    for (const QString &folder : {u""_s, u"scr"_s, u"scr_bak"_s})
+        QFile::setPermissions(project.path(folder), QFile::Permissions::fromInt(0x7777));
+    QFile::setPermissions(project.path(u"scr_bak/locked"_s), QFile::Permissions::fromInt(0x5555));
+    const LogRecorder log;
+    {
+        const OrdinaryUser user;
+        Converter converter(project.dir());
+        converter.setFilterNames(chosen);
+        converter.convert();
+    }
+    QCOMPARE(log.entries, QStringList());
+    QCOMPARE(project.keptFiles(), QStringList{u"scr_bak/locked/b.psc"_s});
+    QCOMPARE(project.files(u"scr_bak"_s), QStringList{u"a.psc"_s});
+}
+
+void TestConverter::keepsTheLastRuns_data()
+{
+    QTest::addColumn<int>("keptRuns");
+    QTest::addColumn<QStringList>("backups"); // of the run before, the oldest first
+    QTest::newRow("three") << 3 << QStringList{u"1"_s, u"2"_s, u"3"_s};
+    QTest::newRow("one") << 1 << QStringList{u"3"_s};
+    QTest::newRow("none") << 0 << QStringList();
+    QTest::newRow("more than there are") << 100 << QStringList{u"0"_s, u"1"_s, u"2"_s, u"3"_s};
+}
+
+void TestConverter::keepsTheLastRuns()
+{
+    QFETCH(const int, keptRuns);
+    QFETCH(const QStringList, backups);
+    const TestProject project;
+    project.write(u"scr_bak/a.psc"_s, "0"_ba);
+    for (const QByteArray &text : {"1"_ba, "2"_ba, "3"_ba, "4"_ba}) {
+        project.write(u"scr/a.psc"_s, text);
+        const Outcome outcome(project, keptRuns);
+        QCOMPARE(project.read(u"scr_bak/a.psc"_s), text);
+    }
+    const RunHistory history(project.dir());
+    QStringList kept;
+    for (const QString &entry : history.entries()) {
+        QFile file(history.pathOf(entry, u"scr_bak/a.psc"_s));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        kept.prepend(QString::fromLatin1(file.readAll()));
+    }
+    QCOMPARE(kept, backups);
+}
+
+void TestConverter::keepsNothingOfAStoppedRun()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, plain);
+    project.write(u"scr_bak/a.psc"_s, "old"_ba);
+    Converter converter(project.dir());
+    converter.stopRequested = true;
+    converter.convert();
+    QVERIFY(!project.exists(u".vantrel.history"_s));
+    QCOMPARE(project.read(u"scr_bak/a.psc"_s), "old");
+}
+
+void TestConverter::tellsWhatARunDid()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"scr/b.psc"_s, plain);
+    project.write(u"scr/c.psc"_s, "LIB;a\n"_ba);
+    const QDateTime before = QDateTime::currentDateTime();
+    const Outcome outcome(project);
+    const RunHistory history(project.dir());
+    const std::optional<RunSummary> summary = readSummary(history.pathOf(history.newestRun()));
+    QVERIFY(summary);
+    QCOMPARE(summary->kind, HistoryKind::Run);
+    QCOMPARE(summary->program, thisProgram());
+    QCOMPARE(summary->projectDir, project.dir());
+    QVERIFY(summary->started >= before);
+    QVERIFY(summary->ended >= summary->started);
+    QCOMPARE(summary->shapeNames, QStringList{u"pump.plb"_s});
+    QCOMPARE(summary->screens, 3);
+    QCOMPARE(summary->replaced, 1);
+    QCOMPARE(summary->notReplaced, 1);
+    QCOMPARE(summary->errors, 1);
+    QCOMPARE(project.path(summary->changeLog), outcome.converter.logFileName());
+}
+
+void TestConverter::tellsWhereTheHistoryCannotBeWritten()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"scr_bak/a.psc"_s, "old"_ba);
+    project.write(u".vantrel.history"_s, "in the way"_ba);
+    const Outcome outcome(project);
+    QCOMPARE(outcome.log.entries.size(), 1);
+    QVERIFY(outcome.log.entries.first().startsWith(u"error: The history cannot be written"_s));
+    QVERIFY(outcome.log.namesSource(0, u"tools/Vantrel/Converter"_s, 1730));
+    QCOMPARE(project.read(u"scr/a.psc"_s), converted);
+    QCOMPARE(project.read(u"scr_bak/a.psc"_s), candidate);
+    QCOMPARE(project.read(u".vantrel.history"_s), "in the way");
 }
 
 void TestConverter::leavesFailedFilesToTheBackup()
@@ -870,8 +1044,8 @@ void TestConverter::keepsTheImageFolderWhereOriginalsCannotBeSaved()
     project.write(u"scr/b.psc"_s, plain);
     // A file in the place of the backup folder: nothing can be saved in it.
     project.write(u"scr_bak"_s, "a file"_ba);
-    const Outcome outcome(project);
-    QCOMPARE(outcome.log.entries, QStringList{copyBackFailed});
+    const Outcome outcome(project, keepsNothing);
+    QCOMPARE(outcome.log.entries, (QStringList{copyBackFailed}));
     QVERIFY2(outcome.log.namesSource(0, u"tools/Vantrel/Converter"_s, 1688),
              qUtf8Printable(outcome.log.lines.value(0)));
     QCOMPARE(project.files(u""_s), (QStringList{u"mac/pump.plb"_s, u"scr/a.psc"_s, u"scr/b.psc"_s,
@@ -933,6 +1107,7 @@ void TestConverter::savesOriginalsFromAStaleBackup()
         const OrdinaryUser user;
         Converter converter(project.dir());
         converter.setFilterNames(chosen);
+        converter.setKeptRuns(keepsNothing);
         converter.convert();
     }
     QFile::setPermissions(project.path(u"scr_bak/locked"_s), QFile::Permissions::fromInt(0x7777));

@@ -69,6 +69,15 @@ bool readPath(QStringList &paths, const QByteArray &value)
     });
 }
 
+/// The name of one folder of the history.
+bool readEntry(QString &entry, const QByteArray &value)
+{
+    QStringList names;
+    const bool isPath = readPath(names, value);
+    entry = names.first();
+    return isPath && !entry.contains(u'/');
+}
+
 constexpr std::array lineRows{
     LineRow{"stage",
             [](RunRecord &record, const QByteArray &value) { return readStage(record.state.stage, value); }},
@@ -96,6 +105,20 @@ constexpr std::array lineRows{
     LineRow{"had scr_temp",
             [](RunRecord &record, const QByteArray &value) {
                 return readFlag(record.facts.hadTempFolder, value);
+            }},
+    LineRow{"had scr_bak", [](RunRecord &record,
+                              const QByteArray &value) { return readFlag(record.facts.hadBackup, value); }},
+    LineRow{"kept runs",
+            [](RunRecord &record, const QByteArray &value) {
+                bool isNumber = false;
+                record.facts.keptRuns = value.toInt(&isNumber);
+                return isNumber && record.facts.keptRuns >= 0;
+            }},
+    LineRow{"history", [](RunRecord &record,
+                          const QByteArray &value) { return readEntry(record.facts.historyEntry, value); }},
+    LineRow{"set aside",
+            [](RunRecord &record, const QByteArray &value) {
+                return readEntry(record.facts.setAsideEntry, value);
             }},
     LineRow{"shape", [](RunRecord &record,
                         const QByteArray &value) { return readName(record.facts.shapeNames, value); }},
@@ -134,6 +157,12 @@ void appendNames(QByteArray &text, const char *key, const QStringList &names)
         appendLine(text, key, encoded(name));
 }
 
+void appendEntry(QByteArray &text, const char *key, const QString &entry)
+{
+    if (!entry.isEmpty())
+        appendLine(text, key, encoded(entry));
+}
+
 void appendStage(QByteArray &text, const char *key, RunStage stage)
 {
     appendLine(text, key, rowOf(stage).name);
@@ -165,6 +194,7 @@ RunFacts factsOfRun(const QString &projectDir, const QList<QFileInfo> &imageFile
     facts.hadTempFolder = mayExist(tempFolder) && !QFileInfo(tempFolder).isSymLink();
     if (facts.hadTempFolder)
         listOlderFiles(tempFolder, facts);
+    facts.hadBackup = mayExist(projectDir + "/scr_bak"_L1);
     return facts;
 }
 
@@ -176,6 +206,10 @@ QByteArray toLines(const RunFacts &facts)
     appendFlag(text, "makes folders", facts.makesFolders);
     appendFlag(text, "list is whole", facts.listIsWhole);
     appendFlag(text, "had scr_temp", facts.hadTempFolder);
+    appendFlag(text, "had scr_bak", facts.hadBackup);
+    appendLine(text, "kept runs", QByteArray::number(facts.keptRuns));
+    appendEntry(text, "history", facts.historyEntry);
+    appendEntry(text, "set aside", facts.setAsideEntry);
     appendNames(text, "shape", facts.shapeNames);
     appendNames(text, "screen", facts.screens);
     appendNames(text, "older file", facts.olderFiles);

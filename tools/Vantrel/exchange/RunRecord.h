@@ -1,6 +1,8 @@
 // What a run writes down, so that another process can tell where it ended.
 #pragma once
 
+#include "RunHistory.h"
+
 #include <QByteArray>
 #include <QDateTime>
 #include <QFileInfo>
@@ -20,7 +22,7 @@ enum class RunStage {
     Removing,     ///< all screens lie in "scr_bak"; what is left of "scr" is being removed
     CopyingBack,  ///< the same, but for the unsaved ones, which lie in "scr"
     Done,         ///< nothing is left to be done
-    SettingAside, ///< a run is being undone: "scr" is copied to "scr_undone"
+    SettingAside, ///< a run is being undone: "scr" is copied into the history
     RollingBack,  ///< the screens are being copied from "scr_bak" to "scr"
     RolledBack,   ///< "scr" is as it was; the rest is being removed
 };
@@ -63,9 +65,13 @@ struct RunFacts
     bool makesFolders = false;
     bool listIsWhole = true; ///< whether every folder of "scr" could be listed
     bool hadTempFolder = false;
-    QStringList screens;      ///< the image files of "scr" before the run
-    QStringList olderFiles;   ///< what lay in "scr_temp" before the run
-    QStringList olderFolders; ///< the folders in it
+    bool hadBackup = false; ///< "scr_bak", of an earlier run
+    int keptRuns = RunHistory::usualRuns;
+    QString historyEntry = {};  ///< of the run; empty where nothing is kept
+    QString setAsideEntry = {}; ///< where what a recovery replaces is kept
+    QStringList screens;        ///< the image files of "scr" before the run
+    QStringList olderFiles;     ///< what lay in "scr_temp" before the run
+    QStringList olderFolders;   ///< the folders in it
 };
 
 /// How far a run came.

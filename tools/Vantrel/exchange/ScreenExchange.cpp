@@ -2,6 +2,7 @@
 #include "ScreenExchange.h"
 
 #include "Backup.h"
+#include "EngineLog.h"
 #include "ImageFileSearch.h"
 #include "StageFile.h"
 
@@ -10,17 +11,23 @@
 using namespace Qt::StringLiterals;
 
 ScreenExchange::ScreenExchange(QString projectDir, FolderCreation creation, QStringList screens,
-                               StageFile &stageFile)
+                               const RunArchive &archive, StageFile &stageFile)
     : m_projectDir(std::move(projectDir))
     , m_creation(creation)
     , m_screens(std::move(screens))
+    , m_archive(archive)
     , m_stageFile(stageFile)
 {
 }
 
 bool ScreenExchange::discardLastBackup()
 {
-    return enter(RunStage::Discarding) && updUtils::removeDirOrLog(folder("/scr_bak"_L1));
+    return enter(RunStage::Discarding) && m_archive.putAway(u"scr_bak"_s);
+}
+
+bool ScreenExchange::discardUnfinishedBackup()
+{
+    return enter(RunStage::Discarding) && m_archive.putAway(u"scr_bak"_s, u"scr_bak.unfinished"_s);
 }
 
 bool ScreenExchange::backUpAndGoOn()
@@ -36,7 +43,7 @@ bool ScreenExchange::removeAndGoOn()
 {
     if (!enter(RunStage::Removing))
         return false;
-    updUtils::removeDirOrLog(folder("/scr"_L1));
+    m_archive.putAway(u"scr"_s);
     return copyBack();
 }
 
@@ -48,22 +55,39 @@ bool ScreenExchange::copyBack(const QStringList &unsaved)
     // Still there only where not all of them could be backed up, or where one resists removal.
     const FoundImageFiles originals = searchImageFiles(folder("/scr"_L1));
     logFailures(originals);
-    return updUtils::moveImageFiles(u"/scr_temp"_s, u"/scr"_s, m_projectDir, m_creation) ||
-           retryCopyBack(originals);
+    return moveToImageFolder() || retryCopyBack(originals);
 }
 
-/// Copies back into an empty image folder. It is emptied only when its originals lie in the backup.
+bool ScreenExchange::moveToImageFolder() const
+{
+    if (!updUtils::transferImageFiles(u"/scr_temp"_s, u"/scr"_s, m_projectDir, m_creation))
+        return false;
+    m_archive.putAway(u"scr_temp"_s);
+    return true;
+}
+
+/// Copies back into an empty image folder. Where not all of its originals can be brought to the
+/// backup, the folder goes to the archive as it is, or stays.
 bool ScreenExchange::retryCopyBack(const FoundImageFiles &originals)
 {
-    if (!originals.isWhole() || !completeBackup(originals.files, m_projectDir))
-        return false;
+    const bool isBackedUp = originals.isWhole() && completeBackup(originals.files, m_projectDir);
+    if (!isBackedUp)
+        return putAwayAsItIs() && moveToImageFolder();
     m_unsaved.clear();
     if (!enter(RunStage::Removing))
         return false;
-    updUtils::removeDirOrLog(folder("/scr"_L1));
-    if (!enter(RunStage::CopyingBack))
+    m_archive.putAway(u"scr"_s);
+    return enter(RunStage::CopyingBack) && moveToImageFolder();
+}
+
+bool ScreenExchange::putAwayAsItIs() const
+{
+    if (!m_archive.keep(u"scr"_s))
         return false;
-    return updUtils::moveImageFiles(u"/scr_temp"_s, u"/scr"_s, m_projectDir, m_creation);
+    logWarning(u"Folder %1 could not be backed up whole. It was moved to %2 as it was"_s.arg(
+                   folder("/scr"_L1), RunHistory(m_projectDir).pathOf(m_archive.entry())),
+               LogPlace::History);
+    return true;
 }
 
 bool ScreenExchange::enter(RunStage stage) const

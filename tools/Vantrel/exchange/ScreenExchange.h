@@ -1,6 +1,7 @@
 // Putting the converted screens of a project into the place of the original ones.
 #pragma once
 
+#include "RunArchive.h"
 #include "RunRecord.h"
 #include "updUtils.h"
 
@@ -11,15 +12,19 @@ class StageFile;
 struct FoundImageFiles;
 
 /// The end of a run: moves "scr" to "scr_bak", in place of the backup of an earlier run, and
-/// "scr_temp" to "scr". Writes each stage down before it begins.
+/// "scr_temp" to "scr". What has no place then goes to the archive. Writes each stage down before
+/// it begins.
 class ScreenExchange final
 {
 public:
     /// `screens` are the image files of "scr" before the run, as its facts name them.
-    ScreenExchange(QString projectDir, FolderCreation creation, QStringList screens, StageFile &stageFile);
+    ScreenExchange(QString projectDir, FolderCreation creation, QStringList screens,
+                   const RunArchive &archive, StageFile &stageFile);
 
-    /// Removes "scr_bak". Returns whether it is gone; where not, a run may go on all the same.
+    /// Puts "scr_bak" away. Returns whether it is gone; where not, a run may go on all the same.
     bool discardLastBackup();
+    /// The same with a backup that this run has begun, and of which "scr" holds all screens.
+    bool discardUnfinishedBackup();
 
     /// These do what remains from a stage on. They return whether all that "scr_temp" holds
     /// came to "scr"; where not, "scr_temp" is left alone. They stop before a stage that the
@@ -31,6 +36,8 @@ public:
 
 private:
     bool enter(RunStage stage) const;
+    bool moveToImageFolder() const;
+    bool putAwayAsItIs() const;
     bool retryCopyBack(const FoundImageFiles &originals);
     QStringList screensInPlace() const;
     QString folder(QLatin1StringView name) const;
@@ -39,5 +46,6 @@ private:
     FolderCreation m_creation;
     QStringList m_screens;
     QStringList m_unsaved;
+    const RunArchive &m_archive;
     StageFile &m_stageFile;
 };

@@ -3,6 +3,7 @@
 
 #include "FileComparison.h"
 #include "FileIo.h"
+#include "RunSummary.h"
 #include "SafeCopy.h"
 
 #include <QFile>
@@ -16,17 +17,32 @@ FinishRun::FinishRun(const ScreenPlaces &places, const RecoveryPlan &plan)
     : m_places(places)
     , m_plan(plan)
     , m_stageFile(places.projectDir(), plan.record.facts, IfUnwritable::Stop)
+    , m_archive(places.projectDir(), plan.record.facts.historyEntry)
     , m_exchange(places.projectDir(),
                  plan.record.facts.makesFolders ? FolderCreation::WithParents : FolderCreation::OneLevel,
-                 plan.record.facts.screens, m_stageFile)
+                 plan.record.facts.screens, m_archive, m_stageFile)
 {
 }
 
 FinishResult FinishRun::perform()
 {
+    m_archive.open();
+    const FinishResult result = performRest();
+    if (result == FinishResult::Finished && m_archive.isKeeping()) {
+        const QString path = RunHistory(m_places.projectDir()).pathOf(m_archive.entry());
+        if (std::optional<RunSummary> summary = readSummary(path)) {
+            summary->ended = QDateTime::currentDateTime();
+            m_archive.write(*summary);
+        }
+    }
+    return result;
+}
+
+FinishResult FinishRun::performRest()
+{
     switch (m_plan.record.state.stage) {
     case RunStage::Discarding:
-        return backUpAnew();
+        return backUpAnew(m_exchange.discardLastBackup());
     case RunStage::BackingUp:
         return finishBackup();
     case RunStage::Removing:
@@ -53,9 +69,9 @@ FinishResult FinishRun::unwritableStage()
 }
 
 /// A run goes on beside what it cannot remove of the last backup. This can be repeated instead.
-FinishResult FinishRun::backUpAnew()
+FinishResult FinishRun::backUpAnew(bool isLastBackupGone)
 {
-    if (m_exchange.discardLastBackup())
+    if (isLastBackupGone)
         return resultOf(m_exchange.backUpAndGoOn());
     if (m_stageFile.error() != 0)
         return unwritableStage();
@@ -67,7 +83,7 @@ FinishResult FinishRun::finishBackup()
 {
     // As long as all screens lie in "scr", the backup holds nothing else: it is made anew.
     if (m_plan.inBackup.isEmpty())
-        return backUpAnew();
+        return backUpAnew(m_exchange.discardUnfinishedBackup());
     for (const QString &screen : m_plan.inPlace)
         removeContained(m_places.backup(screen), m_places.inPlace(screen));
     return resultOf(m_exchange.backUpAndGoOn());
@@ -117,7 +133,7 @@ FinishResult FinishRun::arriveRest(const QStringList &converted)
         if (!m_error.isEmpty())
             return FinishResult::Failed;
     }
-    updUtils::removeDirOrLog(m_places.folder(u"scr_temp"_s));
+    m_archive.putAway(u"scr_temp"_s);
     return FinishResult::Finished;
 }
 
@@ -126,7 +142,7 @@ bool FinishRun::isAccountedFor(const QString &screen) const
 {
     const QString place = m_places.inPlace(screen);
     const QString converted = m_places.converted(screen);
-    return haveSameContent(place, m_places.backup(screen)) || isBeginningOf(place, converted);
+    return haveSameContent(place, m_plan.original(m_places, screen)) || isBeginningOf(place, converted);
 }
 
 /// Whether "scr" holds a screen that was changed since the run ended.

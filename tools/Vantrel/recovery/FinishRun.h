@@ -27,11 +27,12 @@ public:
     const QString &error() const { return m_error; }
 
 private:
+    FinishResult performRest();
     FinishResult finishBackup();
     FinishResult finishRemoval();
     FinishResult finishCopyBack();
     FinishResult arriveRest(const QStringList &converted);
-    FinishResult backUpAnew();
+    FinishResult backUpAnew(bool isLastBackupGone);
     FinishResult resultOf(bool isCopiedBack);
     FinishResult unwritableStage();
     bool isAccountedFor(const QString &screen) const;
@@ -40,6 +41,7 @@ private:
     const ScreenPlaces &m_places;
     const RecoveryPlan &m_plan;
     StageFile m_stageFile;
+    RunArchive m_archive;
     ScreenExchange m_exchange;
     QStringList m_contradictoryFiles;
     QString m_error;

@@ -110,10 +110,14 @@ void Planner::locate(const QString &screen)
             m_plan.inPlace.append(screen);
         break;
     case Place::Original:
-        (isFile(inPlace) ? m_plan.inPlace : m_plan.missing).append(screen);
+        // Where not all could be backed up, "scr" may have been put away as it was.
+        (isFile(inPlace)                             ? m_plan.inPlace
+         : isFile(m_plan.original(m_places, screen)) ? m_plan.inBackup
+                                                     : m_plan.missing)
+            .append(screen);
         break;
     case Place::Backup:
-        (isFile(backup) ? m_plan.inBackup : m_plan.missing).append(screen);
+        (isFile(m_plan.original(m_places, screen)) ? m_plan.inBackup : m_plan.missing).append(screen);
         break;
     }
 }
@@ -145,6 +149,14 @@ Place Planner::placeOf(const QString &screen) const
 }
 
 } // namespace
+
+QString RecoveryPlan::original(const ScreenPlaces &places, const QString &screen) const
+{
+    const QString backup = places.backup(screen);
+    return record.facts.historyEntry.isEmpty() || mayExist(backup)
+               ? backup
+               : places.kept(record.facts.historyEntry, screen);
+}
 
 RunStage RecoveryPlan::lastStage() const
 {

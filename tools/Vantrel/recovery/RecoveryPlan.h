@@ -11,7 +11,7 @@ struct RecoveryPlan
 {
     RunRecord record;
     QStringList inPlace;  ///< screens from before the run that lie whole in "scr"
-    QStringList inBackup; ///< the others that lie whole in "scr_bak"
+    QStringList inBackup; ///< the others that lie whole in "scr_bak" or, where not, in the history
     QStringList missing;  ///< those that lie nowhere
     /// Screens of which nobody can tell which version is the right one: something has changed
     /// them since the run ended.
@@ -29,6 +29,8 @@ struct RecoveryPlan
     bool hasBackup() const { return lastStage() >= RunStage::BackingUp; }
     /// Whether screens may lie elsewhere than in "scr".
     bool hasMovedScreens() const { return hasBackup() && record.state.stage != RunStage::RolledBack; }
+    /// Where the version of a screen from before the run lies that is not in "scr".
+    QString original(const ScreenPlaces &places, const QString &screen) const;
     /// Where the run itself ended, whatever has been done to recover it.
     RunStage lastStage() const;
 };

@@ -3,6 +3,10 @@
 
 #include "FileComparison.h"
 #include "FileIo.h"
+#include "FolderListing.h"
+#include "FolderMerge.h"
+#include "RunArchive.h"
+#include "RunSummary.h"
 #include "SafeCopy.h"
 #include "StageFile.h"
 #include "updUtils.h"
@@ -38,6 +42,13 @@ QString notRemoved(const QString &path)
     return u"%1 could not be removed: %2"_s.arg(path, qt_error_string(errno));
 }
 
+void addMissing(QStringList &names, const QStringList &others)
+{
+    const QSet<QString> known = toSet(names);
+    std::copy_if(others.cbegin(), others.cend(), std::back_inserter(names),
+                 [&known](const QString &name) { return !known.contains(name); });
+}
+
 bool isImageFile(const ScreenPlaces &places, const QString &screen)
 {
     return places.inPlace(screen).contains(".psc"_L1);
@@ -48,7 +59,19 @@ bool isImageFile(const ScreenPlaces &places, const QString &screen)
 RollBack::RollBack(const ScreenPlaces &places, const RecoveryPlan &plan)
     : m_places(places)
     , m_plan(plan)
+    , m_history(places.projectDir())
+    , m_facts(plan.record.facts)
 {
+    if (m_facts.setAsideEntry.isEmpty())
+        m_facts.setAsideEntry = m_history.nameFor(QDateTime::currentDateTime());
+    if (isUndoing() && !m_facts.historyEntry.isEmpty())
+        m_runEnded = readSummary(kept({})).value_or(RunSummary()).ended;
+}
+
+/// What the run has put into the history.
+QString RollBack::kept(const QString &name) const
+{
+    return m_history.pathOf(m_facts.historyEntry, name);
 }
 
 QStringList RollBack::changedScreens() const
@@ -59,7 +82,7 @@ QStringList RollBack::changedScreens() const
     for (const QString &screen : m_plan.inBackup) {
         const QString place = m_places.inPlace(screen);
         const QString converted = m_places.converted(screen);
-        if (!mayExist(place) || haveSameContent(place, m_places.backup(screen)))
+        if (!mayExist(place) || haveSameContent(place, m_plan.original(m_places, screen)))
             continue;
         // Copying may have been broken off in the middle of a file. A file that was renamed is as old
         // as its conversion.
@@ -85,6 +108,8 @@ QString RollBack::perform()
         }
         if (const QString error = enter(RunStage::RollingBack); !error.isEmpty())
             return error;
+        if (const QString error = returnOtherFiles(); !error.isEmpty())
+            return error;
         if (const QString error = restoreScreens(); !error.isEmpty())
             return error;
     }
@@ -97,15 +122,15 @@ QString RollBack::perform()
         removeSetAside();
     else if (const QString error = restoreTempFolder(m_places, m_plan.record.facts); !error.isEmpty())
         return error;
-    if (!isUntouched)
+    if (!isUntouched && !isLastBackupBack())
         removeBackup();
-    return {};
+    return m_facts.historyEntry.isEmpty() ? QString() : endEntry();
 }
 
 /// Returns what went wrong. The stage before is written down still, so that all can be repeated.
 QString RollBack::enter(RunStage stage) const
 {
-    StageFile file(m_places.projectDir(), m_plan.record.facts, IfUnwritable::Stop);
+    StageFile file(m_places.projectDir(), m_facts, IfUnwritable::Stop);
     if (file.enter({.stage = stage, .unsaved = m_plan.inPlace, .endedAt = m_plan.lastStage()}))
         return {};
     return u"%1 could not be written: %2"_s.arg(StageFile::path(m_places.projectDir()),
@@ -120,24 +145,139 @@ QString RollBack::setScreensAside() const
     if (!isWhole)
         return u"\"scr\" could not be read whole"_s;
     for (const QString &screen : screens) {
-        const QString error = putCopy(m_places.inPlace(screen), m_places.setAside(screen));
-        if (!error.isEmpty())
+        if (const QString error = setAside(screen); !error.isEmpty())
             return error;
     }
     return {};
 }
 
+/// Makes the entry of the history for what is replaced, unless it is there.
+QString RollBack::makeSetAside() const
+{
+    const QString path = m_history.pathOf(m_facts.setAsideEntry);
+    if (const QString error = m_history.make(m_facts.setAsideEntry); !error.isEmpty() || readSummary(path))
+        return error;
+    RunSummary summary;
+    summary.kind = HistoryKind::Undo;
+    summary.program = thisProgram();
+    summary.projectDir = m_places.projectDir();
+    summary.started = QDateTime::currentDateTime();
+    summary.about = m_facts.historyEntry;
+    summary.screens = m_facts.screens.size();
+    return writeSummary(path, summary);
+}
+
+/// Copies a screen as it is in "scr" into the history.
+QString RollBack::setAside(const QString &screen) const
+{
+    const QString error = makeSetAside();
+    return error.isEmpty() ? putCopy(m_places.inPlace(screen), m_places.kept(m_facts.setAsideEntry, screen))
+                           : error;
+}
+
 QString RollBack::restoreScreens()
 {
     for (const QString &screen : m_plan.inBackup) {
-        if (haveSameContent(m_places.backup(screen), m_places.inPlace(screen)))
+        const bool isThere = haveSameContent(m_plan.original(m_places, screen), m_places.inPlace(screen));
+        if (!isThere && isEdited(screen))
             continue;
-        if (const QString error = putCopy(m_places.backup(screen), m_places.inPlace(screen));
-            !error.isEmpty())
+        if (const QString error = restoreScreen(screen); !error.isEmpty())
             return error;
-        ++m_restoredScreens;
+        m_restoredScreens += isThere ? 0 : 1;
     }
     return {};
+}
+
+QString RollBack::restoreScreen(const QString &screen)
+{
+    const QString place = m_places.inPlace(screen);
+    // All that a completed run had made is set aside already.
+    const bool isKnown = isUndoing() || !mayExist(place) || isOfInterruptedRun(screen) ||
+                         haveSameContent(place, m_plan.original(m_places, screen));
+    if (!isKnown) {
+        if (const QString error = setAside(screen); !error.isEmpty())
+            return error;
+    }
+    return putCopy(m_plan.original(m_places, screen), place);
+}
+
+/// Whether "scr_temp" holds every byte of a screen in "scr", which is a copy then, or the beginning of one.
+bool RollBack::isOfInterruptedRun(const QString &screen) const
+{
+    const QString converted = m_places.converted(screen);
+    return mayExist(converted) && isBeginningOf(m_places.inPlace(screen), converted);
+}
+
+/// What a completed run has made is older than its end.
+bool RollBack::isEdited(const QString &screen) const
+{
+    const QFileInfo file(m_places.inPlace(screen));
+    return m_runEnded.isValid() && file.isFile() && file.lastModified() > m_runEnded;
+}
+
+QStringList RollBack::editedScreens() const
+{
+    QStringList edited;
+    for (const QString &screen : m_plan.inBackup) {
+        if (isEdited(screen) && !haveSameContent(m_plan.original(m_places, screen), m_places.inPlace(screen)))
+            edited.append(m_places.inPlace(screen));
+    }
+    return edited;
+}
+
+QString RollBack::setAsideEntry() const
+{
+    return QFileInfo::exists(m_history.pathOf(m_facts.setAsideEntry)) ? m_facts.setAsideEntry : QString();
+}
+
+/// Brings back what the run has not moved to the backup: other files, hidden ones, links, folders.
+QString RollBack::returnOtherFiles() const
+{
+    return m_facts.historyEntry.isEmpty() ? QString() : mergeBack(kept(u"scr"_s), m_places.folder(u"scr"_s));
+}
+
+/// Whether "scr_bak" is that of the run before again: this one has been taken back before.
+bool RollBack::isLastBackupBack() const
+{
+    return !m_facts.historyEntry.isEmpty() && m_facts.hadBackup && !mayExist(kept(u"scr_bak"_s));
+}
+
+/// Puts the backup of the run before in the place of the one of this run, once that is removed.
+QString RollBack::returnLastBackup() const
+{
+    if (!mayExist(kept(u"scr_bak"_s)))
+        return {};
+    // What has no twin in "scr" is the version of a screen that was changed since.
+    if (mayExist(m_places.folder(u"scr_bak"_s))) {
+        if (const QString error = makeSetAside(); !error.isEmpty())
+            return error;
+        const RunArchive archive(m_places.projectDir(), m_facts.setAsideEntry);
+        if (!archive.keep(u"scr_bak"_s))
+            return u"%1 could not be moved into the history"_s.arg(m_places.folder(u"scr_bak"_s));
+    }
+    return mergeBack(kept(u"scr_bak"_s), m_places.folder(u"scr_bak"_s));
+}
+
+/// The run is taken back, and so is its entry of the history. What has no place goes to the entry
+/// of what was set aside.
+QString RollBack::endEntry() const
+{
+    if (const QString error = returnLastBackup(); !error.isEmpty())
+        return error;
+    for (const QString &name : {u"scr"_s, u"scr_temp"_s})
+        removeTwins(kept(name), m_places.folder(name));
+    if (!mayExist(kept({})))
+        return {};
+    const FolderListing left = OpenFolder(QFile::encodeName(kept({}))).list();
+    if (left.error != 0)
+        return u"%1 could not be listed: %2"_s.arg(kept({}), qt_error_string(left.error));
+    const bool isEmpty = std::all_of(left.entries.cbegin(), left.entries.cend(),
+                                     [](const FolderEntry &entry) { return entry.name == "run.json"; });
+    if (isEmpty)
+        return m_history.remove(m_facts.historyEntry);
+    const QString error = makeSetAside();
+    return error.isEmpty() ? mergeBack(kept({}), m_history.pathOf(m_facts.setAsideEntry, u"undone"_s))
+                           : error;
 }
 
 /// Takes out of "scr" what the run had copied there from an older "scr_temp".
@@ -159,11 +299,13 @@ QString RollBack::returnOlderFiles() const
     return {};
 }
 
-/// Takes out of "scr" what a completed run had brought there and what is kept in "scr_undone".
+/// Takes out of "scr" what a completed run had brought there and what is kept in the history.
 void RollBack::removeSetAside() const
 {
-    for (const QString &screen : m_plan.record.facts.olderFiles)
-        removeContained(m_places.inPlace(screen), m_places.setAside(screen));
+    for (const QString &screen : m_facts.olderFiles) {
+        if (!isEdited(screen))
+            removeContained(m_places.inPlace(screen), m_places.kept(m_facts.setAsideEntry, screen));
+    }
 }
 
 /// Removes the backup of every screen that is back. What else lies there stays.
@@ -173,7 +315,8 @@ void RollBack::removeBackup() const
         const QString inPlace = m_places.inPlace(screen);
         const QString backup = m_places.backup(screen);
         // Where somebody has changed the screen since, its original stays beside it.
-        if (isOlderThanStage(m_places, inPlace) || haveSameContent(inPlace, backup))
+        const bool isChanged = isEdited(screen) || !isOlderThanStage(m_places, inPlace);
+        if (!isChanged || haveSameContent(inPlace, backup))
             removeContained(backup, inPlace);
     }
     bool isWhole = true;
@@ -186,7 +329,15 @@ RunRecord recordOfCompletedRun(const ScreenPlaces &places, bool &isWhole)
     RunRecord record;
     record.facts.program = thisProgram();
     record.facts.started = QDateTime::currentDateTime();
+    record.facts.historyEntry = RunHistory(places.projectDir()).newestRun();
     record.facts.screens = places.screensInBackup(isWhole);
+    // Where they could not be backed up, they were put away as they lay in "scr".
+    // What cannot be read there comes back all the same, by renaming.
+    if (!record.facts.historyEntry.isEmpty())
+        addMissing(record.facts.screens, places.screensKept(record.facts.historyEntry));
+    record.facts.hadBackup =
+        !record.facts.historyEntry.isEmpty() &&
+        mayExist(RunHistory(places.projectDir()).pathOf(record.facts.historyEntry, u"scr_bak"_s));
     record.state = {.stage = RunStage::Done, .unsaved = {}, .endedAt = RunStage::Done};
     const QSet<QString> screens = toSet(record.facts.screens);
     const QStringList present = places.screensInPlace(isWhole);

@@ -2,12 +2,14 @@
 #pragma once
 
 #include "RecoveryPlan.h"
+#include "RunHistory.h"
 #include "ScreenPlaces.h"
 
 #include <QString>
 #include <QStringList>
 
-/// Puts every screen back as the plan knows it. Copies, compares and only then removes; writes
+/// Puts every screen back as the plan knows it, and with it what the run had put into the history.
+/// Copies, compares and only then removes; what it replaces goes into the history itself. Writes
 /// its own stages down, so that it can be interrupted and repeated at any point.
 class RollBack final
 {
@@ -25,17 +27,37 @@ public:
     /// How many screens were not as they had been.
     int restoredScreens() const { return m_restoredScreens; }
 
+    /// Screens that somebody has changed since the completed run. They stay as they are; their
+    /// versions from before the run are in the history.
+    QStringList editedScreens() const;
+
+    /// The entry of the history that holds what was replaced; empty where nothing was.
+    QString setAsideEntry() const;
+
 private:
     bool isUndoing() const { return m_plan.lastStage() == RunStage::Done; }
     QString enter(RunStage stage) const;
+    QString makeSetAside() const;
+    QString setAside(const QString &screen) const;
     QString setScreensAside() const;
     QString restoreScreens();
+    QString restoreScreen(const QString &screen);
+    bool isEdited(const QString &screen) const;
+    bool isOfInterruptedRun(const QString &screen) const;
     QString returnOlderFiles() const;
     void removeSetAside() const;
     void removeBackup() const;
+    QString returnOtherFiles() const;
+    bool isLastBackupBack() const;
+    QString returnLastBackup() const;
+    QString endEntry() const;
+    QString kept(const QString &name) const;
 
     const ScreenPlaces &m_places;
     const RecoveryPlan &m_plan;
+    const RunHistory m_history;
+    RunFacts m_facts;
+    QDateTime m_runEnded; ///< invalid where that is not known
     int m_restoredScreens = 0;
 };
 

@@ -2,6 +2,7 @@
 #include "ScreenPlaces.h"
 
 #include "ImageFileSearch.h"
+#include "RunHistory.h"
 
 using namespace Qt::StringLiterals;
 
@@ -20,9 +21,9 @@ QString ScreenPlaces::converted(const QString &screen) const
     return place(u"/scr_temp"_s, screen);
 }
 
-QString ScreenPlaces::setAside(const QString &screen) const
+QString ScreenPlaces::kept(const QString &entry, const QString &screen) const
 {
-    return m_projectDir + "/scr_undone/"_L1 + screen;
+    return RunHistory(m_projectDir).pathOf(entry, u"scr"_s) + u'/' + screen;
 }
 
 QStringList ScreenPlaces::screensInPlace(bool &isWhole) const
@@ -38,6 +39,16 @@ QStringList ScreenPlaces::screensInBackup(bool &isWhole) const
 QStringList ScreenPlaces::screensConverted(bool &isWhole) const
 {
     return screensIn(u"/scr_temp"_s, isWhole);
+}
+
+/// They have the names that they had in "scr".
+QStringList ScreenPlaces::screensKept(const QString &entry) const
+{
+    const QString folder = RunHistory(m_projectDir).pathOf(entry, u"scr"_s);
+    QStringList screens;
+    for (const QFileInfo &file : searchImageFiles(folder).files)
+        screens.append(file.filePath().sliced(folder.size() + 1));
+    return screens;
 }
 
 /// A run puts the folder's name in wherever "/scr" stands in a path.

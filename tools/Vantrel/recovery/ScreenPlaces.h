@@ -18,7 +18,8 @@ public:
     QString inPlace(const QString &screen) const;   ///< below "scr"
     QString backup(const QString &screen) const;    ///< below "scr_bak"
     QString converted(const QString &screen) const; ///< below "scr_temp"
-    QString setAside(const QString &screen) const;  ///< below "scr_undone"
+    /// Below the "scr" that an entry of the history holds.
+    QString kept(const QString &entry, const QString &screen) const;
 
     /// The screens of which a version lies below such a folder. Clears `isWhole` where not all
     /// of it could be read.
@@ -27,6 +28,9 @@ public:
     QStringList screensConverted(bool &isWhole) const;
 
     QString folder(const QString &name) const { return m_projectDir + u'/' + name; }
+
+    /// Those that can be read below the "scr" that an entry of the history holds.
+    QStringList screensKept(const QString &entry) const;
 
 private:
     QString place(const QString &folder, const QString &screen) const;

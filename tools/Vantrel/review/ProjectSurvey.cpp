@@ -1,14 +1,15 @@
 // What a project holds, and what a run over it would lose or could not convert.
 #include "ProjectSurvey.h"
 
+#include "FileIo.h"
 #include "LineCheck.h"
 #include "ProjectPath.h"
+#include "RunHistory.h"
 #include "updUtils.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QStorageInfo>
 
 #include <algorithm>
 #include <array>
@@ -250,18 +251,19 @@ void Surveyor::lookAtBackupFolder(const QFileInfo &imageFile)
          u"look for its screens there"_s);
 }
 
-/// At its peak a run holds the image files twice more: converted, and as a backup in place of
-/// the last one.
+/// Earlier runs give way to a run that needs their room.
 void Surveyor::lookForRoom(qint64 imageBytes)
 {
-    const QStorageInfo disk(m_projectDir);
-    const qint64 needed = 2 * imageBytes;
-    if (!disk.isValid() || disk.bytesAvailable() >= needed)
+    const qint64 needed = bytesForRun(imageBytes);
+    qint64 available = availableBytes(m_projectDir);
+    if (available < needed)
+        available += RunHistory(m_projectDir).sizeOf().bytes;
+    if (available >= needed)
         return;
-    note(FindingKind::NoRoom, m_projectDir,
-         u"the copies of a run need up to %1 bytes, but the disk has room for %2"_s.arg(needed).arg(
-             disk.bytesAvailable()),
-         u"make room on the disk"_s);
+    note(
+        FindingKind::NoRoom, m_projectDir,
+        u"the copies of a run need up to %1 bytes, but the disk has room for %2"_s.arg(needed).arg(available),
+        u"make room on the disk"_s);
 }
 
 void Surveyor::lookForLosses()

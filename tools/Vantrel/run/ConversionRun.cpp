@@ -2,13 +2,17 @@
 #include "ConversionRun.h"
 
 #include "EngineLog.h"
+#include "FileIo.h"
 #include "ImageFileSearch.h"
 #include "ProjectLock.h"
+#include "ProjectPath.h"
+#include "RunArchive.h"
 #include "ScreenExchange.h"
 #include "StageFile.h"
 
 #include <QFile>
 
+#include <numeric>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -27,7 +31,7 @@ void takeAwayLink(const QString &path)
 ConversionRun::ConversionRun(ConversionSettings settings, RunListener &listener)
     : m_settings(std::move(settings))
     , m_listener(listener)
-    , m_reports([this](const STBlock &report) { m_listener.onReport(report); })
+    , m_reports([this](const STBlock &report) { takeReport(report); })
     , m_conversion(m_settings, m_reports)
     , m_lock(std::make_unique<ProjectLock>(m_settings.projectDir))
 {
@@ -42,8 +46,9 @@ void ConversionRun::perform()
         return;
 
     const FoundImageFiles found = searchImageFiles(m_settings.projectDir + "/scr"_L1);
-    m_listener.onFound();
+    m_summary.changeLog = relativeTo(m_settings.projectDir, m_listener.onFound());
 
+    makeRoom(found);
     enterConversion(found);
     takeAwayLink(m_settings.projectDir + "/scr_temp"_L1);
     reportHiddenFiles(found);
@@ -53,6 +58,14 @@ void ConversionRun::perform()
         m_listener.onProgress(count, count);
     }
     m_stageFile->remove();
+}
+
+void ConversionRun::takeReport(const STBlock &report)
+{
+    ++(report.status == ReportStatus::Replaced      ? m_summary.replaced
+       : report.status == ReportStatus::NotReplaced ? m_summary.notReplaced
+                                                    : m_summary.errors);
+    m_listener.onReport(report);
 }
 
 bool ConversionRun::isInUse() const
@@ -91,9 +104,35 @@ void ConversionRun::enterConversion(const FoundImageFiles &found)
     m_facts.listIsWhole = found.isWhole();
     m_facts.shapeNames = m_settings.filterNames.values();
     m_facts.shapeNames.sort();
+    m_facts.keptRuns = m_settings.keptRuns;
+    if (m_facts.keptRuns > 0)
+        m_facts.historyEntry = RunHistory(m_settings.projectDir).nameFor(m_facts.started);
     m_facts.makesFolders = m_settings.folderCreation == FolderCreation::WithParents;
     m_stageFile = std::make_unique<StageFile>(m_settings.projectDir, m_facts);
     m_stageFile->enter({.stage = RunStage::Converting, .unsaved = {}, .endedAt = RunStage::Converting});
+}
+
+/// Lets the oldest runs of the history go where the copies of this one would have no room.
+void ConversionRun::makeRoom(const FoundImageFiles &found) const
+{
+    // No project comes near it, so that nobody has to ask for the size of each file.
+    constexpr qint64 plenty = qint64(1) << 36;
+    const RunHistory history(m_settings.projectDir);
+    QStringList entries = history.entries();
+    if (entries.isEmpty() || availableBytes(m_settings.projectDir) >= plenty)
+        return;
+    const qint64 imageBytes =
+        std::accumulate(found.files.cbegin(), found.files.cend(), qint64(0),
+                        [](qint64 sum, const QFileInfo &file) { return sum + file.size(); });
+    while (!entries.isEmpty() && availableBytes(m_settings.projectDir) < bytesForRun(imageBytes)) {
+        const QString oldest = entries.takeLast();
+        if (const QString failure = history.remove(oldest); !failure.isEmpty()) {
+            logError(failure, LogPlace::History);
+            return;
+        }
+        logWarning(u"The disk has no room for this run: %1 was removed from the history"_s.arg(oldest),
+                   LogPlace::History);
+    }
 }
 
 /// Reports what keeps image files from being converted before any of them is opened.
@@ -129,11 +168,37 @@ bool ConversionRun::convertImageFiles(const QList<QFileInfo> &imageFiles)
 
 void ConversionRun::backUpAndCopyBack()
 {
-    ScreenExchange exchange(m_settings.projectDir, m_settings.folderCreation, m_facts.screens, *m_stageFile);
+    RunArchive archive(m_settings.projectDir, m_facts.historyEntry);
+    archive.open();
+    beginHistory(archive);
+    ScreenExchange exchange(m_settings.projectDir, m_settings.folderCreation, m_facts.screens, archive,
+                            *m_stageFile);
     exchange.discardLastBackup();
     if (!exchange.backUpAndGoOn()) {
         logAlert(u"!!! Could not copy all files from \\scr_temp folder to \\scr. Copy them manually !!!"_s,
                  LogPlace::CopyBack);
     }
+    endHistory(archive);
     m_stageFile->enter({.stage = RunStage::Done, .unsaved = {}, .endedAt = RunStage::Done});
+}
+
+/// What an entry is told of a run that does not come to its end.
+void ConversionRun::beginHistory(const RunArchive &archive)
+{
+    m_summary.program = m_facts.program;
+    m_summary.projectDir = m_settings.projectDir;
+    m_summary.started = m_facts.started;
+    m_summary.shapeNames = m_facts.shapeNames;
+    m_summary.screens = m_facts.screens.size();
+    archive.write(m_summary);
+}
+
+/// Writes down what the run has done, and lets earlier runs go.
+void ConversionRun::endHistory(const RunArchive &archive)
+{
+    m_summary.ended = QDateTime::currentDateTime();
+    archive.write(m_summary);
+    const QString failure = RunHistory(m_settings.projectDir).keepNewest(m_settings.keptRuns);
+    if (!failure.isEmpty())
+        logError(failure, LogPlace::History);
 }

@@ -4,6 +4,7 @@
 #include "FileConversion.h"
 #include "RunRecord.h"
 #include "RunReports.h"
+#include "RunSummary.h"
 
 #include <QFileInfo>
 #include <QList>
@@ -12,6 +13,7 @@
 #include <memory>
 
 class ProjectLock;
+class RunArchive;
 class StageFile;
 struct FoundImageFiles;
 
@@ -21,8 +23,9 @@ class RunListener
 public:
     virtual ~RunListener() = default;
 
-    /// The image files are found, and the first is about to be converted.
-    virtual void onFound() = 0;
+    /// The image files are found, and the first is about to be converted. Returns the path of the
+    /// run's change log.
+    virtual QString onFound() = 0;
     /// A file is about to be converted; the number of files as `index` at the end.
     virtual void onProgress(int count, int index) = 0;
     virtual void onFile(const QString &path) = 0;
@@ -53,7 +56,11 @@ private:
     void enterConversion(const FoundImageFiles &found);
     void reportHiddenFiles(const FoundImageFiles &found) const;
     bool convertImageFiles(const QList<QFileInfo> &imageFiles);
+    void takeReport(const STBlock &report);
+    void makeRoom(const FoundImageFiles &found) const;
     void backUpAndCopyBack();
+    void beginHistory(const RunArchive &archive);
+    void endHistory(const RunArchive &archive);
 
     const ConversionSettings m_settings;
     RunListener &m_listener;
@@ -61,5 +68,6 @@ private:
     FileConversion m_conversion;
     std::unique_ptr<ProjectLock> m_lock;
     RunFacts m_facts;
+    RunSummary m_summary;
     std::unique_ptr<StageFile> m_stageFile;
 };

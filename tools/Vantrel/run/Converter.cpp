@@ -60,6 +60,7 @@ public:
     void setFilterNames(const QSet<QString> &lowerNames);
     void setFolderCreation(FolderCreation creation);
     void setGoesOnFromLeftOver(bool goesOn);
+    void setKeptRuns(int keptRuns);
     ConversionSettings settings() const;
     QString logFileName() const;
     void createLogFileName(const QString &projectDir);
@@ -73,7 +74,7 @@ public:
     const RunReports &reports() const { return m_reports; }
     ReportLead &lead() { return m_lead; }
 
-    void onFound() override { createLogFileName(m_run->projectDir()); }
+    QString onFound() override;
     void onProgress(int count, int index) override { Q_EMIT m_converter.sigProgressChanged(count, index); }
     void onFile(const QString &path) override { Q_EMIT m_converter.sigUpdFileName(path); }
     void onReport(const STBlock &report) override;
@@ -137,6 +138,12 @@ void Converter::Insides::setGoesOnFromLeftOver(bool goesOn)
     m_settings.goesOnFromLeftOver = goesOn;
 }
 
+void Converter::Insides::setKeptRuns(int keptRuns)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_settings.keptRuns = keptRuns;
+}
+
 ConversionSettings Converter::Insides::settings() const
 {
     const QMutexLocker lock(&m_mutex);
@@ -195,6 +202,12 @@ void Converter::Insides::convert()
     Q_EMIT m_converter.sigConvertEnd();
 }
 
+QString Converter::Insides::onFound()
+{
+    createLogFileName(m_run->projectDir());
+    return logFileName();
+}
+
 /// The one place at which reports leave the converter.
 void Converter::Insides::onReport(const STBlock &report)
 {
@@ -240,6 +253,11 @@ void Converter::setMakeFolders(bool makeFolders)
 void Converter::setGoesOnFromLeftOver(bool goesOn)
 {
     m_insides->setGoesOnFromLeftOver(goesOn);
+}
+
+void Converter::setKeptRuns(int keptRuns)
+{
+    m_insides->setKeptRuns(keptRuns);
 }
 
 QString Converter::logFileName() const

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "OpenedShapes.h"
+#include "RunHistory.h"
 #include "STBlock.h"
 #include "ShapeLibrary.h"
 #include "TextBuffer.h"
@@ -21,7 +22,8 @@ struct ConversionSettings
     QString projectDir;
     QSet<QString> filterNames; ///< in lower case; objects of these shape files are replaced
     FolderCreation folderCreation = FolderCreation::OneLevel;
-    bool goesOnFromLeftOver = false; ///< performs an interrupted run again, see Converter
+    bool goesOnFromLeftOver = false;      ///< performs an interrupted run again, see Converter
+    int keptRuns = RunHistory::usualRuns; ///< in the history; 0 keeps nothing
 };
 
 /// Converts the image files of one run: reads each, replaces the objects whose shapes are chosen,

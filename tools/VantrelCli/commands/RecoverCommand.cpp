@@ -228,8 +228,12 @@ ExitCode RecoverCommand::finishConversion(const RecoveryPlan &plan)
         return endUnfinished(error);
     m_lock.reset();
     StopSignals stopSignals;
-    UpdateRun run({m_options.projectDir, QSet<QString>(facts.shapeNames.cbegin(), facts.shapeNames.cend()),
-                   facts.makesFolders, true, QString()},
+    UpdateRun run({.projectDir = m_options.projectDir,
+                   .shapeNames = QSet<QString>(facts.shapeNames.cbegin(), facts.shapeNames.cend()),
+                   .makeFolders = facts.makesFolders,
+                   .keptRuns = facts.keptRuns,
+                   .goesOnFromLeftOver = true,
+                   .scratchRoot = {}},
                   m_presenter);
     QObject::connect(&stopSignals, &StopSignals::sigStopWanted, &run, &UpdateRun::stop);
     const LoggedErrors errors;
@@ -287,15 +291,16 @@ bool RecoverCommand::tellUnconverted(const RecoveryPlan &plan)
 
 ExitCode RecoverCommand::undo()
 {
-    if (mayExist(m_places.folder(u"scr_undone"_s)))
-        return refuse(u"Refused: there is a folder \"scr_undone\" already; move it away."_s);
     bool isWhole = true;
     const RunRecord record = recordOfCompletedRun(m_places, isWhole);
     if (!isWhole)
         return refuse(
             u"Refused: \"scr\" or \"scr_bak\" cannot be read whole, or holds a name that is no text."_s);
-    if (record.facts.screens.isEmpty())
-        return refuse(u"Refused: there is no \"scr_bak\" with screens in it."_s);
+    if (record.facts.screens.isEmpty() && record.facts.historyEntry.isEmpty()) {
+        return refuse(
+            u"Refused: there is nothing to undo, neither a \"scr_bak\" with screens in it nor a run in the "
+            "history."_s);
+    }
     const RecoveryPlan plan = makeRecoveryPlan(m_places, record);
     return plan.isDecidable() ? takeBack(plan) : refuseUndecided(plan);
 }
@@ -303,12 +308,18 @@ ExitCode RecoverCommand::undo()
 ExitCode RecoverCommand::takeBack(const RecoveryPlan &plan)
 {
     RollBack rollBack(m_places, plan);
+    const QStringList edited = rollBack.editedScreens();
     if (const QString error = rollBack.perform(); !error.isEmpty())
         return endUnfinished(error);
-    return endRun(
-        plan, ExitCode::Done,
-        u"The last run was undone: \"scr\" holds the screens from before it, \"scr_undone\" those that it "
-        "had made."_s);
+    for (const QString &screen : edited) {
+        tellFact(relativeTo(m_options.projectDir, screen),
+                 u"it was changed after the run, and stays as it is"_s,
+                 u"its version from before the run is kept in the history, or in \"scr_bak\""_s);
+    }
+    const QString entry = rollBack.setAsideEntry();
+    const QString kept = entry.isEmpty() ? QString() : u" What it had made is kept as %1."_s.arg(entry);
+    return endRun(plan, edited.isEmpty() ? ExitCode::Done : ExitCode::DoneWithFindings,
+                  u"The last run was undone: \"scr\" is as it was before it.%1"_s.arg(kept));
 }
 
 ExitCode RecoverCommand::refuseUndecided(const RecoveryPlan &plan)

@@ -149,7 +149,12 @@ RunResult UpdateCommand::convert(const QString &projectDir, const QString &scrat
     QSet<QString> shapeNames(m_options.shapeNames.cbegin(), m_options.shapeNames.cend());
     if (m_options.allShapes)
         shapeNames.unite(m_survey.shapeNames);
-    UpdateRun run({projectDir, shapeNames, m_options.makeFolders, false, scratchRoot}, m_presenter);
+    UpdateRun run({.projectDir = projectDir,
+                   .shapeNames = shapeNames,
+                   .makeFolders = m_options.makeFolders,
+                   .keptRuns = m_options.keptRuns,
+                   .scratchRoot = scratchRoot},
+                  m_presenter);
     QObject::connect(&m_stopSignals, &StopSignals::sigStopWanted, &run, &UpdateRun::stop);
     const LoggedErrors errors;
     RunResult result = run.execute();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ExitCode.h"
+#include "RunHistory.h"
 
 #include <QString>
 #include <QStringList>
@@ -15,6 +16,7 @@ struct UpdateOptions
     bool allShapes = false;
     bool makeFolders = false;
     bool force = false;
+    int keptRuns = RunHistory::usualRuns;
     bool dryRun = false;
     bool failOnChanges = false; ///< of a dry run
     QString realCommand;        ///< what a user types to have a dry run's changes made

@@ -16,6 +16,7 @@ UpdateRun::UpdateRun(const RunSettings &settings, Presenter &presenter)
     m_converter.setProjectDir(settings.projectDir);
     m_converter.setFilterNames(settings.shapeNames);
     m_converter.setMakeFolders(settings.makeFolders);
+    m_converter.setKeptRuns(settings.keptRuns);
     m_converter.setGoesOnFromLeftOver(settings.goesOnFromLeftOver);
 
     // On the run's thread: the inbox takes them to this one.

@@ -5,6 +5,7 @@
 #include "Converter.h"
 #include "Logger.h"
 #include "Presenter.h"
+#include "RunHistory.h"
 #include "RunInbox.h"
 
 #include <QObject>
@@ -16,6 +17,7 @@ struct RunSettings
     QString projectDir; ///< the directory that is converted
     QSet<QString> shapeNames;
     bool makeFolders = false;
+    int keptRuns = RunHistory::usualRuns;
     bool goesOnFromLeftOver = false; ///< of an interrupted run, which is performed again
     /// The folder below which a dry run has made the project directory again; empty in a real
     /// run. It is taken out of every text that is shown, and no change log is written.

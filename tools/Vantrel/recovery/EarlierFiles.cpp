@@ -1,0 +1,114 @@
+// The files of "scr" as they were before a run, wherever they lie now.
+#include "EarlierFiles.h"
+
+#include "FileComparison.h"
+#include "FileIo.h"
+#include "FolderListing.h"
+#include "RunRecord.h"
+#include "RunSummary.h"
+#include "SafeCopy.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+using namespace Qt::StringLiterals;
+
+EarlierFiles::EarlierFiles(const QString &projectDir, const QString &entry)
+    : m_projectDir(projectDir)
+    , m_history(projectDir)
+    , m_entry(entry)
+{
+    if (m_history.isRun(entry))
+        addRun();
+    addFolder(m_history.pathOf(entry, u"scr"_s), Names::AsTheyAre);
+}
+
+/// The screens from before a run are its backup, which the next run has put into its own entry.
+void EarlierFiles::addRun()
+{
+    const QStringList entries = m_history.entries();
+    const qsizetype place = entries.indexOf(m_entry);
+    const auto newer = std::find_if(entries.crbegin() + (entries.size() - place), entries.crend(),
+                                    [this](const QString &entry) { return m_history.isRun(entry); });
+    const bool isLast = newer == entries.crend();
+    addFolder(isLast ? m_projectDir + "/scr_bak"_L1 : m_history.pathOf(*newer, u"scr_bak"_s),
+              Names::AsInBackup);
+}
+
+void EarlierFiles::addFolder(const QString &folder, Names names)
+{
+    namespace fs = std::filesystem;
+    const auto isThere = [this](const QString &name) { return find(name) != nullptr; };
+    const qsizetype before = m_files.size();
+    std::error_code error;
+    fs::recursive_directory_iterator entry(QFile::encodeName(folder).toStdString(), error);
+    QList<EarlierFile> found;
+    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+        std::error_code unknown;
+        const QByteArray path = QByteArray::fromStdString(entry->path().native());
+        const QString text = QFile::decodeName(path);
+        if (QFile::encodeName(text) != path) {
+            m_unreadable.append(text);
+            continue;
+        }
+        if (entry->is_symlink(unknown) || !entry->is_regular_file(unknown))
+            continue;
+        // A backup has its own name wherever "/scr" stands in a path.
+        QString name = text.sliced(folder.size());
+        if (names == Names::AsInBackup)
+            name.replace("/scr_bak"_L1, "/scr"_L1);
+        name = name.sliced(1);
+        if (before == 0 || !isThere(name))
+            found.append({name, text, names == Names::AsInBackup});
+    }
+    if (error && error != std::errc::no_such_file_or_directory)
+        m_unreadable.append(folder);
+    m_files += found;
+    std::sort(m_files.begin(), m_files.end(),
+              [](const EarlierFile &first, const EarlierFile &second) { return first.name < second.name; });
+}
+
+const EarlierFile *EarlierFiles::find(const QString &name) const
+{
+    const auto file = std::lower_bound(
+        m_files.cbegin(), m_files.cend(), name,
+        [](const EarlierFile &candidate, const QString &wanted) { return candidate.name < wanted; });
+    return file != m_files.cend() && file->name == name ? &*file : nullptr;
+}
+
+QString EarlierFiles::restore(const EarlierFile &file)
+{
+    const QString place = m_projectDir + "/scr/"_L1 + file.name;
+    if (haveSameContent(file.path, place))
+        return {};
+    if (mayExist(place)) {
+        if (const QString error = setAside(place, file.name); !error.isEmpty())
+            return error;
+    }
+    const QString error = putCopy(file.path, place);
+    m_restoredFiles += error.isEmpty() ? 1 : 0;
+    return error;
+}
+
+QString EarlierFiles::setAside(const QString &place, const QString &name)
+{
+    if (m_replacedEntry.isEmpty()) {
+        const QDateTime now = QDateTime::currentDateTime();
+        const QString entry = m_history.nameFor(now);
+        if (const QString error = m_history.make(entry); !error.isEmpty())
+            return error;
+        m_replacedEntry = entry;
+        RunSummary summary;
+        summary.kind = HistoryKind::Restore;
+        summary.program = thisProgram();
+        summary.projectDir = m_projectDir;
+        summary.started = now;
+        summary.about = m_entry;
+        if (const QString error = writeSummary(m_history.pathOf(entry), summary); !error.isEmpty())
+            return error;
+    }
+    return putCopy(place, m_history.pathOf(m_replacedEntry, u"scr"_s) + u'/' + name);
+}
