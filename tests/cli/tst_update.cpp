@@ -536,14 +536,14 @@ void TestUpdate::makesFoldersWithTheirParents()
 
 // --- Copying back failed, or a file is missing ---
 
-/// With no place for a backup the screens are left alone, and the converted ones are kept.
+/// With no place for a backup, nor a history, the screens are left alone, and the converted ones are kept.
 void TestUpdate::tellsThatCopyingBackFailed()
 {
     const TestProject project;
     SmallPlant::makeIn(project);
     project.write(u"scr_bak"_s, "no folder");
 
-    const CliResult result = update(project, {u"--all-shapes"_s, u"--force"_s});
+    const CliResult result = update(project, {u"--all-shapes"_s, u"--force"_s, u"--keep-runs"_s, u"0"_s});
     QCOMPARE(withPlaceholders(result.output, project.dir()), smallPlantReport());
     QVERIFY2(result.errorOutput.endsWith("alert: !!! Could not copy all files from \\scr_temp folder to "
                                          "\\scr. Copy them manually !!!\n"),

@@ -13,7 +13,7 @@ struct OptionRow
     QLatin1StringView meaning;
 };
 
-enum class Command { Check, Shapes, Update, Diff, Recover };
+enum class Command { Check, Shapes, Update, Diff, Recover, History };
 
 struct CommandRow
 {
@@ -21,6 +21,8 @@ struct CommandRow
     QLatin1StringView name;
     QLatin1StringView meaning;
     std::span<const OptionRow> options;
+    /// What stands for the words behind the options; empty where there must be none.
+    QLatin1StringView words = {};
 };
 
 namespace Options {
@@ -68,6 +70,10 @@ inline constexpr std::array updateOptions{
     OptionRow{QLatin1StringView("force"),
               {},
               QLatin1StringView("run even where something would be lost or not converted")},
+    OptionRow{
+        QLatin1StringView("keep-runs"), QLatin1StringView("N"),
+        QLatin1StringView("how many runs \".vantrel.history\" keeps (3); with 0, what a run displaces is "
+                          "removed for good")},
     OptionRow{QLatin1StringView("dry-run"),
               {},
               QLatin1StringView("change nothing, show what a run would report and change")},
@@ -91,7 +97,23 @@ inline constexpr std::array recoverOptions{
     OptionRow{QLatin1StringView("finish"), {}, QLatin1StringView("complete the interrupted run")},
     OptionRow{QLatin1StringView("undo"),
               {},
-              QLatin1StringView("take a completed run back; \"scr_undone\" keeps what it had made")},
+              QLatin1StringView("take the last run back, then the one before, and so on; the history keeps "
+                                "what they had made")},
+    Options::json,
+    Options::color,
+    Options::help,
+};
+
+inline constexpr std::array historyOptions{
+    Options::project,
+    OptionRow{
+        QLatin1StringView("diff"), QLatin1StringView("RUN"),
+        QLatin1StringView("show what changed between the screens before this run and those in \"scr\"")},
+    OptionRow{
+        QLatin1StringView("restore"), QLatin1StringView("RUN"),
+        QLatin1StringView("bring back the named files of \"scr\", or all, as they were before this run")},
+    OptionRow{QLatin1StringView("prune"), QLatin1StringView("N"),
+              QLatin1StringView("remove all but the last N runs from the history")},
     Options::json,
     Options::color,
     Options::help,
@@ -122,4 +144,7 @@ inline constexpr std::array commandRows{
     CommandRow{Command::Recover, QLatin1StringView("recover"),
                QLatin1StringView("tell where an interrupted run ended, complete it or take it back"),
                recoverOptions},
+    CommandRow{Command::History, QLatin1StringView("history"),
+               QLatin1StringView("list the last runs, and bring back what they have displaced"),
+               historyOptions, QLatin1StringView("[FILE ...]")},
 };

@@ -271,7 +271,8 @@ void printHelp(const CommandRow &command, Output &output)
 {
     QString meaning = command.meaning;
     meaning.replace(0, 1, meaning.at(0).toUpper());
-    output.printLine(u"Usage: %1 %2 [options]\n\n%3."_s.arg(programName, command.name, meaning));
+    const QString words = command.words.isEmpty() ? QString() : u' ' + command.words;
+    output.printLine(u"Usage: %1 %2 [options]%3\n\n%4."_s.arg(programName, command.name, words, meaning));
     printOptions(command.options, output);
     printExitCodes(output);
 }

@@ -5,11 +5,13 @@
 #include "CommandTable.h"
 #include "DiffCommand.h"
 #include "Help.h"
+#include "HistoryCommand.h"
 #include "JsonPresenter.h"
 #include "LeftOverFinding.h"
 #include "NearestWord.h"
 #include "Output.h"
 #include "RecoverCommand.h"
+#include "RunHistory.h"
 #include "ShapesCommand.h"
 #include "ShellWord.h"
 #include "StageFile.h"
@@ -70,7 +72,8 @@ QString complaintAbout(const QCommandLineParser &parser, const CommandRow &comma
         return u"unknown option \"%1\"%2"_s.arg(spelling,
                                                 didYouMean(spelling, optionSpellings(command.options)));
     }
-    if (const QStringList words = parser.positionalArguments(); !words.isEmpty())
+    const QStringList words = parser.positionalArguments();
+    if (!words.isEmpty() && command.words.isEmpty())
         return u"\"%1\" was not expected"_s.arg(words.first());
     return {};
 }
@@ -158,10 +161,14 @@ private:
     QString takeShapeNames();
     QString complaintAboutUpdate() const;
     QString complaintAboutRecover() const;
+    QString complaintAboutHistory() const;
+    QString complaintAboutNumber(const QString &option) const;
+    HistoryOptions historyOptions() const;
     RecoverAction recoverAction() const;
     void setColors(ColorMode mode);
     ExitCode perform();
     ExitCode perform(Presenter &presenter);
+    int keptRuns() const;
     ExitCode performUpdate(Presenter &presenter);
     ExitCode endEarly(Presenter &presenter, const QString &reason) const;
     std::unique_ptr<Presenter> makePresenter();
@@ -209,9 +216,16 @@ QString CommandRequest::complaintAboutValues()
         return u"the root folder is no project directory; use --project DIR"_s;
     if (const QString complaint = takeShapeNames(); !complaint.isEmpty())
         return complaint;
-    if (m_command.command == Command::Recover)
+    switch (m_command.command) {
+    case Command::Recover:
         return complaintAboutRecover();
-    return m_command.command == Command::Update ? complaintAboutUpdate() : QString();
+    case Command::History:
+        return complaintAboutHistory();
+    case Command::Update:
+        return complaintAboutUpdate();
+    default:
+        return {};
+    }
 }
 
 void CommandRequest::setColors(ColorMode mode)
@@ -248,7 +262,57 @@ QString CommandRequest::complaintAboutUpdate() const
     }
     if (isSet(u"fail-on-changes"_s) && !isSet(u"dry-run"_s))
         return u"--fail-on-changes needs --dry-run"_s;
-    return {};
+    return complaintAboutNumber(u"keep-runs"_s);
+}
+
+/// What is wrong with an option that takes a number of runs.
+QString CommandRequest::complaintAboutNumber(const QString &option) const
+{
+    bool isNumber = true;
+    const int number = isSet(option) ? m_parser.value(option).toInt(&isNumber) : 0;
+    return isNumber && number >= 0
+               ? QString()
+               : u"--%1 takes a number of runs, 0 or more, not \"%2\""_s.arg(option, m_parser.value(option));
+}
+
+struct HistoryOption
+{
+    QLatin1StringView name;
+    HistoryAction action;
+};
+
+constexpr std::array historyActions{
+    HistoryOption{"diff"_L1, HistoryAction::Diff},
+    HistoryOption{"restore"_L1, HistoryAction::Restore},
+    HistoryOption{"prune"_L1, HistoryAction::Prune},
+};
+
+QString CommandRequest::complaintAboutHistory() const
+{
+    const auto chosen = std::count_if(historyActions.begin(), historyActions.end(),
+                                      [this](const HistoryOption &option) { return isSet(option.name); });
+    if (chosen > 1)
+        return u"--diff, --restore and --prune exclude each other"_s;
+    if (!m_parser.positionalArguments().isEmpty() && !isSet(u"restore"_s))
+        return u"files can only be named with --restore RUN"_s;
+    return complaintAboutNumber(u"prune"_s);
+}
+
+HistoryOptions CommandRequest::historyOptions() const
+{
+    HistoryOptions options;
+    options.projectDir = m_projectDir;
+    for (const HistoryOption &option : historyActions) {
+        if (!isSet(option.name))
+            continue;
+        options.action = option.action;
+        options.run = m_parser.value(option.name);
+        options.keptRuns = options.run.toInt();
+    }
+    // As a user may take them from a list of files in the project's folder.
+    for (QString name : m_parser.positionalArguments())
+        options.files.append(name.startsWith("scr/"_L1) ? name.sliced(4) : name);
+    return options;
 }
 
 struct RecoverOption
@@ -316,6 +380,8 @@ ExitCode CommandRequest::perform(Presenter &presenter)
         return runDiff(m_projectDir, presenter);
     case Command::Recover:
         return runRecover({m_projectDir, recoverAction()}, presenter);
+    case Command::History:
+        return runHistory(historyOptions(), presenter);
     case Command::Update:
         break;
     }
@@ -337,6 +403,11 @@ ExitCode CommandRequest::endEarly(Presenter &presenter, const QString &reason) c
     return end.exitCode;
 }
 
+int CommandRequest::keptRuns() const
+{
+    return isSet(u"keep-runs"_s) ? m_parser.value(u"keep-runs"_s).toInt() : RunHistory::usualRuns;
+}
+
 ExitCode CommandRequest::performUpdate(Presenter &presenter)
 {
     return runUpdate({.projectDir = m_projectDir,
@@ -344,6 +415,7 @@ ExitCode CommandRequest::performUpdate(Presenter &presenter)
                       .allShapes = isSet(u"all-shapes"_s),
                       .makeFolders = isSet(u"make-folders"_s),
                       .force = isSet(u"force"_s),
+                      .keptRuns = keptRuns(),
                       .dryRun = isSet(u"dry-run"_s),
                       .failOnChanges = isSet(u"fail-on-changes"_s),
                       .realCommand = realCommand()},
@@ -353,8 +425,8 @@ ExitCode CommandRequest::performUpdate(Presenter &presenter)
 /// The command without what keeps it from changing the project, and what tells how to print.
 QString CommandRequest::realCommand() const
 {
-    constexpr std::array kept{"project"_L1,    "shape"_L1,        "shapes-from"_L1,
-                              "all-shapes"_L1, "make-folders"_L1, "force"_L1};
+    constexpr std::array kept{"project"_L1,      "shape"_L1, "shapes-from"_L1, "all-shapes"_L1,
+                              "make-folders"_L1, "force"_L1, "keep-runs"_L1};
     QStringList words{programName, m_command.name};
     for (const QLatin1StringView option : kept) {
         if (!isSet(option))

@@ -31,7 +31,7 @@ struct JsonField
     QLatin1StringView meaning;
 };
 
-enum class JsonKind { Progress, File, Report, Finding, Shape, Diff, Log, End };
+enum class JsonKind { Progress, File, Report, Finding, Shape, Diff, Run, Log, End };
 
 struct JsonKindRow
 {
@@ -53,6 +53,8 @@ inline constexpr std::array jsonKinds{
                 QLatin1StringView("a shape name that objects refer to")},
     JsonKindRow{JsonKind::Diff, QLatin1StringView("diff"),
                 QLatin1StringView("how two versions of a file differ")},
+    JsonKindRow{JsonKind::Run, QLatin1StringView("run"),
+                QLatin1StringView("an entry of the history, the newest first")},
     JsonKindRow{JsonKind::Log, QLatin1StringView("log"),
                 QLatin1StringView("a log entry of a run; all follow behind its reports")},
     JsonKindRow{JsonKind::End, QLatin1StringView("end"),
@@ -161,6 +163,35 @@ inline constexpr std::array jsonFields{
                   QLatin1StringView("lines that only the earlier version has")}},
     JsonFieldRow{JsonKind::Diff,
                  {QLatin1StringView("hunks"), JsonType::Hunks, QLatin1StringView("what differs, see below")}},
+    JsonFieldRow{JsonKind::Run,
+                 {QLatin1StringView("name"), JsonType::Text,
+                  QLatin1StringView("its name: the local time at which it began")}},
+    JsonFieldRow{JsonKind::Run,
+                 {QLatin1StringView("what"), JsonType::Text,
+                  QLatin1StringView("\"run\"; \"undo\" or \"restore\": it holds what one has replaced")}},
+    JsonFieldRow{JsonKind::Run,
+                 {QLatin1StringView("about"), JsonType::TextOrNull,
+                  QLatin1StringView("the entry that was undone or restored from")}},
+    JsonFieldRow{JsonKind::Run,
+                 {QLatin1StringView("ended"), JsonType::TextOrNull,
+                  QLatin1StringView("when it ended, as ISO 8601 has it")}},
+    JsonFieldRow{JsonKind::Run,
+                 {QLatin1StringView("changeLog"), JsonType::TextOrNull,
+                  QLatin1StringView("path of its change log below the project")}},
+    JsonFieldRow{
+        JsonKind::Run,
+        {QLatin1StringView("screens"), JsonType::Integer, QLatin1StringView("image files before the run")}},
+    JsonFieldRow{
+        JsonKind::Run,
+        {QLatin1StringView("replaced"), JsonType::Integer, QLatin1StringView("its reports \"REPLACE\"")}},
+    JsonFieldRow{
+        JsonKind::Run,
+        {QLatin1StringView("errors"), JsonType::Integer, QLatin1StringView("its reports \"ERROR\"")}},
+    JsonFieldRow{
+        JsonKind::Run,
+        {QLatin1StringView("files"), JsonType::Integer, QLatin1StringView("files that the entry keeps")}},
+    JsonFieldRow{JsonKind::Run,
+                 {QLatin1StringView("bytes"), JsonType::Integer, QLatin1StringView("their size")}},
     JsonFieldRow{JsonKind::Log,
                  {QLatin1StringView("level"), JsonType::Text, QLatin1StringView("name of the level")}},
     JsonFieldRow{JsonKind::Log,

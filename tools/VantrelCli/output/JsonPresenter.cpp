@@ -132,6 +132,20 @@ void JsonPresenter::showDiff(const FileDiff &diff)
                                {u"hunks"_s, hunks}});
 }
 
+void JsonPresenter::showRun(const KeptRun &run)
+{
+    printLine(JsonKind::Run, {{u"name"_s, run.name},
+                              {u"what"_s, run.kind},
+                              {u"about"_s, textOrNull(run.about)},
+                              {u"ended"_s, textOrNull(run.ended)},
+                              {u"changeLog"_s, textOrNull(run.changeLog)},
+                              {u"screens"_s, run.screens},
+                              {u"replaced"_s, run.replaced},
+                              {u"errors"_s, run.errors},
+                              {u"files"_s, run.files},
+                              {u"bytes"_s, run.bytes}});
+}
+
 void JsonPresenter::showLogEntry(const LogEntry &entry)
 {
     m_logEntries.append(entry);

@@ -28,6 +28,7 @@ public:
     void showReport(const STBlock &report) override;
     void showShape(const ShapeReport &shape) override;
     void showDiff(const FileDiff &diff) override;
+    void showRun(const KeptRun &run) override;
     void showLogEntry(const LogEntry &entry) override;
     void showEnd(const CommandEnd &end) override;
 

@@ -30,6 +30,8 @@ enum class Count {
     LinesRemoved,
     Obstacles,
     Hints,
+    Runs,
+    Restored,
 };
 
 struct CountRow
@@ -68,6 +70,10 @@ inline constexpr std::array countRows{
              QLatin1StringView("findings for which `update` refuses to start")},
     CountRow{Count::Hints, QLatin1StringView("hints"), QLatin1StringView("Hints"),
              QLatin1StringView("other findings")},
+    CountRow{Count::Runs, QLatin1StringView("runs"), QLatin1StringView("Runs"),
+             QLatin1StringView("entries of the history")},
+    CountRow{Count::Restored, QLatin1StringView("restored"), QLatin1StringView("Restored"),
+             QLatin1StringView("files that were brought back")},
 };
 
 constexpr const CountRow &rowOf(Count count)
@@ -90,6 +96,21 @@ struct LogEntry
     QString level;
     QString time;
     QString message;
+};
+
+/// An entry of the history, as a list of runs shows it.
+struct KeptRun
+{
+    QString name;
+    QLatin1StringView kind; ///< "run", "undo" or "restore"
+    QString about;          ///< of the latter two: which entry
+    QString ended;          ///< ISO 8601; empty where it is not known
+    QString changeLog;      ///< below the project; empty where none is known
+    qsizetype screens = 0;
+    qsizetype replaced = 0;
+    qsizetype errors = 0;
+    qsizetype files = 0; ///< that the entry keeps
+    qint64 bytes = 0;    ///< that they take
 };
 
 enum class Verbosity { Everything, Quiet };
@@ -128,6 +149,7 @@ public:
     virtual void showReport(const STBlock &report) = 0;
     virtual void showShape(const ShapeReport &shape) = 0;
     virtual void showDiff(const FileDiff &diff) = 0;
+    virtual void showRun(const KeptRun &run) = 0;
     virtual void showLogEntry(const LogEntry &entry) = 0;
     virtual void showEnd(const CommandEnd &end) = 0;
 };

@@ -75,6 +75,21 @@ TextTable shapeTable()
     return table;
 }
 
+TextTable runTable()
+{
+    TextTable table({u"Run"_s, u"What"_s, u"Screens"_s, u"Replaced"_s, u"Errors"_s, u"Kept files"_s,
+                     u"Bytes"_s, u"Change log"_s});
+    table.alignRight({2, 3, 4, 5, 6});
+    return table;
+}
+
+QString whatOf(const KeptRun &run)
+{
+    if (!run.about.isEmpty())
+        return u"%1 of %2"_s.arg(run.kind, run.about);
+    return run.ended.isEmpty() ? u"%1, not ended"_s.arg(run.kind) : QString(run.kind);
+}
+
 } // namespace
 
 TextPresenter::TextPresenter(Output &output, Output &errorOutput, QString projectDir, Verbosity verbosity)
@@ -85,6 +100,7 @@ TextPresenter::TextPresenter(Output &output, Output &errorOutput, QString projec
     , m_progress(errorOutput, verbosity == Verbosity::Everything)
     , m_reports(reportTable())
     , m_shapes(shapeTable())
+    , m_runs(runTable())
 {
 }
 
@@ -143,6 +159,13 @@ void TextPresenter::showShape(const ShapeReport &shape)
                     colorOf(shape));
 }
 
+void TextPresenter::showRun(const KeptRun &run)
+{
+    m_runs.addRow({run.name, whatOf(run), QString::number(run.screens), QString::number(run.replaced),
+                   QString::number(run.errors), QString::number(run.files), QString::number(run.bytes),
+                   run.changeLog});
+}
+
 void TextPresenter::showDiff(const FileDiff &diff)
 {
     if (isQuiet())
@@ -180,6 +203,7 @@ void TextPresenter::showEnd(const CommandEnd &end)
     if (!isQuiet()) {
         printReports();
         printTable(m_shapes);
+        printTable(m_runs);
         if (!m_isSeparated)
             m_output.print(u"\n");
         printTotals(end);

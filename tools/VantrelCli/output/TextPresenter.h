@@ -23,6 +23,7 @@ public:
     void showReport(const STBlock &report) override;
     void showShape(const ShapeReport &shape) override;
     void showDiff(const FileDiff &diff) override;
+    void showRun(const KeptRun &run) override;
     void showLogEntry(const LogEntry &entry) override;
     void showEnd(const CommandEnd &end) override;
 
@@ -41,6 +42,7 @@ private:
     ProgressLine m_progress;
     TextTable m_reports;
     TextTable m_shapes;
+    TextTable m_runs;
     int m_count = 0;
     int m_index = 0;
     bool m_isSeparated = true; ///< nothing stands on the output that an empty line must follow
