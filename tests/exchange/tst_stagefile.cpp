@@ -56,7 +56,8 @@ private Q_SLOTS:
     void isWrittenWhereAPipeLay();
     void staysWhenItsWriterIsGone();
     void isRemovedWithWhatAnInterruptionLeft();
-    void isRemovedWhereALaterStageCannotBeWritten();
+    void isRemovedWhereALaterStageMayNotBeWritten();
+    void staysWhereALaterStageCannotBeWritten();
     void doesNotFollowALink();
     void isNotMissedWhereItCannotBeMade();
 };
@@ -224,19 +225,37 @@ void TestStageFile::isRemovedWithWhatAnInterruptionLeft()
     QCOMPARE(project.files(u""_s), QStringList());
 }
 
-void TestStageFile::isRemovedWhereALaterStageCannotBeWritten()
+void TestStageFile::isRemovedWhereALaterStageMayNotBeWritten()
 {
     const TestProject project;
     StageFile file(project.dir(), someFacts());
-    file.enter({.stage = RunStage::Converting, .unsaved = {}, .endedAt = RunStage::Converting});
-    project.makeFolder(u".vantrel.run.new"_s);
-    file.enter(someState());
-    QVERIFY(!StageFile::exists(project.dir()));
+    QVERIFY(file.enter({.stage = RunStage::Converting, .unsaved = {}, .endedAt = RunStage::Converting}));
+    const QByteArray path = QFile::encodeName(project.path(u".vantrel.run"_s));
+    {
+        QFile::setPermissions(project.dir(), QFile::Permissions::fromInt(0x5555));
+        const OrdinaryUser user;
+        QVERIFY(file.enter(someState()));
+    }
+    QFile::setPermissions(project.dir(), QFile::Permissions::fromInt(0x7777));
+    QVERIFY(!file.isUsable());
+    QCOMPARE(unlink(path.constData()), 0);
 
     // Nor is one begun anew in the middle of a run.
-    project.remove(u".vantrel.run.new"_s);
-    file.enter(someState());
+    QVERIFY(file.enter(someState()));
     QVERIFY(!StageFile::exists(project.dir()));
+}
+
+void TestStageFile::staysWhereALaterStageCannotBeWritten()
+{
+    const TestProject project;
+    StageFile file(project.dir(), someFacts());
+    QVERIFY(file.enter({.stage = RunStage::Converting, .unsaved = {}, .endedAt = RunStage::Converting}));
+    project.makeFolder(u".vantrel.run.new"_s);
+    QVERIFY(!file.enter(someState()));
+    QVERIFY(file.isUsable());
+    QCOMPARE(file.errorText(),
+             u"%1 could not be written: Is a directory"_s.arg(project.path(u".vantrel.run"_s)));
+    QCOMPARE(StageFile::read(project.dir())->state.stage, RunStage::Converting);
 }
 
 void TestStageFile::doesNotFollowALink()

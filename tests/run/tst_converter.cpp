@@ -118,6 +118,8 @@ private Q_SLOTS:
     void touchesNothingWhileAnotherRunHoldsTheProject();
     void takesOverTheLockOfADeadProcess();
     void runsWhereNeitherStageNorLockCanBeMade();
+    void touchesNothingWhereItsStageCannotBeWritten();
+    void breaksOffWhereALaterStageCannotBeWritten();
 
     void reportsFoldersThatCannotBeListed();
     void reportsNamesThatAreNotText();
@@ -690,6 +692,7 @@ void TestConverter::runsWhereNeitherStageNorLockCanBeMade()
     QFile::setPermissions(project.dir(), QFile::Permissions::fromInt(0x5555));
     Converter converter(project.dir());
     const RunRecorder recorder(converter);
+    const LogRecorder log;
     converter.setFilterNames(chosen);
     {
         const OrdinaryUser user;
@@ -700,6 +703,51 @@ void TestConverter::runsWhereNeitherStageNorLockCanBeMade()
                                            u"report REPLACE"_s, u"progress 1 1"_s, u"end"_s}));
     QCOMPARE(project.read(u"scr_temp/a.psc"_s), converted);
     QCOMPARE(project.read(u"scr/a.psc"_s), candidate);
+    QVERIFY(log.entries.contains(
+        u"warning: Nobody may write into %1: where this run is interrupted, nothing will "
+        "tell how far it came"_s.arg(project.dir())));
+}
+
+/// Without it, an interruption would leave the only copies of screens where nobody looks for them.
+void TestConverter::touchesNothingWhereItsStageCannotBeWritten()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"scr_bak/a.psc"_s, "older"_ba);
+    project.makeFolder(u".vantrel.run.new"_s);
+    const QStringList before = project.files(u""_s);
+    const Outcome outcome(project);
+    QCOMPARE(outcome.recorder.events, QStringList{u"end"_s});
+    QCOMPARE(outcome.log.entries,
+             QStringList{u"error: The run was not started, and nothing was touched: %1 could not be written: "
+                         "Is a directory"_s.arg(project.path(u".vantrel.run"_s))});
+    QCOMPARE(project.read(u"scr/a.psc"_s), candidate);
+    QCOMPARE(project.read(u"scr_bak/a.psc"_s), "older"_ba);
+    QVERIFY(!project.exists(u"scr_temp"_s));
+}
+
+void TestConverter::breaksOffWhereALaterStageCannotBeWritten()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"scr_bak/a.psc"_s, "older"_ba);
+    project.write(u"mac/pump.plb"_s, shape);
+    Converter converter(project.dir());
+    const RunRecorder recorder(converter);
+    const LogRecorder log;
+    converter.setFilterNames(chosen);
+    QObject::connect(&converter, &Converter::sigUpdFileName, &converter,
+                     [&project] { project.makeFolder(u".vantrel.run.new"_s); });
+    converter.convert();
+    QCOMPARE(log.entries.size(), 1);
+    QVERIFY2(log.entries.first().startsWith(u"error: The run was broken off: "_s),
+             qUtf8Printable(log.entries.first()));
+    QCOMPARE(project.read(u"scr/a.psc"_s), candidate);
+    QCOMPARE(project.read(u"scr_bak/a.psc"_s), "older"_ba);
+    // What is left can be recovered.
+    const std::optional<RunRecord> record = StageFile::read(project.dir());
+    QVERIFY(record);
+    QCOMPARE(record->state.stage, RunStage::Converting);
 }
 
 void TestConverter::reportsFoldersThatCannotBeListed()

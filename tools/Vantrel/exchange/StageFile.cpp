@@ -20,6 +20,13 @@ QByteArray besideOf(const QByteArray &path)
     return path + ".new";
 }
 
+/// Whether an errno says that the project is protected, or is not there, which no waiting and no
+/// room changes.
+bool isProtection(int error)
+{
+    return error == EACCES || error == EPERM || error == EROFS || error == ENOENT || error == ENOTDIR;
+}
+
 bool writeAll(int file, const QByteArray &bytes)
 {
     qsizetype written = 0;
@@ -73,13 +80,20 @@ bool StageFile::enter(const RunState &state)
 {
     if (!m_isUsable || write(toText(state, m_factLines)))
         return true;
-    if (m_ifUnwritable == IfUnwritable::Stop) {
-        m_error = errno;
+    const int error = errno;
+    if (m_ifUnwritable == IfUnwritable::Stop || !isProtection(error)) {
+        m_error = error;
         return false;
     }
+    // None is better than one that tells of an earlier stage.
     m_isUsable = false;
     remove();
     return true;
+}
+
+QString StageFile::errorText() const
+{
+    return u"%1 could not be written: %2"_s.arg(QFile::decodeName(m_path), qt_error_string(m_error));
 }
 
 /// Writes beside the file and exchanges it, so that it is whole at any time.

@@ -10,8 +10,8 @@
 
 /// What to do where the file cannot be written.
 enum class IfUnwritable {
-    GoOnWithout, ///< and remove it: none is better than one that tells of an earlier stage
-    Stop,        ///< and keep it: what it tells of can be repeated
+    GoOnWhereProtected, ///< without it, where nobody may write into the project; else as Stop
+    Stop,               ///< and keep it: what it tells of can be repeated
 };
 
 /// Writes ".vantrel.run" of a project while something is under way there that another process
@@ -21,7 +21,7 @@ class StageFile final
 {
 public:
     StageFile(const QString &projectDir, const RunFacts &facts,
-              IfUnwritable ifUnwritable = IfUnwritable::GoOnWithout);
+              IfUnwritable ifUnwritable = IfUnwritable::GoOnWhereProtected);
 
     /// Writes down what begins now, on the disk when this returns. Returns whether it may begin.
     bool enter(const RunState &state);
@@ -29,6 +29,10 @@ public:
     bool remove();
     /// Why enter() said no or remove() failed, an errno; 0 where neither did.
     int error() const { return m_error; }
+    /// That as a sentence without a full stop.
+    QString errorText() const;
+    /// Whether stages are written down; no where the project is protected and the run goes on without.
+    bool isUsable() const { return m_isUsable; }
 
     static QString path(const QString &projectDir);
     /// Whether there is one, readable or not; also yes where the disk gives no answer.

@@ -63,8 +63,7 @@ FinishResult FinishRun::resultOf(bool isCopiedBack)
 
 FinishResult FinishRun::unwritableStage()
 {
-    m_error = u"%1 could not be written: %2"_s.arg(StageFile::path(m_places.projectDir()),
-                                                   qt_error_string(m_stageFile.error()));
+    m_error = m_stageFile.errorText();
     return FinishResult::Failed;
 }
 

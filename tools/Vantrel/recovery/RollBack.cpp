@@ -133,8 +133,7 @@ QString RollBack::enter(RunStage stage) const
     StageFile file(m_places.projectDir(), m_facts, IfUnwritable::Stop);
     if (file.enter({.stage = stage, .unsaved = m_plan.inPlace, .endedAt = m_plan.lastStage()}))
         return {};
-    return u"%1 could not be written: %2"_s.arg(StageFile::path(m_places.projectDir()),
-                                                qt_error_string(file.error()));
+    return file.errorText();
 }
 
 /// Keeps what the run had made.

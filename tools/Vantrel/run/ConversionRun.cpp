@@ -49,7 +49,8 @@ void ConversionRun::perform()
     m_summary.changeLog = relativeTo(m_settings.projectDir, m_listener.onFound());
 
     makeRoom(found);
-    enterConversion(found);
+    if (!enterConversion(found))
+        return;
     takeAwayLink(m_settings.projectDir + "/scr_temp"_L1);
     reportHiddenFiles(found);
     if (convertImageFiles(found.files)) {
@@ -57,7 +58,20 @@ void ConversionRun::perform()
         const auto count = static_cast<int>(found.files.size());
         m_listener.onProgress(count, count);
     }
-    m_stageFile->remove();
+    end();
+}
+
+/// Where a stage could not be written down, nothing of it was begun, and what the file tells of is
+/// left to be completed or taken back.
+void ConversionRun::end()
+{
+    if (m_stageFile->error() == 0) {
+        m_stageFile->remove();
+        return;
+    }
+    logError(u"The run was broken off: %1. No screen is lost: \"vantrel-cli recover\" completes the run, or "
+             "puts the screens back"_s.arg(m_stageFile->errorText()),
+             LogPlace::Run);
 }
 
 void ConversionRun::takeReport(const STBlock &report)
@@ -98,7 +112,8 @@ bool ConversionRun::isLeftOver() const
 }
 
 /// Writes down what another process needs to know where this one does not come to the run's end.
-void ConversionRun::enterConversion(const FoundImageFiles &found)
+/// Returns whether the run may begin.
+bool ConversionRun::enterConversion(const FoundImageFiles &found)
 {
     m_facts = factsOfRun(m_settings.projectDir, found.files);
     m_facts.listIsWhole = found.isWhole();
@@ -109,7 +124,19 @@ void ConversionRun::enterConversion(const FoundImageFiles &found)
         m_facts.historyEntry = RunHistory(m_settings.projectDir).nameFor(m_facts.started);
     m_facts.makesFolders = m_settings.folderCreation == FolderCreation::WithParents;
     m_stageFile = std::make_unique<StageFile>(m_settings.projectDir, m_facts);
-    m_stageFile->enter({.stage = RunStage::Converting, .unsaved = {}, .endedAt = RunStage::Converting});
+    if (!m_stageFile->enter(
+            {.stage = RunStage::Converting, .unsaved = {}, .endedAt = RunStage::Converting})) {
+        logError(u"The run was not started, and nothing was touched: %1"_s.arg(m_stageFile->errorText()),
+                 LogPlace::Run);
+        return false;
+    }
+    if (!m_stageFile->isUsable() && QFileInfo(m_settings.projectDir).isDir()) {
+        logWarning(
+            u"Nobody may write into %1: where this run is interrupted, nothing will tell how far it came"_s
+                .arg(m_settings.projectDir),
+            LogPlace::Run);
+    }
+    return true;
 }
 
 /// Lets the oldest runs of the history go where the copies of this one would have no room.
@@ -174,10 +201,13 @@ void ConversionRun::backUpAndCopyBack()
     ScreenExchange exchange(m_settings.projectDir, m_settings.folderCreation, m_facts.screens, archive,
                             *m_stageFile);
     exchange.discardLastBackup();
-    if (!exchange.backUpAndGoOn()) {
+    const auto mayGoOn = [this] { return m_stageFile->error() == 0; };
+    if (mayGoOn() && !exchange.backUpAndGoOn() && mayGoOn()) {
         logAlert(u"!!! Could not copy all files from \\scr_temp folder to \\scr. Copy them manually !!!"_s,
                  LogPlace::CopyBack);
     }
+    if (!mayGoOn())
+        return;
     endHistory(archive);
     m_stageFile->enter({.stage = RunStage::Done, .unsaved = {}, .endedAt = RunStage::Done});
 }

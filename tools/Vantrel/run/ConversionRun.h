@@ -53,7 +53,8 @@ public:
 private:
     bool isInUse() const;
     bool isLeftOver() const;
-    void enterConversion(const FoundImageFiles &found);
+    bool enterConversion(const FoundImageFiles &found);
+    void end();
     void reportHiddenFiles(const FoundImageFiles &found) const;
     bool convertImageFiles(const QList<QFileInfo> &imageFiles);
     void takeReport(const STBlock &report);
