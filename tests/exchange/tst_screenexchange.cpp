@@ -30,7 +30,7 @@ void TestScreenExchange::tellsWhichScreensHaveNoBackup()
     StageFile stageFile(project.dir(), facts);
     // Two levels at once cannot be made, so that nothing is renamed and one screen is not backed up.
     const RunArchive archive(project.dir(), {});
-    ScreenExchange exchange(project.dir(), FolderCreation::OneLevel, screens, archive, stageFile);
+    ScreenExchange exchange(project.dir(), facts, archive, stageFile);
     QVERIFY(exchange.backUpAndGoOn());
     const std::optional<RunRecord> record = StageFile::read(project.dir());
     QVERIFY(record);

@@ -24,6 +24,7 @@ RunFacts someFacts()
             .hadTempFolder = true,
             .hadBackup = true,
             .keptRuns = 7,
+            .keepsOthers = true,
             .historyEntry = u"2024-03-05_14-07-09"_s,
             .setAsideEntry = u"2024-03-05_14-07-10"_s,
             .screens = {u"a.psc"_s, u"boiler/100% b\nc: d.psc"_s, u" \u00fc.psc "_s},
@@ -75,6 +76,7 @@ void TestStageFile::readsWhatItWrote()
     QCOMPARE(record->facts.hadTempFolder, true);
     QCOMPARE(record->facts.hadBackup, true);
     QCOMPARE(record->facts.keptRuns, 7);
+    QCOMPARE(record->facts.keepsOthers, true);
     QCOMPARE(record->facts.historyEntry, facts.historyEntry);
     QCOMPARE(record->facts.setAsideEntry, facts.setAsideEntry);
     QCOMPARE(record->facts.screens, facts.screens);
@@ -97,6 +99,7 @@ void TestStageFile::isReadable()
                                                         "had scr_temp: yes\n"
                                                         "had scr_bak: yes\n"
                                                         "kept runs: 7\n"
+                                                        "keeps others: yes\n"
                                                         "history: 2024-03-05_14-07-09\n"
                                                         "set aside: 2024-03-05_14-07-10\n"
                                                         "shape: pump.plb\n"

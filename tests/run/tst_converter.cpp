@@ -132,6 +132,9 @@ private Q_SLOTS:
     void keepsTheLastRuns_data();
     void keepsTheLastRuns();
     void keepsNothingOfAStoppedRun();
+    void putsOthersBackWhereAsked_data();
+    void putsOthersBackWhereAsked();
+    void breaksOffWhereOthersHaveNoPlace();
     void tellsWhatARunDid();
     void tellsWhereTheHistoryCannotBeWritten();
     void leavesFailedFilesToTheBackup();
@@ -744,6 +747,7 @@ void TestConverter::breaksOffWhereALaterStageCannotBeWritten()
              qUtf8Printable(log.entries.first()));
     QCOMPARE(project.read(u"scr/a.psc"_s), candidate);
     QCOMPARE(project.read(u"scr_bak/a.psc"_s), "older"_ba);
+    QVERIFY(!recorder.events.contains(u"progress 1 1"_s));
     // What is left can be recovered.
     const std::optional<RunRecord> record = StageFile::read(project.dir());
     QVERIFY(record);
@@ -940,6 +944,60 @@ void TestConverter::keepsNothingOfAStoppedRun()
     converter.convert();
     QVERIFY(!project.exists(u".vantrel.history"_s));
     QCOMPARE(project.read(u"scr_bak/a.psc"_s), "old");
+}
+
+void TestConverter::putsOthersBackWhereAsked_data()
+{
+    QTest::addColumn<int>("keptRuns");
+    QTest::newRow("with a history") << RunHistory::usualRuns;
+    QTest::newRow("without one") << keepsNothing;
+}
+
+void TestConverter::putsOthersBackWhereAsked()
+{
+    QFETCH(const int, keptRuns);
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"scr/bad.psc"_s, "LIB;a\n"_ba);
+    project.write(u"scr/hall/notes.txt"_s, "notes"_ba);
+    project.write(u"scr/.draft"_s, "draft"_ba);
+    project.makeFolder(u"scr/empty"_s);
+    project.write(u"mac/pump.plb"_s, shape);
+    Converter converter(project.dir());
+    const LogRecorder log;
+    converter.setFilterNames(chosen);
+    converter.setKeptRuns(keptRuns);
+    converter.setKeepsOthers(true);
+    converter.convert();
+    QCOMPARE(project.read(u"scr/a.psc"_s), converted);
+    QCOMPARE(project.read(u"scr/bad.psc"_s), "LIB;a\n"_ba);
+    QCOMPARE(project.read(u"scr/hall/notes.txt"_s), "notes"_ba);
+    QCOMPARE(project.read(u"scr/.draft"_s), "draft"_ba);
+    QVERIFY(QFileInfo(project.path(u"scr/empty"_s)).isDir());
+    QCOMPARE(project.files(u"scr_bak"_s), (QStringList{u"a.psc"_s, u"bad.psc"_s}));
+    QCOMPARE(project.keptFiles(), QStringList());
+    QCOMPARE(log.entries.size(), 1); // about the screen
+    QCOMPARE(RunHistory(project.dir()).entries().size(), keptRuns == 0 ? 0 : 1);
+}
+
+void TestConverter::breaksOffWhereOthersHaveNoPlace()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    project.write(u"scr/notes.txt"_s, "notes"_ba);
+    project.write(u".vantrel.history"_s, "in the way"_ba);
+    Converter converter(project.dir());
+    const RunRecorder recorder(converter);
+    const LogRecorder log;
+    converter.setKeepsOthers(true);
+    converter.convert();
+    QVERIFY(!recorder.events.contains(u"progress 1 1"_s));
+    QCOMPARE(log.entries.size(), 2);
+    QCOMPARE(log.entries.last(),
+             u"error: The run was broken off, and \"scr\" is untouched: other files would have no place"_s);
+    QCOMPARE(project.files(u"scr"_s), (QStringList{u"a.psc"_s, u"notes.txt"_s}));
+    QVERIFY(!project.exists(u"scr_bak"_s));
+    QVERIFY(!StageFile::exists(project.dir()));
 }
 
 void TestConverter::tellsWhatARunDid()

@@ -114,6 +114,9 @@ constexpr std::array lineRows{
                 record.facts.keptRuns = value.toInt(&isNumber);
                 return isNumber && record.facts.keptRuns >= 0;
             }},
+    LineRow{
+        "keeps others",
+        [](RunRecord &record, const QByteArray &value) { return readFlag(record.facts.keepsOthers, value); }},
     LineRow{"history", [](RunRecord &record,
                           const QByteArray &value) { return readEntry(record.facts.historyEntry, value); }},
     LineRow{"set aside",
@@ -208,6 +211,7 @@ QByteArray toLines(const RunFacts &facts)
     appendFlag(text, "had scr_temp", facts.hadTempFolder);
     appendFlag(text, "had scr_bak", facts.hadBackup);
     appendLine(text, "kept runs", QByteArray::number(facts.keptRuns));
+    appendFlag(text, "keeps others", facts.keepsOthers);
     appendEntry(text, "history", facts.historyEntry);
     appendEntry(text, "set aside", facts.setAsideEntry);
     appendNames(text, "shape", facts.shapeNames);

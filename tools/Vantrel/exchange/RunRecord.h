@@ -67,6 +67,7 @@ struct RunFacts
     bool hadTempFolder = false;
     bool hadBackup = false; ///< "scr_bak", of an earlier run
     int keptRuns = RunHistory::usualRuns;
+    bool keepsOthers = false;   ///< puts back what else lay in "scr"
     QString historyEntry = {};  ///< of the run; empty where nothing is kept
     QString setAsideEntry = {}; ///< where what a recovery replaces is kept
     QStringList screens;        ///< the image files of "scr" before the run

@@ -3,18 +3,21 @@
 
 #include "Backup.h"
 #include "EngineLog.h"
+#include "FileIo.h"
+#include "FolderMerge.h"
 #include "ImageFileSearch.h"
+#include "SafeCopy.h"
 #include "StageFile.h"
 
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
 
-ScreenExchange::ScreenExchange(QString projectDir, FolderCreation creation, QStringList screens,
-                               const RunArchive &archive, StageFile &stageFile)
+ScreenExchange::ScreenExchange(QString projectDir, const RunFacts &facts, const RunArchive &archive,
+                               StageFile &stageFile)
     : m_projectDir(std::move(projectDir))
-    , m_creation(creation)
-    , m_screens(std::move(screens))
+    , m_facts(facts)
+    , m_creation(facts.makesFolders ? FolderCreation::WithParents : FolderCreation::OneLevel)
     , m_archive(archive)
     , m_stageFile(stageFile)
 {
@@ -50,12 +53,38 @@ bool ScreenExchange::removeAndGoOn()
 bool ScreenExchange::copyBack(const QStringList &unsaved)
 {
     m_unsaved = unsaved;
+    const bool isCopiedBack = copyBackAll();
+    if (isCopiedBack)
+        putOthersBack();
+    return isCopiedBack;
+}
+
+bool ScreenExchange::copyBackAll()
+{
     if (!enter(RunStage::CopyingBack))
         return false;
     // Still there only where not all of them could be backed up, or where one resists removal.
     const FoundImageFiles originals = searchImageFiles(folder("/scr"_L1));
     logFailures(originals);
     return moveToImageFolder() || retryCopyBack(originals);
+}
+
+void ScreenExchange::putOthersBack() const
+{
+    if (!m_facts.keepsOthers)
+        return;
+    const QString kept = RunHistory(m_projectDir).pathOf(m_archive.entry(), u"scr"_s);
+    if (const QString error = mergeBack(kept, folder("/scr"_L1)); !error.isEmpty())
+        logError(error, LogPlace::History);
+    for (const QString &screen : m_facts.screens) {
+        const QString place = folder("/scr/"_L1) + screen;
+        QString backup = "/scr/"_L1 + screen;
+        backup = m_projectDir + backup.replace("/scr"_L1, "/scr_bak"_L1);
+        if (mayExist(place) || !QFileInfo(backup).isFile())
+            continue;
+        if (const QString error = putCopy(backup, place); !error.isEmpty())
+            logError(error, LogPlace::History);
+    }
 }
 
 bool ScreenExchange::moveToImageFolder() const
@@ -99,7 +128,7 @@ QStringList ScreenExchange::screensInPlace() const
 {
     const QString imageFolder = folder("/scr/"_L1);
     QStringList inPlace;
-    std::copy_if(m_screens.cbegin(), m_screens.cend(), std::back_inserter(inPlace),
+    std::copy_if(m_facts.screens.cbegin(), m_facts.screens.cend(), std::back_inserter(inPlace),
                  [&](const QString &screen) { return QFileInfo(imageFolder + screen).isFile(); });
     return inPlace;
 }

@@ -17,9 +17,9 @@ struct FoundImageFiles;
 class ScreenExchange final
 {
 public:
-    /// `screens` are the image files of "scr" before the run, as its facts name them.
-    ScreenExchange(QString projectDir, FolderCreation creation, QStringList screens,
-                   const RunArchive &archive, StageFile &stageFile);
+    /// `facts` are those of the run, and stay as long as this object.
+    ScreenExchange(QString projectDir, const RunFacts &facts, const RunArchive &archive,
+                   StageFile &stageFile);
 
     /// Puts "scr_bak" away. Returns whether it is gone; where not, a run may go on all the same.
     bool discardLastBackup();
@@ -34,17 +34,22 @@ public:
     /// `unsaved` are the screens that lie in "scr" and not in "scr_bak".
     bool copyBack(const QStringList &unsaved = {});
 
+    /// For a run that keeps others: brings back what else lay in "scr", and screens that are not
+    /// there because they could not be converted. What has no free place stays in the archive.
+    void putOthersBack() const;
+
 private:
     bool enter(RunStage stage) const;
     bool moveToImageFolder() const;
+    bool copyBackAll();
     bool putAwayAsItIs() const;
     bool retryCopyBack(const FoundImageFiles &originals);
     QStringList screensInPlace() const;
     QString folder(QLatin1StringView name) const;
 
     QString m_projectDir;
+    const RunFacts &m_facts;
     FolderCreation m_creation;
-    QStringList m_screens;
     QStringList m_unsaved;
     const RunArchive &m_archive;
     StageFile &m_stageFile;

@@ -18,9 +18,7 @@ FinishRun::FinishRun(const ScreenPlaces &places, const RecoveryPlan &plan)
     , m_plan(plan)
     , m_stageFile(places.projectDir(), plan.record.facts, IfUnwritable::Stop)
     , m_archive(places.projectDir(), plan.record.facts.historyEntry)
-    , m_exchange(places.projectDir(),
-                 plan.record.facts.makesFolders ? FolderCreation::WithParents : FolderCreation::OneLevel,
-                 plan.record.facts.screens, m_archive, m_stageFile)
+    , m_exchange(places.projectDir(), plan.record.facts, m_archive, m_stageFile)
 {
 }
 
@@ -133,6 +131,7 @@ FinishResult FinishRun::arriveRest(const QStringList &converted)
             return FinishResult::Failed;
     }
     m_archive.putAway(u"scr_temp"_s);
+    m_exchange.putOthersBack();
     return FinishResult::Finished;
 }
 

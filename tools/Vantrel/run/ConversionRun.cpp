@@ -53,8 +53,7 @@ void ConversionRun::perform()
         return;
     takeAwayLink(m_settings.projectDir + "/scr_temp"_L1);
     reportHiddenFiles(found);
-    if (convertImageFiles(found.files)) {
-        backUpAndCopyBack();
+    if (convertImageFiles(found.files) && backUpAndCopyBack()) {
         const auto count = static_cast<int>(found.files.size());
         m_listener.onProgress(count, count);
     }
@@ -120,7 +119,9 @@ bool ConversionRun::enterConversion(const FoundImageFiles &found)
     m_facts.shapeNames = m_settings.filterNames.values();
     m_facts.shapeNames.sort();
     m_facts.keptRuns = m_settings.keptRuns;
-    if (m_facts.keptRuns > 0)
+    m_facts.keepsOthers = m_settings.keepsOthers;
+    // They lie there until they are put back.
+    if (m_facts.keptRuns > 0 || m_facts.keepsOthers)
         m_facts.historyEntry = RunHistory(m_settings.projectDir).nameFor(m_facts.started);
     m_facts.makesFolders = m_settings.folderCreation == FolderCreation::WithParents;
     m_stageFile = std::make_unique<StageFile>(m_settings.projectDir, m_facts);
@@ -193,13 +194,18 @@ bool ConversionRun::convertImageFiles(const QList<QFileInfo> &imageFiles)
     return true;
 }
 
-void ConversionRun::backUpAndCopyBack()
+/// Returns false when the run was broken off.
+bool ConversionRun::backUpAndCopyBack()
 {
     RunArchive archive(m_settings.projectDir, m_facts.historyEntry);
     archive.open();
     beginHistory(archive);
-    ScreenExchange exchange(m_settings.projectDir, m_settings.folderCreation, m_facts.screens, archive,
-                            *m_stageFile);
+    if (m_facts.keepsOthers && !archive.isKeeping()) {
+        logError(u"The run was broken off, and \"scr\" is untouched: other files would have no place"_s,
+                 LogPlace::Run);
+        return false;
+    }
+    ScreenExchange exchange(m_settings.projectDir, m_facts, archive, *m_stageFile);
     exchange.discardLastBackup();
     const auto mayGoOn = [this] { return m_stageFile->error() == 0; };
     if (mayGoOn() && !exchange.backUpAndGoOn() && mayGoOn()) {
@@ -207,9 +213,10 @@ void ConversionRun::backUpAndCopyBack()
                  LogPlace::CopyBack);
     }
     if (!mayGoOn())
-        return;
+        return false;
     endHistory(archive);
     m_stageFile->enter({.stage = RunStage::Done, .unsaved = {}, .endedAt = RunStage::Done});
+    return true;
 }
 
 /// What an entry is told of a run that does not come to its end.

@@ -59,7 +59,7 @@ private:
     bool convertImageFiles(const QList<QFileInfo> &imageFiles);
     void takeReport(const STBlock &report);
     void makeRoom(const FoundImageFiles &found) const;
-    void backUpAndCopyBack();
+    bool backUpAndCopyBack();
     void beginHistory(const RunArchive &archive);
     void endHistory(const RunArchive &archive);
 

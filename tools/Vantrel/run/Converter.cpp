@@ -61,6 +61,7 @@ public:
     void setFolderCreation(FolderCreation creation);
     void setGoesOnFromLeftOver(bool goesOn);
     void setKeptRuns(int keptRuns);
+    void setKeepsOthers(bool keepsOthers);
     ConversionSettings settings() const;
     QString logFileName() const;
     void createLogFileName(const QString &projectDir);
@@ -142,6 +143,12 @@ void Converter::Insides::setKeptRuns(int keptRuns)
 {
     const QMutexLocker lock(&m_mutex);
     m_settings.keptRuns = keptRuns;
+}
+
+void Converter::Insides::setKeepsOthers(bool keepsOthers)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_settings.keepsOthers = keepsOthers;
 }
 
 ConversionSettings Converter::Insides::settings() const
@@ -258,6 +265,11 @@ void Converter::setGoesOnFromLeftOver(bool goesOn)
 void Converter::setKeptRuns(int keptRuns)
 {
     m_insides->setKeptRuns(keptRuns);
+}
+
+void Converter::setKeepsOthers(bool keepsOthers)
+{
+    m_insides->setKeepsOthers(keepsOthers);
 }
 
 QString Converter::logFileName() const

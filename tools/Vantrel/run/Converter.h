@@ -51,6 +51,9 @@ public:
     /// How many runs the project's history keeps. With 0 nothing is kept that a run displaces: neither
     /// the backup of the run before nor other files in "scr".
     void setKeptRuns(int keptRuns);
+    /// Puts back what a run would take out of "scr": other files, hidden ones, and screens that could not
+    /// be converted, as they were.
+    void setKeepsOthers(bool keepsOthers);
     /// Path of the change log of the run under way, or of the last one.
     QString logFileName() const;
 
