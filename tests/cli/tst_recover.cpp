@@ -1228,7 +1228,7 @@ void TestRecover::keepsUpdateFromStarting()
     const CliResult result = CliRun().execute(
         QStringList{u"update"_s, u"--project"_s, project.dir(), u"--all-shapes"_s} + options);
     COMPARE_EXIT_CODE(result, Refused);
-    QVERIFY2(result.output.contains("see \"vantrel-cli recover --project"), result.output.constData());
+    QVERIFY2(result.errorOutput.contains("see \"vantrel-cli recover --project"), result.errorOutput.constData());
     QCOMPARE(describeTree(project.dir()), before);
 }
 
@@ -1242,8 +1242,8 @@ void TestRecover::namesTheProgramThatHoldsTheProject()
     const CliResult result =
         CliRun().execute({u"update"_s, u"--project"_s, project.dir(), u"--all-shapes"_s, u"--quiet"_s});
     COMPARE_EXIT_CODE(result, Refused);
-    QCOMPARE(result.errorOutput, u"error: Project %1 is in use by %2; the run was not started\n"_s
-                                     .arg(project.dir(), ProjectLock(project.dir()).holder())
+    QCOMPARE(result.errorOutput, u".vantrel.lock: a run is under way: the project is in use by %1; wait "
+                                 "until it has ended\n"_s.arg(ProjectLock(project.dir()).holder())
                                      .toUtf8());
     QCOMPARE(describeTree(project.dir()), before);
 }

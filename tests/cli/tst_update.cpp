@@ -123,6 +123,7 @@ private Q_SLOTS:
     void countsSeveralObstacles();
     void runsAllTheSameWithForce();
     void makesFoldersWithTheirParents();
+    void keepsASecondRunAwayFromItsBeginning();
 
     void tellsThatCopyingBackFailed();
     void namesFilesThatAreMissing();
@@ -532,6 +533,31 @@ void TestUpdate::makesFoldersWithTheirParents()
     QCOMPARE(project.files(u"scr_bak"_s), files);
     QCOMPARE(project.read(u"scr/hall/cellar/a.psc"_s), SmallPlant::screenAfterUpdate());
     QVERIFY(!project.exists(u"scr_temp"_s));
+}
+
+/// The first one reads its screens and has made no folder yet.
+void TestUpdate::keepsASecondRunAwayFromItsBeginning()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    HeldFile screen(project.path(u"scr/a.psc"_s));
+    CliRun first;
+    first.start(updateOf(project));
+    QVERIFY(screen.waitForReader());
+    QVERIFY(!project.exists(u"scr_temp"_s));
+
+    const CliResult second = update(project, {u"--all-shapes"_s, u"--force"_s});
+    COMPARE_EXIT_CODE(second, Refused);
+    QVERIFY2(second.errorOutput.startsWith(
+                 ".vantrel.lock: a run is under way: the project is in use by vantrel-cli, process "),
+             second.errorOutput.constData());
+    QCOMPARE(second.errorOutput.count('\n'), 1);
+    QCOMPARE(second.output, QByteArray());
+
+    screen.release();
+    COMPARE_EXIT_CODE(first.finish(), Done);
+    QCOMPARE(project.read(u"scr/a.psc"_s), SmallPlant::screenAfterUpdate());
+    QVERIFY(!project.exists(u".vantrel.lock"_s));
 }
 
 // --- Copying back failed, or a file is missing ---

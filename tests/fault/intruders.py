@@ -6,6 +6,7 @@ change is reported, and no original is lost that was there when it went on.
 
 from __future__ import annotations
 
+import contextlib
 import functools
 import os
 import pathlib
@@ -66,6 +67,15 @@ def wait_until_stopped(process: subprocess.Popen, log: pathlib.Path) -> int | No
     return None
 
 
+def go_on(process: subprocess.Popen, program: int) -> None:
+    """Wakes a stopped program until it ends: each of its threads stops at its own call."""
+    deadline = time.monotonic() + PATIENCE
+    while time.monotonic() < deadline and process.poll() is None:
+        with contextlib.suppress(ProcessLookupError):
+            os.kill(program, signal.SIGCONT)
+        time.sleep(0.001)
+
+
 def run_interrupted(place: Site, setting: Setting, injection: Injection, change: Callable[[], None]) -> Outcome | None:
     """Changes the project while a run stands at a call; nothing where no run came to it."""
     log = place.folder / "trace"
@@ -73,7 +83,7 @@ def run_interrupted(place: Site, setting: Setting, injection: Injection, change:
     program = wait_until_stopped(process, log)
     if program is not None:
         change()
-        os.kill(program, signal.SIGCONT)
+        go_on(process, program)
     outcome = outcome_of(process)
     return outcome if program is not None else None
 

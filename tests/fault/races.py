@@ -25,6 +25,9 @@ REFUSED = 3
 STOP_SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
 CANCELLED_RUNS = 200
 
+# Before the lock's file is looked at for the first time.
+TAKING_A_LOCK = Injection("openat", 1, STOP)
+
 
 def check_second_run(surroundings: Surroundings, setting: Setting, undisturbed: Tree, injection: Injection) -> None:
     with site(surroundings, setting.plant) as place:
@@ -51,14 +54,13 @@ def check_second_run(surroundings: Surroundings, setting: Setting, undisturbed: 
 
 
 def check_heir(surroundings: Surroundings, setting: Setting, injection: Injection) -> None:
-    """The first run is killed after the second one has seen it: nobody has recovered the project."""
+    """The first run is killed while the second one takes the lock: nobody has recovered the project."""
     with site(surroundings, setting.plant) as place:
-        looking = Injection("getdents64", 1, STOP)
         first_log, second_log = place.folder / "first", place.folder / "second"
         first = place.program.start(setting.arguments(place), tracer(first_log, injection.options()))
         standing = wait_until_stopped(first, first_log)
         second = place.program.start(setting.arguments(place), tracer(
-            second_log, looking.options() + path_options(place.project, ["scr"])))
+            second_log, TAKING_A_LOCK.options() + path_options(place.project, [LOCK])))
         heir = wait_until_stopped(second, second_log)
         if standing is None or heir is None:
             raise Failure("a run never came to its call")

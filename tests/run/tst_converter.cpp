@@ -116,6 +116,7 @@ private Q_SLOTS:
     void leavesNeitherStageNorLock_data();
     void leavesNeitherStageNorLock();
     void touchesNothingWhileAnotherRunHoldsTheProject();
+    void takesNoLockWhereItsOwnerHoldsIt();
     void takesOverTheLockOfADeadProcess();
     void runsWhereNeitherStageNorLockCanBeMade();
     void touchesNothingWhereItsStageCannotBeWritten();
@@ -672,6 +673,21 @@ void TestConverter::touchesNothingWhileAnotherRunHoldsTheProject()
              (QStringList{u".vantrel.lock"_s, u"mac/pump.plb"_s, u"scr/a.psc"_s, u"scr_bak/old.psc"_s}));
     QVERIFY(!project.exists(u"scr_temp"_s));
     QCOMPARE(outcome.converter.logFileName(), QString());
+}
+
+void TestConverter::takesNoLockWhereItsOwnerHoldsIt()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, candidate);
+    const ProjectLock lock(project.dir());
+    QVERIFY(!lock.isHeldByOther());
+    Converter converter(project.dir());
+    converter.setLocked(true);
+    const LogRecorder log;
+    converter.convert();
+    QCOMPARE(log.entries, QStringList());
+    QVERIFY(project.exists(u"scr_bak/a.psc"_s));
+    QVERIFY(project.exists(u".vantrel.lock"_s));
 }
 
 void TestConverter::takesOverTheLockOfADeadProcess()

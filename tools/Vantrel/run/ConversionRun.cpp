@@ -33,7 +33,7 @@ ConversionRun::ConversionRun(ConversionSettings settings, RunListener &listener)
     , m_listener(listener)
     , m_reports([this](const STBlock &report) { takeReport(report); })
     , m_conversion(m_settings, m_reports)
-    , m_lock(std::make_unique<ProjectLock>(m_settings.projectDir))
+    , m_lock(m_settings.isLocked ? nullptr : std::make_unique<ProjectLock>(m_settings.projectDir))
 {
 }
 
@@ -83,7 +83,7 @@ void ConversionRun::takeReport(const STBlock &report)
 
 bool ConversionRun::isInUse() const
 {
-    if (!m_lock->isHeldByOther())
+    if (!m_lock || !m_lock->isHeldByOther())
         return false;
     logError(
         u"Project %1 is in use by %2; the run was not started"_s.arg(m_settings.projectDir, m_lock->holder()),

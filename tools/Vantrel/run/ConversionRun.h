@@ -35,7 +35,7 @@ public:
 };
 
 /// Converts all image files of a project into "scr_temp", then exchanges "scr" for it. Locks the
-/// project and writes down how far it is. Performed once.
+/// project, unless its caller has, and writes down how far it is. Performed once.
 class ConversionRun final
 {
     Q_DISABLE_COPY_MOVE(ConversionRun)
@@ -67,7 +67,7 @@ private:
     RunListener &m_listener;
     RunReports m_reports;
     FileConversion m_conversion;
-    std::unique_ptr<ProjectLock> m_lock;
+    std::unique_ptr<ProjectLock> m_lock; ///< null where the caller holds it
     RunFacts m_facts;
     RunSummary m_summary;
     std::unique_ptr<StageFile> m_stageFile;

@@ -62,6 +62,7 @@ public:
     void setGoesOnFromLeftOver(bool goesOn);
     void setKeptRuns(int keptRuns);
     void setKeepsOthers(bool keepsOthers);
+    void setLocked(bool isLocked);
     ConversionSettings settings() const;
     QString logFileName() const;
     void createLogFileName(const QString &projectDir);
@@ -149,6 +150,12 @@ void Converter::Insides::setKeepsOthers(bool keepsOthers)
 {
     const QMutexLocker lock(&m_mutex);
     m_settings.keepsOthers = keepsOthers;
+}
+
+void Converter::Insides::setLocked(bool isLocked)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_settings.isLocked = isLocked;
 }
 
 ConversionSettings Converter::Insides::settings() const
@@ -270,6 +277,11 @@ void Converter::setKeptRuns(int keptRuns)
 void Converter::setKeepsOthers(bool keepsOthers)
 {
     m_insides->setKeepsOthers(keepsOthers);
+}
+
+void Converter::setLocked(bool isLocked)
+{
+    m_insides->setLocked(isLocked);
 }
 
 QString Converter::logFileName() const

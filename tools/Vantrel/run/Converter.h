@@ -54,6 +54,9 @@ public:
     /// Puts back what a run would take out of "scr": other files, hidden ones, and screens that could not
     /// be converted, as they were.
     void setKeepsOthers(bool keepsOthers);
+    /// Tells that the owner holds the project's lock until the next runs have ended, so that they take
+    /// none. For whoever has read the project before, and keeps others away from then on.
+    void setLocked(bool isLocked);
     /// Path of the change log of the run under way, or of the last one.
     QString logFileName() const;
 

@@ -25,6 +25,7 @@ struct ConversionSettings
     bool goesOnFromLeftOver = false;      ///< performs an interrupted run again, see Converter
     int keptRuns = RunHistory::usualRuns; ///< in the history; 0 keeps nothing
     bool keepsOthers = false;             ///< puts back what else lies in "scr", see Converter
+    bool isLocked = false;           ///< by the caller, until the run has ended
 };
 
 /// Converts the image files of one run: reads each, replaces the objects whose shapes are chosen,

@@ -1,4 +1,4 @@
-// What commands say about a run that did not come to its end.
+// What commands say about a run of somebody else: it is under way, or did not come to its end.
 #include "LeftOverFinding.h"
 
 #include "ShellWord.h"
@@ -8,6 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr auto lockFileName = ".vantrel.lock"_L1;
 constexpr auto stageFileName = ".vantrel.run"_L1;
 
 QString describe(const std::optional<RunRecord> &record)
@@ -20,6 +21,12 @@ QString describe(const std::optional<RunRecord> &record)
 }
 
 } // namespace
+
+Finding runUnderWay(const QString &holder)
+{
+    return {FindingKind::RunUnderWay, lockFileName,
+            u"a run is under way: the project is in use by %1"_s.arg(holder), u"wait until it has ended"_s};
+}
 
 QList<Finding> findLeftOverRun(const QString &projectDir)
 {

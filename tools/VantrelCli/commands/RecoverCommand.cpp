@@ -226,14 +226,14 @@ ExitCode RecoverCommand::finishConversion(const RecoveryPlan &plan)
     // A half-written copy would be taken for one that is there already.
     if (const QString error = restoreTempFolder(m_places, facts); !error.isEmpty())
         return endUnfinished(error);
-    m_lock.reset();
     StopSignals stopSignals;
     UpdateRun run({.projectDir = m_options.projectDir,
                    .shapeNames = QSet<QString>(facts.shapeNames.cbegin(), facts.shapeNames.cend()),
                    .makeFolders = facts.makesFolders,
                    .keptRuns = facts.keptRuns,
                    .goesOnFromLeftOver = true,
-                   .scratchRoot = {}},
+                   .scratchRoot = {},
+                   .isLocked = true},
                   m_presenter);
     QObject::connect(&stopSignals, &StopSignals::sigStopWanted, &run, &UpdateRun::stop);
     const LoggedErrors errors;

@@ -17,6 +17,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -41,8 +42,8 @@ public:
     ExitCode execute();
 
 private:
-    bool isInUse() const;
-    ExitCode refuseLeftOver(const QList<Finding> &leftOver);
+    QList<Finding> keepOthersAway();
+    ExitCode refuseBesideAnotherRun(const QList<Finding> &findings);
     ExitCode refuse(const QList<Finding> &obstacles);
     ExitCode changeProject();
     ExitCode tryOnStandIn();
@@ -58,15 +59,18 @@ private:
     Presenter &m_presenter;
     QElapsedTimer m_timer;
     StopSignals m_stopSignals;
+    std::unique_ptr<ProjectLock> m_lock; ///< null for a dry run, which writes nothing
     ProjectSurvey m_survey;
     bool m_hasLoggedErrors = false;
 };
 
 ExitCode UpdateCommand::execute()
 {
-    const QList<Finding> leftOver = findLeftOverRun(m_options.projectDir);
-    if (!leftOver.isEmpty() && (m_options.dryRun || !isInUse()))
-        return refuseLeftOver(leftOver);
+    // Before anything is read: another run makes and moves folders.
+    if (const QList<Finding> inUse = keepOthersAway(); !inUse.isEmpty())
+        return refuseBesideAnotherRun(inUse);
+    if (const QList<Finding> leftOver = findLeftOverRun(m_options.projectDir); !leftOver.isEmpty())
+        return refuseBesideAnotherRun(leftOver);
     m_survey = surveyProject(m_options.projectDir, m_options.makeFolders);
     const QList<Finding> obstacles = m_survey.obstacles();
     if (!obstacles.isEmpty() && !m_options.force)
@@ -77,17 +81,21 @@ ExitCode UpdateCommand::execute()
     return m_options.dryRun ? tryOnStandIn() : changeProject();
 }
 
-/// Whether a run is under way; the run itself tells whose.
-bool UpdateCommand::isInUse() const
+/// Takes the project's lock, which is held to the end. Returns who has it already.
+QList<Finding> UpdateCommand::keepOthersAway()
 {
-    return ProjectLock(m_options.projectDir).isHeldByOther();
+    if (m_options.dryRun)
+        return {};
+    m_lock = std::make_unique<ProjectLock>(m_options.projectDir);
+    if (!m_lock->isHeldByOther())
+        return {};
+    return {runUnderWay(m_lock->holder())};
 }
 
 /// Refuses whatever was asked for: a run would replace the backup, which may hold the screens.
-ExitCode UpdateCommand::refuseLeftOver(const QList<Finding> &leftOver)
+ExitCode UpdateCommand::refuseBesideAnotherRun(const QList<Finding> &findings)
 {
-    for (const Finding &finding : leftOver)
-        m_presenter.showFinding(finding);
+    m_presenter.showObstacles(findings);
     return endWith(ExitCode::Refused);
 }
 
@@ -99,10 +107,6 @@ ExitCode UpdateCommand::refuse(const QList<Finding> &obstacles)
 
 ExitCode UpdateCommand::changeProject()
 {
-    // The survey takes its time: a run that was under way before it may have been killed.
-    if (const QList<Finding> leftOver = findLeftOverRun(m_options.projectDir);
-        !leftOver.isEmpty() && !isInUse())
-        return refuseLeftOver(leftOver);
     const RunResult result = convert(m_options.projectDir, {});
     if (!hasBegun(result))
         return endWith(m_stopSignals.received() == 0 ? ExitCode::Refused
@@ -153,7 +157,8 @@ RunResult UpdateCommand::convert(const QString &projectDir, const QString &scrat
                    .shapeNames = shapeNames,
                    .makeFolders = m_options.makeFolders,
                    .keptRuns = m_options.keptRuns,
-                   .scratchRoot = scratchRoot},
+                   .scratchRoot = scratchRoot,
+                   .isLocked = scratchRoot.isEmpty()},
                   m_presenter);
     QObject::connect(&m_stopSignals, &StopSignals::sigStopWanted, &run, &UpdateRun::stop);
     const LoggedErrors errors;

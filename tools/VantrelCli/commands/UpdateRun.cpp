@@ -18,6 +18,7 @@ UpdateRun::UpdateRun(const RunSettings &settings, Presenter &presenter)
     m_converter.setMakeFolders(settings.makeFolders);
     m_converter.setKeptRuns(settings.keptRuns);
     m_converter.setGoesOnFromLeftOver(settings.goesOnFromLeftOver);
+    m_converter.setLocked(settings.isLocked);
 
     // On the run's thread: the inbox takes them to this one.
     connect(

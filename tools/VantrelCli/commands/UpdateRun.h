@@ -22,6 +22,7 @@ struct RunSettings
     /// The folder below which a dry run has made the project directory again; empty in a real
     /// run. It is taken out of every text that is shown, and no change log is written.
     QString scratchRoot;
+    bool isLocked = false; ///< by the caller, who keeps the lock until the run has ended
 };
 
 struct RunResult
