@@ -1,13 +1,16 @@
 // The command "check": every kind of finding, with its file, line and advice.
 #include "CliRun.h"
 #include "ExitCode.h"
+#include "HeldFile.h"
 #include "Limits.h"
+#include "ProjectLock.h"
 #include "ProjectTree.h"
 #include "SmallPlant.h"
 #include "TestSuite.h"
 
 #include <QFile>
 #include <QProcess>
+#include <QSysInfo>
 #include <QTest>
 
 #include <sys/stat.h>
@@ -195,9 +198,20 @@ void addRunRows()
     addRow(
         "a run in a folder whose name a shell divides", u"my plant"_s,
         [](const TestProject &project) { project.write(u".vantrel.run"_s, "?"); },
-        ".vantrel.run: obstacle: a run may be under way or interrupted; the file that tells its stage "
-        "cannot be read; where none is under way, see \"vantrel-cli recover --project '<project>'\"\n",
+        ".vantrel.run: obstacle: a run was interrupted; the file that tells its stage cannot be read; see "
+        "\"vantrel-cli recover --project '<project>'\"\n",
         totals(1, 1, 1, 0));
+    addRow(
+        "what an interrupted run has left",
+        [](const TestProject &project) {
+            project.write(u".vantrel.run"_s, "?");
+            project.write(u"scr_temp/a.psc"_s, SmallPlant::screenAfterUpdate());
+            project.write(u"scr_bak/a.psc"_s, SmallPlant::screenWith("pump.plb"));
+            project.remove(u"scr"_s);
+        },
+        ".vantrel.run: obstacle: a run was interrupted; the file that tells its stage cannot be read; see "
+        "\"vantrel-cli recover --project <project>\"\n",
+        totals(0, 0, 1, 0));
 }
 
 /// Takes no room on the disk.
@@ -337,6 +351,12 @@ private Q_SLOTS:
     void findsEachKind();
     void findsWhatItMayNotRead_data();
     void findsWhatItMayNotRead();
+    void tellsNothingButWhoseRunIsUnderWay_data();
+    void tellsNothingButWhoseRunIsUnderWay();
+    void takesNoLeftOverLockForARun_data();
+    void takesNoLeftOverLockForARun();
+    void tellsOfARunThatBeginsMeanwhile_data();
+    void tellsOfARunThatBeginsMeanwhile();
     void listsFindingsInTheSameOrderAgain();
     void foreseesMakeFolders();
     void findsNamesThatMatchNothing();
@@ -436,6 +456,110 @@ void TestCheck::findsWhatItMayNotRead()
     QVERIFY(::chmod(qPrintable(project.path(path)), 0700) == 0);
     QCOMPARE(result.output, findings + '\n' + end);
     QCOMPARE(result.exitCode, static_cast<int>(ExitCode::DoneWithFindings));
+}
+
+namespace {
+
+void addCommandRows()
+{
+    QTest::addColumn<QStringList>("command");
+    QTest::newRow("check") << QStringList{u"check"_s};
+    QTest::newRow("shapes") << QStringList{u"shapes"_s};
+    QTest::newRow("diff") << QStringList{u"diff"_s};
+    QTest::newRow("dry run") << QStringList{u"update"_s, u"--dry-run"_s, u"--all-shapes"_s};
+}
+
+QByteArray underWay(const QString &projectDir)
+{
+    return "a run is under way: the project is in use by " + ProjectLock(projectDir).holder().toUtf8() +
+           "; wait until it has ended\n";
+}
+
+/// The lines about files of a project in what a command has printed, without their severity.
+QByteArray findingsIn(const CliResult &result)
+{
+    QByteArray lines;
+    for (const QByteArray &line : (result.output + result.errorOutput).split('\n')) {
+        if (line.contains(": "))
+            lines += line + '\n';
+    }
+    return lines.replace(" obstacle: ", " ");
+}
+
+} // namespace
+
+void TestCheck::tellsNothingButWhoseRunIsUnderWay_data()
+{
+    addCommandRows();
+}
+
+/// The run stands in the middle of its backup.
+void TestCheck::tellsNothingButWhoseRunIsUnderWay()
+{
+    QFETCH(const QStringList, command);
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/x/y/b.psc"_s, SmallPlant::plainScreen());
+    project.write(u"scr_bak/c.psc"_s, SmallPlant::plainScreen());
+    project.write(u"scr_temp/a.psc"_s, SmallPlant::screenAfterUpdate());
+    project.write(u".vantrel.run"_s, "?");
+    const ProjectLock lock(project.dir());
+    const QStringList before = describeTree(project.dir());
+
+    const CliResult result = CliRun().execute(command + QStringList{u"--project"_s, project.dir()});
+    QCOMPARE(findingsIn(result), ".vantrel.lock: " + underWay(project.dir()));
+    QVERIFY(result.exitCode != static_cast<int>(ExitCode::Done));
+    QCOMPARE(describeTree(project.dir()), before);
+}
+
+void TestCheck::takesNoLeftOverLockForARun_data()
+{
+    QTest::addColumn<QByteArray>("lock");
+    QProcess process;
+    process.start(u"true"_s, QStringList());
+    QVERIFY(process.waitForStarted());
+    const QByteArray ended = QByteArray::number(process.processId());
+    QVERIFY(process.waitForFinished());
+    const QByteArray host = QSysInfo::machineHostName().toUtf8();
+    QTest::newRow("of a process that has ended") << ended + "\nvantrel-cli\n" + host + '\n';
+    QTest::newRow("of a process whose number another program has")
+        << QByteArray::number(QCoreApplication::applicationPid()) + "\nvantrel-cli\n" + host + '\n';
+    QTest::newRow("without a name in it") << QByteArray();
+}
+
+void TestCheck::takesNoLeftOverLockForARun()
+{
+    QFETCH(const QByteArray, lock);
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u".vantrel.lock"_s, lock);
+    QCOMPARE(check(project).output, totals(1, 1, 0, 0));
+    QCOMPARE(project.read(u".vantrel.lock"_s), lock);
+}
+
+void TestCheck::tellsOfARunThatBeginsMeanwhile_data()
+{
+    addCommandRows();
+}
+
+/// It begins while the command reads a screen, and has moved the others.
+void TestCheck::tellsOfARunThatBeginsMeanwhile()
+{
+    QFETCH(const QStringList, command);
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr_bak/a.psc"_s, SmallPlant::screenWith("pump.plb"));
+    project.write(u"scr/notes.txt"_s, "x");
+    HeldFile screen(project.path(u"scr/a.psc"_s));
+    CliRun run;
+    run.start(command + QStringList{u"--project"_s, project.dir()});
+    QVERIFY(screen.waitForReader());
+    const ProjectLock lock(project.dir());
+    screen.release();
+
+    const CliResult result = run.finish();
+    QCOMPARE(findingsIn(result), ".vantrel.lock: " + underWay(project.dir()));
+    QVERIFY(result.exitCode != static_cast<int>(ExitCode::Done));
 }
 
 void TestCheck::listsFindingsInTheSameOrderAgain()

@@ -144,7 +144,7 @@ inline constexpr std::array findingRows{
     FindingRow{FindingKind::RunUnderWay, QLatin1StringView("run-under-way"), Severity::Obstacle,
                QLatin1StringView("somebody else works on the project")},
     FindingRow{FindingKind::RunInterrupted, QLatin1StringView("run-interrupted"), Severity::Obstacle,
-               QLatin1StringView("a run is under way or did not come to its end")},
+               QLatin1StringView("a run did not come to its end")},
     FindingRow{FindingKind::Recovery, QLatin1StringView("recovery"), Severity::Hint,
                QLatin1StringView("what an interrupted run has left, and what recovers it")},
     FindingRow{FindingKind::RecoveryUndecided, QLatin1StringView("recovery-undecided"), Severity::Obstacle,

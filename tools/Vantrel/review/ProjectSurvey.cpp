@@ -5,6 +5,7 @@
 #include "LineCheck.h"
 #include "ProjectPath.h"
 #include "RunHistory.h"
+#include "StageFile.h"
 #include "updUtils.h"
 
 #include <QDir>
@@ -43,6 +44,18 @@ constexpr std::array pathEffects{
     PathEffect{FindingKind::PathWidensIconSearch, "/bmp"_L1,
                "so that icons are looked for in all folders of the project"_L1},
 };
+
+/// What a run that was interrupted may leave behind, and what recovers it puts right: advice of
+/// another kind would contradict that.
+constexpr std::array leftByInterruptedRuns{FindingKind::FolderMissing, FindingKind::TempFolderLeft,
+                                           FindingKind::NoScreens, FindingKind::LevelWithoutScreen,
+                                           FindingKind::FolderBeforeScreens};
+
+bool mayBeLeftByInterruptedRun(const Finding &finding)
+{
+    return std::find(leftByInterruptedRuns.begin(), leftByInterruptedRuns.end(), finding.kind) !=
+           leftByInterruptedRuns.end();
+}
 
 class Surveyor final
 {
@@ -109,6 +122,8 @@ ProjectSurvey Surveyor::survey()
     lookForLosses();
     m_survey.findings += reading.findings;
     m_survey.shapeNames = reading.shapeNames;
+    if (StageFile::exists(m_projectDir))
+        m_survey.findings.removeIf(mayBeLeftByInterruptedRun);
     return m_survey;
 }
 

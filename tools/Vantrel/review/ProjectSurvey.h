@@ -24,7 +24,9 @@ struct ProjectSurvey
 {
     QStringList imageFiles;   ///< in the order of a run
     QSet<QString> shapeNames; ///< all that placed objects refer to, as the run compares them
-    QList<Finding> findings;  ///< about the project, its folders and image files
+    /// About the project, its folders and image files. Where a run was interrupted, without what
+    /// may follow from that.
+    QList<Finding> findings;
 
     /// What a run would lose or fail to convert.
     QList<Finding> obstacles() const;

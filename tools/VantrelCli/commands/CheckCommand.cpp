@@ -152,9 +152,14 @@ QList<Finding> unmatchedNames(const QStringList &chosenNames, const QSet<QString
     return findings;
 }
 
-} // namespace
+struct CheckResult
+{
+    QList<Finding> findings;
+    qsizetype files = 0;
+    qsizetype shapes = 0;
+};
 
-ExitCode runCheck(const CheckOptions &options, Presenter &presenter)
+CheckResult lookAtProject(const CheckOptions &options, Presenter &presenter)
 {
     ShapeUsage usage(options.projectDir, ShapeUsage::States::NotCompared);
     ReadingListener listener(usage, presenter);
@@ -162,20 +167,40 @@ ExitCode runCheck(const CheckOptions &options, Presenter &presenter)
     const auto fileCount = static_cast<int>(survey.imageFiles.size());
     presenter.showProgress(fileCount, fileCount);
 
-    const QList<Finding> findings = findLeftOverRun(options.projectDir) + survey.findings +
-                                    LibraryCheck(options.projectDir, usage).findings() +
-                                    unmatchedNames(options.shapeNames, survey.shapeNames);
-    for (const Finding &finding : findings)
+    return {.findings = findLeftOverRun(options.projectDir) + survey.findings +
+                        LibraryCheck(options.projectDir, usage).findings() +
+                        unmatchedNames(options.shapeNames, survey.shapeNames),
+            .files = fileCount,
+            .shapes = survey.shapeNames.size()};
+}
+
+/// Looks at a project, unless a run is under way: what lies in the folders then is not to last.
+CheckResult check(const CheckOptions &options, Presenter &presenter)
+{
+    if (const QList<Finding> underWay = findRunUnderWay(options.projectDir); !underWay.isEmpty())
+        return {.findings = underWay};
+    const CheckResult result = lookAtProject(options, presenter);
+    // One may have begun meanwhile.
+    const QList<Finding> underWay = findRunUnderWay(options.projectDir);
+    return underWay.isEmpty() ? result : CheckResult{.findings = underWay};
+}
+
+} // namespace
+
+ExitCode runCheck(const CheckOptions &options, Presenter &presenter)
+{
+    const CheckResult result = check(options, presenter);
+    for (const Finding &finding : result.findings)
         presenter.showFinding(finding);
 
     CommandEnd end;
     end.command = "check"_L1;
     end.projectDir = options.projectDir;
-    end.exitCode = findings.isEmpty() ? ExitCode::Done : ExitCode::DoneWithFindings;
-    end.counts = {{Count::Files, fileCount},
-                  {Count::Shapes, survey.shapeNames.size()},
-                  {Count::Obstacles, countOf(findings, Severity::Obstacle)},
-                  {Count::Hints, countOf(findings, Severity::Hint)}};
+    end.exitCode = result.findings.isEmpty() ? ExitCode::Done : ExitCode::DoneWithFindings;
+    end.counts = {{Count::Files, result.files},
+                  {Count::Shapes, result.shapes},
+                  {Count::Obstacles, countOf(result.findings, Severity::Obstacle)},
+                  {Count::Hints, countOf(result.findings, Severity::Hint)}};
     presenter.showEnd(end);
     return end.exitCode;
 }

@@ -1,6 +1,7 @@
 // The command that compares a project's screens with their backup.
 #include "DiffCommand.h"
 
+#include "LeftOverFinding.h"
 #include "Presenter.h"
 #include "ProjectPath.h"
 #include "ShownDiffs.h"
@@ -9,6 +10,8 @@
 #include <QFileInfo>
 #include <QSet>
 #include <QStringList>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -47,10 +50,15 @@ QStringList screensToCompare(const QString &projectDir)
     return screens;
 }
 
-/// The folders that are needed and do not exist.
-QList<Finding> missingFolders(const QString &projectDir)
+/// What keeps screens from being compared, or from being what a run has made of them.
+QList<Finding> findingsAbout(const QString &projectDir)
 {
-    QList<Finding> findings;
+    QList<Finding> findings = findRunUnderWay(projectDir);
+    if (findings.isEmpty())
+        findings = findLeftOverRun(projectDir);
+    // Such a run takes folders away and brings them back.
+    if (!findings.isEmpty())
+        return findings;
     if (!QFileInfo(projectDir + "/scr"_L1).isDir()) {
         findings.append({FindingKind::FolderMissing, u"scr"_s, u"there is no such folder"_s,
                          u"choose a project directory, which holds \"scr\""_s});
@@ -62,17 +70,18 @@ QList<Finding> missingFolders(const QString &projectDir)
     return findings;
 }
 
-} // namespace
-
-ExitCode runDiff(const QString &projectDir, Presenter &presenter)
+/// Whether there is anything to compare: what an interrupted run has left is of interest, too.
+bool areComparable(const QList<Finding> &findings)
 {
-    const QList<Finding> missing = missingFolders(projectDir);
-    for (const Finding &finding : missing)
-        presenter.showFinding(finding);
+    return std::all_of(findings.cbegin(), findings.cend(),
+                       [](const Finding &finding) { return finding.kind == FindingKind::RunInterrupted; });
+}
 
-    const QStringList screens = missing.isEmpty() ? screensToCompare(projectDir) : QStringList();
+/// Compares and shows them; returns how many there were.
+int compareScreens(const QString &projectDir, ScreenDiffs &diffs, Presenter &presenter)
+{
+    const QStringList screens = screensToCompare(projectDir);
     const auto count = static_cast<int>(screens.size());
-    ScreenDiffs diffs;
     for (int index = 0; index < count; ++index) {
         const QString &screen = screens.at(index);
         const QString backup = inBackup(screen);
@@ -82,12 +91,31 @@ ExitCode runDiff(const QString &projectDir, Presenter &presenter)
                            {projectDir + screen, screen.sliced(1)}),
              presenter);
     }
+    return count;
+}
+
+} // namespace
+
+ExitCode runDiff(const QString &projectDir, Presenter &presenter)
+{
+    QList<Finding> findings = findingsAbout(projectDir);
+    for (const Finding &finding : std::as_const(findings))
+        presenter.showFinding(finding);
+
+    ScreenDiffs diffs;
+    const int count = areComparable(findings) ? compareScreens(projectDir, diffs, presenter) : 0;
     presenter.showProgress(count, count);
+    // One that has begun meanwhile has moved what was compared.
+    if (findings.isEmpty()) {
+        findings = findRunUnderWay(projectDir);
+        for (const Finding &finding : std::as_const(findings))
+            presenter.showFinding(finding);
+    }
 
     CommandEnd end;
     end.command = "diff"_L1;
     end.projectDir = projectDir;
-    end.exitCode = missing.isEmpty() && diffs.areEqual() ? ExitCode::Done : ExitCode::DoneWithFindings;
+    end.exitCode = findings.isEmpty() && diffs.areEqual() ? ExitCode::Done : ExitCode::DoneWithFindings;
     end.counts = QList<CountValue>{{Count::Files, count}} + countsOf(diffs);
     presenter.showEnd(end);
     return end.exitCode;

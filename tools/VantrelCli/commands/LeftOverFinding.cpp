@@ -1,6 +1,7 @@
 // What commands say about a run of somebody else: it is under way, or did not come to its end.
 #include "LeftOverFinding.h"
 
+#include "LockHolder.h"
 #include "ShellWord.h"
 #include "StageFile.h"
 
@@ -14,8 +15,8 @@ constexpr auto stageFileName = ".vantrel.run"_L1;
 QString describe(const std::optional<RunRecord> &record)
 {
     if (!record)
-        return u"a run may be under way or interrupted; the file that tells its stage cannot be read"_s;
-    return u"a run is under way or was interrupted: %1 (%2, begun at %3)"_s.arg(
+        return u"a run was interrupted; the file that tells its stage cannot be read"_s;
+    return u"a run was interrupted: %1 (%2, begun at %3)"_s.arg(
         QLatin1StringView(rowOf(record->state.stage).name), record->facts.program,
         record->facts.started.toString(u"yyyy-MM-dd hh:mm:ss"));
 }
@@ -28,12 +29,18 @@ Finding runUnderWay(const QString &holder)
             u"a run is under way: the project is in use by %1"_s.arg(holder), u"wait until it has ended"_s};
 }
 
+QList<Finding> findRunUnderWay(const QString &projectDir)
+{
+    const std::optional<QString> holder = lockHolderOf(projectDir);
+    return holder ? QList<Finding>{runUnderWay(*holder)} : QList<Finding>();
+}
+
 QList<Finding> findLeftOverRun(const QString &projectDir)
 {
     if (!StageFile::exists(projectDir))
         return {};
     return {{FindingKind::RunInterrupted, stageFileName, describe(StageFile::read(projectDir)),
-             u"where none is under way, see \"%1\""_s.arg(recoverCommandFor(projectDir))}};
+             u"see \"%1\""_s.arg(recoverCommandFor(projectDir))}};
 }
 
 QString recoverCommandFor(const QString &projectDir)

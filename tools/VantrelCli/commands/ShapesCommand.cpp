@@ -15,8 +15,8 @@ namespace {
 bool hidesObjects(const Finding &finding)
 {
     constexpr std::array kinds{FindingKind::FolderMissing, FindingKind::FolderUnreadable,
-                               FindingKind::NameNotUtf8,   FindingKind::ScreenUnreadable,
-                               FindingKind::ScreenInvalid, FindingKind::RunInterrupted};
+                               FindingKind::NameNotUtf8, FindingKind::ScreenUnreadable,
+                               FindingKind::ScreenInvalid};
     return std::find(kinds.begin(), kinds.end(), finding.kind) != kinds.end();
 }
 
@@ -28,9 +28,14 @@ int countObjects(const QList<ShapeReport> &shapes)
     return count;
 }
 
-} // namespace
+struct UsedShapes
+{
+    QList<Finding> findings;
+    QList<ShapeReport> shapes;
+    qsizetype files = 0;
+};
 
-ExitCode runShapes(const QString &projectDir, Presenter &presenter)
+UsedShapes lookAtShapes(const QString &projectDir, Presenter &presenter)
 {
     ShapeUsage usage(projectDir, ShapeUsage::States::Compared);
     ReadingListener listener(usage, presenter);
@@ -39,14 +44,30 @@ ExitCode runShapes(const QString &projectDir, Presenter &presenter)
     const auto fileCount = static_cast<int>(survey.imageFiles.size());
     presenter.showProgress(fileCount, fileCount);
 
-    bool isSomethingFound = false;
-    for (const Finding &finding : findLeftOverRun(projectDir) + survey.findings) {
-        if (!hidesObjects(finding))
-            continue;
+    QList<Finding> findings = findLeftOverRun(projectDir);
+    std::copy_if(survey.findings.cbegin(), survey.findings.cend(), std::back_inserter(findings),
+                 hidesObjects);
+    return {.findings = findings, .shapes = usage.reports(), .files = fileCount};
+}
+
+/// Looks at the shapes of a project, unless a run is under way: it moves the screens.
+UsedShapes shapesOf(const QString &projectDir, Presenter &presenter)
+{
+    if (const QList<Finding> underWay = findRunUnderWay(projectDir); !underWay.isEmpty())
+        return {.findings = underWay, .shapes = {}};
+    const UsedShapes used = lookAtShapes(projectDir, presenter);
+    // One may have begun meanwhile.
+    const QList<Finding> underWay = findRunUnderWay(projectDir);
+    return underWay.isEmpty() ? used : UsedShapes{.findings = underWay, .shapes = {}};
+}
+
+} // namespace
+
+ExitCode runShapes(const QString &projectDir, Presenter &presenter)
+{
+    const auto [findings, shapes, files] = shapesOf(projectDir, presenter);
+    for (const Finding &finding : findings)
         presenter.showFinding(finding);
-        isSomethingFound = true;
-    }
-    const QList<ShapeReport> shapes = usage.reports();
     for (const ShapeReport &shape : shapes)
         presenter.showShape(shape);
 
@@ -57,9 +78,9 @@ ExitCode runShapes(const QString &projectDir, Presenter &presenter)
     CommandEnd end;
     end.command = "shapes"_L1;
     end.projectDir = projectDir;
-    isSomethingFound = isSomethingFound || outdated + unusable > 0;
+    const bool isSomethingFound = !findings.isEmpty() || outdated + unusable > 0;
     end.exitCode = isSomethingFound ? ExitCode::DoneWithFindings : ExitCode::Done;
-    end.counts = {{Count::Files, fileCount},
+    end.counts = {{Count::Files, files},
                   {Count::Shapes, shapes.size()},
                   {Count::Objects, countObjects(shapes)},
                   {Count::Outdated, outdated},

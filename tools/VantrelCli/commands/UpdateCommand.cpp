@@ -43,6 +43,7 @@ public:
 
 private:
     QList<Finding> keepOthersAway();
+    QList<Finding> findOtherBesideDryRun() const;
     ExitCode refuseBesideAnotherRun(const QList<Finding> &findings);
     ExitCode refuse(const QList<Finding> &obstacles);
     ExitCode changeProject();
@@ -72,6 +73,8 @@ ExitCode UpdateCommand::execute()
     if (const QList<Finding> leftOver = findLeftOverRun(m_options.projectDir); !leftOver.isEmpty())
         return refuseBesideAnotherRun(leftOver);
     m_survey = surveyProject(m_options.projectDir, m_options.makeFolders);
+    if (const QList<Finding> inUse = findOtherBesideDryRun(); !inUse.isEmpty())
+        return refuseBesideAnotherRun(inUse);
     const QList<Finding> obstacles = m_survey.obstacles();
     if (!obstacles.isEmpty() && !m_options.force)
         return refuse(obstacles);
@@ -81,15 +84,22 @@ ExitCode UpdateCommand::execute()
     return m_options.dryRun ? tryOnStandIn() : changeProject();
 }
 
-/// Takes the project's lock, which is held to the end. Returns who has it already.
+/// Takes the project's lock, which is held to the end; a dry run only looks at it. Returns who
+/// has it already.
 QList<Finding> UpdateCommand::keepOthersAway()
 {
     if (m_options.dryRun)
-        return {};
+        return findRunUnderWay(m_options.projectDir);
     m_lock = std::make_unique<ProjectLock>(m_options.projectDir);
     if (!m_lock->isHeldByOther())
         return {};
     return {runUnderWay(m_lock->holder())};
+}
+
+/// Who has begun a run while a dry run read the project: what it has read is not to last.
+QList<Finding> UpdateCommand::findOtherBesideDryRun() const
+{
+    return m_options.dryRun ? findRunUnderWay(m_options.projectDir) : QList<Finding>();
 }
 
 /// Refuses whatever was asked for: a run would replace the backup, which may hold the screens.
@@ -144,6 +154,10 @@ ExitCode UpdateCommand::tryOnStandIn()
         end.message = u"A run would change %1; to have it do so: %2"_s.arg(
             diffs.changedFiles() == 1 ? u"1 screen"_s : u"%1 screens"_s.arg(diffs.changedFiles()),
             m_options.realCommand);
+    }
+    if (const QList<Finding> inUse = findOtherBesideDryRun(); !inUse.isEmpty()) {
+        m_presenter.showObstacles(inUse);
+        end.exitCode = ExitCode::Refused;
     }
     return finish(end);
 }
