@@ -72,9 +72,10 @@ void addPathRows()
         totals(0, 0, 1, 0));
     addRow(
         "an empty image folder", [](const TestProject &project) { project.remove(u"scr/a.psc"_s); },
-        "scr: hint: it holds no image file, so that a run would remove it and \"scr_bak\"; put the screens "
-        "into it\n",
-        totals(0, 0, 0, 1));
+        "scr: obstacle: it holds no screen: a run would convert nothing, and take \"scr\" and the last "
+        "backup "
+        "away; put the screens into it\n",
+        totals(0, 0, 1, 0));
     addRow(
         "/scr in the path", u"scripts/plant"_s, [](const TestProject &) {},
         "<project>: obstacle: the project's path holds \"/scr\", so that copies would go to other folders; "
@@ -99,11 +100,6 @@ void addPathRows()
         "the project; move or rename the project\n",
         totals(1, 1, 0, 1));
     addRow(
-        "upper-case letters in the path", u"Plant"_s, [](const TestProject &) {},
-        "<project>: hint: the project's path holds upper-case letters, so that no icon is found; move or "
-        "rename the project\n",
-        totals(1, 1, 0, 1));
-    addRow(
         "a temp folder from before",
         [](const TestProject &project) { project.write(u"scr_temp/old.psc"_s, "old"); },
         "scr_temp: obstacle: a run that did not end has left it; old files in it would reach \"scr\"; look "
@@ -118,6 +114,63 @@ void addPathRows()
         "no log folder", [](const TestProject &project) { project.remove(u"log"_s); },
         "log: hint: there is no such folder, so that a run writes no change log; make it\n",
         totals(1, 1, 0, 1));
+}
+
+/// Shapes with icons that are there, but for a run's way of looking for them.
+void addUpperCaseRows()
+{
+    const auto writeShapes = [](const TestProject &project) {
+        project.write(u"bmp/on.bmp"_s, "picture");
+        for (const char *name : {"fan", "pump", "tank", "valve"}) {
+            project.write(u"scr/%1.psc"_s.arg(QLatin1StringView(name)),
+                          SmallPlant::screenWith(name + QByteArray(".plb")));
+            project.write(u"mac/%1.plb"_s.arg(QLatin1StringView(name)), shapeWithIcons("DIV;0;on;on.bmp\n"));
+        }
+    };
+    const QByteArray missing =
+        ".plb:5: hint: Ikon on.bmp does not exist; put it into a folder \"bmp\" of the "
+        "project, whose path is all lower case\n";
+    addRow("upper-case letters in the path", u"Plant"_s, writeShapes,
+           "<project>: obstacle: the project's path holds upper-case letters, so that no icon is found: each "
+           "one in \"fan.plb\", \"pump.plb\", \"tank.plb\" and 1 more would leave the old lines of an object "
+           "beside the new ones; move or rename the project\n"
+           "mac/fan" +
+               missing + "mac/pump" + missing + "mac/tank" + missing + "mac/valve" + missing,
+           totals(5, 4, 1, 4));
+}
+
+void addBackupRows()
+{
+    const QByteArray aside =
+        ": obstacle: this screen is not in \"scr\", and a run would set \"scr_bak\" aside; ";
+    addRow(
+        "screens that are in the backup only",
+        [](const TestProject &project) {
+            for (const char *folder : {"scr", "scr_bak"})
+                project.write(QLatin1StringView(folder) + "/b.psc"_L1, SmallPlant::plainScreen());
+            project.write(u"scr/scripts/c.psc"_s, SmallPlant::plainScreen());
+            project.write(u"scr_bak/scr_bakipts/c.psc"_s, SmallPlant::plainScreen());
+            project.write(u"scr_bak/scr_bakipts/d.psc"_s, SmallPlant::plainScreen());
+            project.write(u"scr_bak/gone.psc"_s, SmallPlant::plainScreen());
+            project.write(u"scr_bak/notes.txt"_s, "x");
+        },
+        "scr/scripts: hint: a run backs it up as \"scr_bak/scr_bakipts\", since its path holds \"/scr\"; "
+        "look "
+        "for its screens there\n"
+        "scr_bak/gone.psc" +
+            aside +
+            "copy it to \"scr/gone.psc\", or move it to a folder of your own\n"
+            "scr_bak/scr_bakipts/d.psc" +
+            aside + "copy it to \"scr/scripts/d.psc\", or move it to a folder of your own\n",
+        totals(3, 1, 2, 1));
+    addRow(
+        "a link in place of the backup folder",
+        [](const TestProject &project) {
+            project.write(u"kept/gone.psc"_s, SmallPlant::plainScreen());
+            project.link(u"kept"_s, u"scr_bak"_s);
+        },
+        "scr_bak: obstacle: a run would take this link away, and make a folder; move it away\n",
+        totals(1, 1, 1, 0));
 }
 
 void addFolderRows()
@@ -358,6 +411,7 @@ private Q_SLOTS:
     void tellsOfARunThatBeginsMeanwhile_data();
     void tellsOfARunThatBeginsMeanwhile();
     void listsFindingsInTheSameOrderAgain();
+    void takesUpperCaseAmissWhereIconsAreAffected();
     void foreseesMakeFolders();
     void findsNamesThatMatchNothing();
     void readsNamesFromAFile();
@@ -387,6 +441,8 @@ void TestCheck::findsEachKind_data()
     QTest::addColumn<QByteArray>("end");
 
     addPathRows();
+    addUpperCaseRows();
+    addBackupRows();
     addFolderRows();
     addEntryRows();
     addRunRows();
@@ -575,6 +631,23 @@ void TestCheck::listsFindingsInTheSameOrderAgain()
     QCOMPARE(check(second).output, output);
     QVERIFY(output.indexOf("scr/a.txt") < output.indexOf("scr/b.txt"));
     QVERIFY(output.indexOf("scr/d.txt") < output.indexOf("scr/e.txt"));
+}
+
+void TestCheck::takesUpperCaseAmissWhereIconsAreAffected()
+{
+    const TestProject project(u"Plant"_s);
+    SmallPlant::makeIn(project);
+    project.write(u"mac/spare.plb"_s, shapeWithIcons("DIV;0;on;on.bmp\n"));
+    project.write(u"scr/b.psc"_s, SmallPlant::screenWith("fan.plb"));
+    project.write(u"mac/fan.plb"_s, shapeWithIcons("DIV;0;on;on.bmp\n"));
+    const auto isAmiss = [&project](const QStringList &options) {
+        return check(project, options).output.contains("upper-case letters");
+    };
+    QVERIFY(isAmiss({}));
+    QVERIFY(isAmiss({u"--shape"_s, u"FAN.plb"_s}));
+    QVERIFY(!isAmiss({u"--shape"_s, u"pump.plb"_s}));
+    project.remove(u"scr/b.psc"_s);
+    QVERIFY(!isAmiss({}));
 }
 
 void TestCheck::foreseesMakeFolders()

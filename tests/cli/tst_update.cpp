@@ -120,6 +120,7 @@ private Q_SLOTS:
     void refusesWhatItMayNotRead();
     void refusesWhereFoldersCannotBeMade_data();
     void refusesWhereFoldersCannotBeMade();
+    void refusesUpperCaseWhereItHidesIcons();
     void countsSeveralObstacles();
     void runsAllTheSameWithForce();
     void makesFoldersWithTheirParents();
@@ -239,7 +240,7 @@ void TestUpdate::keepsTheScreensOfOneRunAsBackup()
 {
     const TestProject project;
     SmallPlant::makeIn(project);
-    project.write(u"scr_bak/old.psc"_s, SmallPlant::plainScreen());
+    project.write(u"scr_bak/a.psc"_s, "older");
 
     COMPARE_EXIT_CODE(update(project), Done);
     QCOMPARE(project.files(u"scr_bak"_s), QStringList{u"a.psc"_s});
@@ -273,6 +274,16 @@ void addFolderRows()
         "file in place of the temp folder",
         [](const TestProject &project) { project.write(u"scr_temp"_s, "no folder"); },
         "scr_temp: it is no folder, so that a run could not make one; move it away");
+    row(
+        "no screens", [](const TestProject &project) { project.remove(u"scr/a.psc"_s); },
+        "scr: it holds no screen: a run would convert nothing, and take \"scr\" and the last backup away; "
+        "put "
+        "the screens into it");
+    row(
+        "screen that is in the backup only",
+        [](const TestProject &project) { project.write(u"scr_bak/old.psc"_s, SmallPlant::plainScreen()); },
+        "scr_bak/old.psc: this screen is not in \"scr\", and a run would set \"scr_bak\" aside; copy it to "
+        "\"scr/old.psc\", or move it to a folder of your own");
 }
 
 void addFileRows()
@@ -469,6 +480,25 @@ void TestUpdate::refusesWhereFoldersCannotBeMade()
     COMPARE_EXIT_CODE(result, Refused);
     QCOMPARE(result.output, QByteArray());
     QCOMPARE(describeTree(project.dir()), before);
+}
+
+void TestUpdate::refusesUpperCaseWhereItHidesIcons()
+{
+    const TestProject project(u"Plant"_s);
+    SmallPlant::makeIn(project);
+    project.write(u"scr/b.psc"_s, SmallPlant::screenWith("lamp.plb", "Lamp"));
+    project.write(u"mac/lamp.plb"_s, SmallPlant::shape() + "ID;2;Icon;State\nDIV;0;on;on.bmp\n");
+    project.write(u"bmp/on.bmp"_s, "picture");
+    const QStringList before = describeTree(project.dir());
+
+    const CliResult result = update(project);
+    COMPARE_EXIT_CODE(result, Refused);
+    QVERIFY2(result.errorOutput.contains("upper-case letters, so that no icon is found: each one in "
+                                         "\"lamp.plb\" would"),
+             result.errorOutput.constData());
+    QCOMPARE(describeTree(project.dir()), before);
+    // A run for other shapes looks for no icon.
+    COMPARE_EXIT_CODE(update(project, {u"--shape"_s, u"pump.plb"_s}), Done);
 }
 
 /// Copies would go to folders beside the project's own.

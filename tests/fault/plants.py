@@ -62,7 +62,7 @@ SCREENS = {
 
 OLDER_BACKUP = {
     "scr_bak/00_overview.psc": plain_screen("Overview of an earlier run"),
-    "scr_bak/area/gone.psc": plain_screen("Gone"),
+    "scr_bak/area/notes.psc": plain_screen("Notes of an earlier run"),
 }
 
 REPORTED_SCREENS = {

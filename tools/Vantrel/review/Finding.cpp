@@ -13,6 +13,14 @@ qsizetype countOf(const QList<Finding> &findings, Severity severity)
                          [severity](const Finding &finding) { return finding.severity() == severity; });
 }
 
+QList<Finding> findingsOf(const QList<Finding> &findings, Severity severity)
+{
+    QList<Finding> found;
+    std::copy_if(findings.cbegin(), findings.cend(), std::back_inserter(found),
+                 [severity](const Finding &finding) { return finding.severity() == severity; });
+    return found;
+}
+
 QString adviceForUnreadable(const QStringList &paths)
 {
     constexpr qint64 mebibyte = qint64{1} << 20;

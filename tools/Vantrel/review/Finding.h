@@ -27,6 +27,7 @@ enum class FindingKind {
     FolderProtected,
     LogFolderMissing,
     NoScreens,
+    ScreenOnlyInBackup,
     NoRoom,
     LevelWithoutScreen,
     FolderBeforeScreens,
@@ -79,8 +80,8 @@ inline constexpr std::array findingRows{
                QLatin1StringView("\".cat\" in the project's path: every shape file is refused")},
     FindingRow{FindingKind::PathWidensIconSearch, QLatin1StringView("path-bmp"), Severity::Hint,
                QLatin1StringView("\"/bmp\" in the project's path: icons are looked for in all folders")},
-    FindingRow{FindingKind::PathHidesIcons, QLatin1StringView("path-upper-case"), Severity::Hint,
-               QLatin1StringView("upper-case letters in the project's path: no icon is found")},
+    FindingRow{FindingKind::PathHidesIcons, QLatin1StringView("path-upper-case"), Severity::Obstacle,
+               QLatin1StringView("upper-case letters in the project's path: no icon of a shape is found")},
     FindingRow{FindingKind::TempFolderLeft, QLatin1StringView("temp-folder-left"), Severity::Obstacle,
                QLatin1StringView("a run that did not end has left \"scr_temp\"")},
     FindingRow{FindingKind::NoFolder, QLatin1StringView("no-folder"), Severity::Obstacle,
@@ -89,8 +90,11 @@ inline constexpr std::array findingRows{
                QLatin1StringView("a folder that a run changes cannot be written to")},
     FindingRow{FindingKind::LogFolderMissing, QLatin1StringView("log-folder-missing"), Severity::Hint,
                QLatin1StringView("there is no folder \"log\" to write to: no change log")},
-    FindingRow{FindingKind::NoScreens, QLatin1StringView("no-screens"), Severity::Hint,
-               QLatin1StringView("\"scr\" holds no image file: a run removes it and the last backup")},
+    FindingRow{FindingKind::NoScreens, QLatin1StringView("no-screens"), Severity::Obstacle,
+               QLatin1StringView("\"scr\" holds no screen: a run takes it and the last backup away")},
+    FindingRow{FindingKind::ScreenOnlyInBackup, QLatin1StringView("screen-only-in-backup"),
+               Severity::Obstacle,
+               QLatin1StringView("a screen is in \"scr_bak\" and not in \"scr\": a run sets it aside")},
     FindingRow{FindingKind::NoRoom, QLatin1StringView("no-room"), Severity::Obstacle,
                QLatin1StringView("the disk has no room for the copies of a run")},
     FindingRow{FindingKind::LevelWithoutScreen, QLatin1StringView("level-without-screen"), Severity::Obstacle,
@@ -172,6 +176,7 @@ struct Finding
 };
 
 qsizetype countOf(const QList<Finding> &findings, Severity severity);
+QList<Finding> findingsOf(const QList<Finding> &findings, Severity severity);
 /// What to do about a screen or a shape, or one of two versions, that could not be read.
 QString adviceForUnreadable(const QStringList &paths);
 /// The word for a severity, in texts and in JSON.

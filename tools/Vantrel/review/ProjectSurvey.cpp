@@ -5,6 +5,7 @@
 #include "LineCheck.h"
 #include "ProjectPath.h"
 #include "RunHistory.h"
+#include "ScreensOnlyInBackup.h"
 #include "StageFile.h"
 #include "updUtils.h"
 
@@ -47,9 +48,9 @@ constexpr std::array pathEffects{
 
 /// What a run that was interrupted may leave behind, and what recovers it puts right: advice of
 /// another kind would contradict that.
-constexpr std::array leftByInterruptedRuns{FindingKind::FolderMissing, FindingKind::TempFolderLeft,
-                                           FindingKind::NoScreens, FindingKind::LevelWithoutScreen,
-                                           FindingKind::FolderBeforeScreens};
+constexpr std::array leftByInterruptedRuns{FindingKind::FolderMissing,      FindingKind::TempFolderLeft,
+                                           FindingKind::NoScreens,          FindingKind::ScreenOnlyInBackup,
+                                           FindingKind::LevelWithoutScreen, FindingKind::FolderBeforeScreens};
 
 bool mayBeLeftByInterruptedRun(const Finding &finding)
 {
@@ -120,6 +121,7 @@ ProjectSurvey Surveyor::survey()
     const Reading reading = readImageFiles();
     lookForRoom(reading.bytes);
     lookForLosses();
+    m_survey.findings += findScreensOnlyInBackup(m_projectDir, m_survey.imageFiles);
     m_survey.findings += reading.findings;
     m_survey.shapeNames = reading.shapeNames;
     if (StageFile::exists(m_projectDir))
@@ -185,10 +187,6 @@ void Surveyor::lookAtPath()
                  u"the project's path holds \"%1\", %2"_s.arg(effect.part, effect.effect), mendPath);
         }
     }
-    if (m_projectDir != m_projectDir.toLower()) {
-        note(FindingKind::PathHidesIcons, m_projectDir,
-             u"the project's path holds upper-case letters, so that no icon is found"_s, mendPath);
-    }
 }
 
 void Surveyor::lookAtLogFolder()
@@ -213,7 +211,7 @@ void Surveyor::listImageFiles()
         lookAtImageFile(file);
     if (files.isEmpty() && QFileInfo(m_imageFolder).isDir()) {
         note(FindingKind::NoScreens, m_imageFolder,
-             u"it holds no image file, so that a run would remove it and \"scr_bak\""_s,
+             u"it holds no screen: a run would convert nothing, and take \"scr\" and the last backup away"_s,
              u"put the screens into it"_s);
     }
 }
@@ -425,14 +423,6 @@ int Surveyor::firstInvalidLine(const FileLines &lines)
 }
 
 } // namespace
-
-QList<Finding> ProjectSurvey::obstacles() const
-{
-    QList<Finding> obstacles;
-    std::copy_if(findings.cbegin(), findings.cend(), std::back_inserter(obstacles),
-                 [](const Finding &finding) { return finding.severity() == Severity::Obstacle; });
-    return obstacles;
-}
 
 ProjectSurvey surveyProject(const QString &projectDir, bool makesFolders, SurveyListener *listener)
 {

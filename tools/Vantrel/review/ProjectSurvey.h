@@ -27,9 +27,6 @@ struct ProjectSurvey
     /// About the project, its folders and image files. Where a run was interrupted, without what
     /// may follow from that.
     QList<Finding> findings;
-
-    /// What a run would lose or fail to convert.
-    QList<Finding> obstacles() const;
 };
 
 /// Reads a project, changing nothing. `projectDir` is absolute and clean; `makesFolders` says

@@ -1,11 +1,13 @@
 // The command that reads a project and tells what a user should look at before a run.
 #include "CheckCommand.h"
 
+#include "HiddenIcons.h"
 #include "LeftOverFinding.h"
 #include "NearestWord.h"
 #include "Presenter.h"
 #include "ProjectPath.h"
 #include "ReadingListener.h"
+#include "ShapeNames.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -152,6 +154,12 @@ QList<Finding> unmatchedNames(const QStringList &chosenNames, const QSet<QString
     return findings;
 }
 
+/// The shapes that a run replaces: the chosen ones, or all where none was chosen.
+QSet<QString> chosenOf(const QSet<QString> &shapeNames, const QStringList &chosenNames)
+{
+    return chosenNames.isEmpty() ? shapeNames : matchingNames(shapeNames, chosenNames);
+}
+
 struct CheckResult
 {
     QList<Finding> findings;
@@ -168,6 +176,7 @@ CheckResult lookAtProject(const CheckOptions &options, Presenter &presenter)
     presenter.showProgress(fileCount, fileCount);
 
     return {.findings = findLeftOverRun(options.projectDir) + survey.findings +
+                        findHiddenIcons(options.projectDir, chosenOf(survey.shapeNames, options.shapeNames)) +
                         LibraryCheck(options.projectDir, usage).findings() +
                         unmatchedNames(options.shapeNames, survey.shapeNames),
             .files = fileCount,

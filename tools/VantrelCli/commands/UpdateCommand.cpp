@@ -1,6 +1,7 @@
 // The command that replaces placed objects by their current shapes.
 #include "UpdateCommand.h"
 
+#include "HiddenIcons.h"
 #include "LeftOverFinding.h"
 #include "LoggedErrors.h"
 #include "Presenter.h"
@@ -8,6 +9,7 @@
 #include "ProjectPath.h"
 #include "ProjectSurvey.h"
 #include "ScratchProject.h"
+#include "ShapeNames.h"
 #include "ShownDiffs.h"
 #include "StopSignals.h"
 #include "UpdateRun.h"
@@ -46,6 +48,7 @@ private:
     QList<Finding> findOtherBesideDryRun() const;
     ExitCode refuseBesideAnotherRun(const QList<Finding> &findings);
     ExitCode refuse(const QList<Finding> &obstacles);
+    QSet<QString> chosenShapes() const;
     ExitCode changeProject();
     ExitCode tryOnStandIn();
     RunResult convert(const QString &projectDir, const QString &scratchRoot);
@@ -75,7 +78,8 @@ ExitCode UpdateCommand::execute()
     m_survey = surveyProject(m_options.projectDir, m_options.makeFolders);
     if (const QList<Finding> inUse = findOtherBesideDryRun(); !inUse.isEmpty())
         return refuseBesideAnotherRun(inUse);
-    const QList<Finding> obstacles = m_survey.obstacles();
+    const QList<Finding> obstacles = findingsOf(
+        m_survey.findings + findHiddenIcons(m_options.projectDir, chosenShapes()), Severity::Obstacle);
     if (!obstacles.isEmpty() && !m_options.force)
         return refuse(obstacles);
     m_presenter.showObstacles(obstacles);
@@ -162,11 +166,18 @@ ExitCode UpdateCommand::tryOnStandIn()
     return finish(end);
 }
 
+/// The names that objects refer to and that are to be replaced.
+QSet<QString> UpdateCommand::chosenShapes() const
+{
+    return m_options.allShapes ? m_survey.shapeNames
+                               : matchingNames(m_survey.shapeNames, m_options.shapeNames);
+}
+
 RunResult UpdateCommand::convert(const QString &projectDir, const QString &scratchRoot)
 {
+    // All that were given: an object may come to refer to one of them before its screen is converted.
     QSet<QString> shapeNames(m_options.shapeNames.cbegin(), m_options.shapeNames.cend());
-    if (m_options.allShapes)
-        shapeNames.unite(m_survey.shapeNames);
+    shapeNames.unite(chosenShapes());
     UpdateRun run({.projectDir = projectDir,
                    .shapeNames = shapeNames,
                    .makeFolders = m_options.makeFolders,
