@@ -38,14 +38,15 @@ void keepFolders(const QStringList &folders, const TestProject &project, const T
         copyFolder(project.path(folder), outcome.path(folder));
 }
 
-/// The lines between the first and the last in the order of their text: files come as the file
-/// system happens to list them.
+/// The lines between the first two, a hint and a heading, and the last in the order of their text:
+/// files come as the file system happens to list them.
 QByteArray withSortedObstacles(const QByteArray &refusal)
 {
     QByteArrayList lines = refusal.split('\n');
+    constexpr qsizetype firstLines = 2;
     constexpr qsizetype lastLineAndItsEnd = 2;
-    if (lines.size() > lastLineAndItsEnd)
-        std::sort(lines.begin() + 1, lines.end() - lastLineAndItsEnd);
+    if (lines.size() > firstLines + lastLineAndItsEnd)
+        std::sort(lines.begin() + firstLines, lines.end() - lastLineAndItsEnd);
     return lines.join('\n');
 }
 

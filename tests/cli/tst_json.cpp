@@ -101,6 +101,7 @@ private Q_SLOTS:
     void givesRectanglesWithInclusiveCorners();
     void givesDiffsWhole();
     void refusesWithFindings();
+    void tellsHintsOfARunOneByOne();
     void leavesProgressOutWhereQuiet();
     void keepsUsageErrorsAsText();
     void documentsMatchTheTables();
@@ -291,6 +292,20 @@ void TestJson::refusesWithFindings()
     };
     QCOMPARE(objectsOf(result.output).constFirst(), finding);
     QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Refused));
+}
+
+void TestJson::tellsHintsOfARunOneByOne()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/b.psc.bak"_s, SmallPlant::plainScreen());
+    project.write(u"scr/c.psc.bak"_s, SmallPlant::plainScreen());
+    const CliResult result =
+        CliRun().execute(jsonOf(u"update"_s, project, {u"--all-shapes"_s, u"--quiet"_s}));
+    QCOMPARE(kindsOf(result.output).mid(0, 3), (QStringList{u"finding"_s, u"finding"_s, u"report"_s}));
+    const CliResult checked = CliRun().execute(jsonOf(u"check"_s, project));
+    for (const QByteArray &line : result.output.split('\n').mid(0, 2))
+        QVERIFY2(checked.output.contains(line), line.constData());
 }
 
 void TestJson::leavesProgressOutWhereQuiet()

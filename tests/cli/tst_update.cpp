@@ -123,6 +123,7 @@ private Q_SLOTS:
     void refusesUpperCaseWhereItHidesIcons();
     void countsSeveralObstacles();
     void runsAllTheSameWithForce();
+    void tellsHintsOfOneKindInOneLine();
     void makesFoldersWithTheirParents();
     void keepsASecondRunAwayFromItsBeginning();
 
@@ -231,7 +232,8 @@ void TestUpdate::needsNoLogFolder()
 
     const CliResult result = update(project);
     QCOMPARE(withPlaceholders(result.output, project.dir()), smallPlantReport(noChangeLog));
-    QCOMPARE(result.errorOutput, QByteArray());
+    QCOMPARE(result.errorOutput,
+             "log: hint: there is no such folder, so that a run writes no change log; make it\n");
     COMPARE_EXIT_CODE(result, Done);
     QVERIFY(!project.exists(u"log"_s));
 }
@@ -537,6 +539,23 @@ void TestUpdate::runsAllTheSameWithForce()
     COMPARE_EXIT_CODE(result, Done);
     QCOMPARE(project.files(u"scr"_s), QStringList{u"a.psc"_s});
     QCOMPARE(project.files(u"scr_bak"_s), QStringList{u"a.psc"_s});
+}
+
+void TestUpdate::tellsHintsOfOneKindInOneLine()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.remove(u"log"_s);
+    for (const QString &name : {u"b"_s, u"c"_s, u"d"_s})
+        project.write(u"scr/%1.psc.bak"_s.arg(name), SmallPlant::plainScreen());
+
+    const CliResult result = update(project);
+    QCOMPARE(result.errorOutput,
+             "log: hint: there is no such folder, so that a run writes no change log; make it\n"
+             "scr/b.psc.bak and 2 more: hint: a file that does not end in \".psc\" is converted too; "
+             "\"vantrel-cli check\" lists them\n");
+    COMPARE_EXIT_CODE(result, Done);
+    QCOMPARE(update(project, {u"--all-shapes"_s, u"--quiet"_s}).errorOutput, QByteArray());
 }
 
 void TestUpdate::makesFoldersWithTheirParents()
@@ -864,9 +883,11 @@ void TestUpdate::coloursATerminal()
 void TestUpdate::coloursARefusal()
 {
     const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/notes.txt"_s, "x");
     const CliResult result = update(project, {u"--all-shapes"_s, u"--color=always"_s});
     QVERIFY2(result.errorOutput.startsWith("\x1b[31mRefused, nothing was touched: a run would lose or not "
-                                           "convert the following.\x1b[0m\nscr: "),
+                                           "convert the following.\x1b[0m\nscr/notes.txt: "),
              result.errorOutput.constData());
 }
 

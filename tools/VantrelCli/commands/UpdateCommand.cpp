@@ -78,8 +78,9 @@ ExitCode UpdateCommand::execute()
     m_survey = surveyProject(m_options.projectDir, m_options.makeFolders);
     if (const QList<Finding> inUse = findOtherBesideDryRun(); !inUse.isEmpty())
         return refuseBesideAnotherRun(inUse);
-    const QList<Finding> obstacles = findingsOf(
-        m_survey.findings + findHiddenIcons(m_options.projectDir, chosenShapes()), Severity::Obstacle);
+    const QList<Finding> findings = m_survey.findings + findHiddenIcons(m_options.projectDir, chosenShapes());
+    m_presenter.showHints(findingsOf(findings, Severity::Hint));
+    const QList<Finding> obstacles = findingsOf(findings, Severity::Obstacle);
     if (!obstacles.isEmpty() && !m_options.force)
         return refuse(obstacles);
     m_presenter.showObstacles(obstacles);

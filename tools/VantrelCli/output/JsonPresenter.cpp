@@ -82,6 +82,12 @@ void JsonPresenter::showFinding(const Finding &finding)
                                   {u"advice"_s, finding.advice}});
 }
 
+void JsonPresenter::showHints(const QList<Finding> &hints)
+{
+    for (const Finding &hint : hints)
+        showFinding(hint);
+}
+
 void JsonPresenter::showObstacles(const QList<Finding> &obstacles)
 {
     for (const Finding &obstacle : obstacles)

@@ -23,6 +23,7 @@ public:
     void showProgress(int count, int index) override;
     void showFile(const QString &path) override;
     void showFinding(const Finding &finding) override;
+    void showHints(const QList<Finding> &hints) override;
     void showObstacles(const QList<Finding> &obstacles) override;
     void showRefusal(const QList<Finding> &obstacles) override;
     void showReport(const STBlock &report) override;

@@ -141,6 +141,8 @@ public:
     virtual void showFile(const QString &path) = 0;
 
     virtual void showFinding(const Finding &finding) = 0;
+    /// What a user should know of before a run, and what keeps none from starting.
+    virtual void showHints(const QList<Finding> &hints) = 0;
     /// What a run would lose or fail to convert, where it runs all the same.
     virtual void showObstacles(const QList<Finding> &obstacles) = 0;
     /// The same where it does not run.

@@ -126,6 +126,33 @@ void TextPresenter::showFinding(const Finding &finding)
     m_isSeparated = false;
 }
 
+/// One line for each kind: a project may have hundreds of findings that say the same.
+void TextPresenter::showHints(const QList<Finding> &hints)
+{
+    if (isQuiet())
+        return;
+    QList<FindingKind> shown;
+    for (const Finding &hint : hints) {
+        if (shown.contains(hint.kind))
+            continue;
+        shown.append(hint.kind);
+        printHint(hint, std::count_if(hints.cbegin(), hints.cend(),
+                                      [&hint](const Finding &other) { return other.kind == hint.kind; }));
+    }
+}
+
+void TextPresenter::printHint(const Finding &first, qsizetype count)
+{
+    const QString severity = m_errorOutput.colored(severityName(first.severity()), colorOf(first.severity()));
+    if (count == 1) {
+        m_errorOutput.printLine(
+            u"%1: %2: %3; %4"_s.arg(placeOf(first), severity, escaped(first.text), escaped(first.advice)));
+        return;
+    }
+    m_errorOutput.printLine(u"%1 and %2 more: %3: %4; \"vantrel-cli check\" lists them"_s.arg(
+        placeOf(first), QString::number(count - 1), severity, rowOf(first.kind).meaning));
+}
+
 void TextPresenter::showObstacles(const QList<Finding> &obstacles)
 {
     for (const Finding &obstacle : obstacles) {

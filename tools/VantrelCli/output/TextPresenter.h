@@ -18,6 +18,7 @@ public:
     void showProgress(int count, int index) override;
     void showFile(const QString &path) override;
     void showFinding(const Finding &finding) override;
+    void showHints(const QList<Finding> &hints) override;
     void showObstacles(const QList<Finding> &obstacles) override;
     void showRefusal(const QList<Finding> &obstacles) override;
     void showReport(const STBlock &report) override;
@@ -31,6 +32,7 @@ private:
     bool isQuiet() const { return m_verbosity == Verbosity::Quiet; }
     void printTable(const TextTable &table);
     void printReports();
+    void printHint(const Finding &first, qsizetype count);
     void printDiffLine(const QByteArray &line);
     void printLosses(const QStringList &screens);
     void printTotals(const CommandEnd &end);
