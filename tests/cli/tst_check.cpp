@@ -680,7 +680,7 @@ void TestCheck::readsNamesFromAFile()
 {
     const TestProject project;
     SmallPlant::makeIn(project);
-    project.write(u"names.txt"_s, "pump.plb\n\n  tank.plb \n");
+    project.write(u"names.txt"_s, "# pumps\npump.plb\n\n  tank.plb \n");
     const CliResult result = check(project, {u"--shapes-from"_s, project.path(u"names.txt"_s)});
     QCOMPARE(result.output,
              "--shape tank.plb: hint: no object refers to this shape, so that nothing would be replaced; see "
@@ -792,7 +792,7 @@ void TestCheck::printsItsHelp()
         "Options:\n"
         "  --project DIR        the project directory, which holds \"scr\" and \"mac\"\n"
         "  --shape NAME         look whether objects refer to this shape file; may be repeated\n"
-        "  --shapes-from FILE   the same for every line of a file\n"
+        "  --shapes-from FILE   the same for every line of a file but empty ones and # comments\n"
         "  --make-folders       check for a run with this option: no level needs a screen\n"
         "  --json               print one JSON object a line, and nothing else\n"
         "  --color WHEN         colour the output: auto (at a terminal), always or never\n"

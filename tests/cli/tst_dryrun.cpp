@@ -326,6 +326,10 @@ void TestDryRun::namesTheCommandThatChanges()
     const TestProject project(u"the plant's"_s);
     SmallPlant::makeIn(project);
     project.write(u"scr/b.psc"_s, SmallPlant::screenWith("pump.plb"));
+    project.write(u"scr/c.psc"_s, SmallPlant::screenWith("a b"));
+    project.write(u"scr/d.psc"_s, SmallPlant::screenWith("c.plb"));
+    project.write(u"mac/a b"_s, SmallPlant::shape());
+    project.write(u"mac/c.plb"_s, SmallPlant::shape());
     project.write(u"names.txt"_s, "pump.plb\n");
     const CliResult result =
         dryRun(project, {u"--shapes-from"_s, project.path(u"names.txt"_s), u"--make-folders"_s, u"--quiet"_s,
@@ -335,7 +339,7 @@ void TestDryRun::namesTheCommandThatChanges()
     const QString command = u"vantrel-cli update --project '%1' --shape 'a b' --shape c.plb --shapes-from "
                             "'%1/names.txt' --make-folders"_s.arg(quotedDir);
     QCOMPARE(QString::fromUtf8(result.errorOutput),
-             u"A run would change 2 screens; to have it do so: %1\n"_s.arg(command));
+             u"A run would change 4 screens; to have it do so: %1\n"_s.arg(command));
     QCOMPARE(result.output, QByteArray());
 }
 
@@ -367,7 +371,7 @@ void TestDryRun::showsScreensThatWouldGo()
     const TestProject project;
     SmallPlant::makeIn(project);
     project.write(u"scr/bad.psc"_s, SmallPlant::invalidScreen());
-    const QByteArray output = dryRun(project, {u"--shape"_s, u"other.plb"_s, u"--force"_s}).output;
+    const QByteArray output = dryRun(project, {u"--shape"_s, u"pump.plb"_s, u"--force"_s}).output;
     QVERIFY2(
         output.contains("--- scr/bad.psc\n+++ /dev/null\n@@ -1,2 +0,0 @@\n-ID;1;Rect;Cut\n-PSDV;0;0;99\n"),
         output.constData());
@@ -378,7 +382,7 @@ void TestDryRun::showsScreensThatWouldCome()
     const TestProject project;
     SmallPlant::makeIn(project);
     project.write(u"scr_temp/old.psc"_s, "old\n");
-    const QByteArray output = dryRun(project, {u"--shape"_s, u"other.plb"_s, u"--force"_s}).output;
+    const QByteArray output = dryRun(project, {u"--shape"_s, u"pump.plb"_s, u"--force"_s}).output;
     QVERIFY2(output.contains("--- /dev/null\n+++ scr/old.psc\n@@ -0,0 +1 @@\n+old\n"), output.constData());
 }
 

@@ -133,6 +133,9 @@ private Q_SLOTS:
 
     void choosesShapes_data();
     void choosesShapes();
+    void refusesNamesThatNoObjectRefersTo_data();
+    void refusesNamesThatNoObjectRefersTo();
+    void judgesNoNamesWhereScreensCannotBeRead();
     void takesAnySpellingOfTheProject_data();
     void takesAnySpellingOfTheProject();
 
@@ -694,7 +697,6 @@ void TestUpdate::choosesShapes_data()
     row("one shape", {u"--shape"_s, u"fan.plb"_s}, {}, {u"fan"_s});
     row("in other letter case", {u"--shape"_s, u"FAN.Plb"_s}, {}, {u"fan"_s});
     row("several shapes", {u"--shape"_s, u"fan.plb"_s, u"--shape=pump.plb"_s}, {}, {u"fan"_s, u"pump"_s});
-    row("shape that nothing refers to", {u"--shape"_s, u"tank.plb"_s}, {}, {});
     row("one line", fromList, "pump.plb", {u"pump"_s});
     row("blanks, empty lines and CR LF", fromList, "\n  fan.plb\t\r\n\r\nVALVE.PLB \n",
         {u"fan"_s, u"valve"_s});
@@ -703,8 +705,8 @@ void TestUpdate::choosesShapes_data()
     row("all shapes", {u"--all-shapes"_s}, {}, {u"fan"_s, u"pump"_s, u"valve"_s});
     row("all shapes and one of them", {u"--all-shapes"_s, u"--shape"_s, u"fan.plb"_s}, {},
         {u"fan"_s, u"pump"_s, u"valve"_s});
+    row("comment lines", fromList, "# blowers\nfan.plb\n  # pump.plb\n#valve.plb", {u"fan"_s});
     // The screen's reference to "valve.lib" counts as one to "valve.plb".
-    row("reference by its own spelling", {u"--shape"_s, u"valve.lib"_s}, {}, {});
     row("reference as it is compared", {u"--shape"_s, u"valve.plb"_s}, {}, {u"valve"_s});
 }
 
@@ -730,6 +732,72 @@ void TestUpdate::choosesShapes()
             changed += name;
     }
     QCOMPARE(changed, replaced);
+}
+
+void TestUpdate::refusesNamesThatNoObjectRefersTo_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QByteArray>("complaints");
+    const auto row = [](const char *name, const QStringList &options, const QByteArrayList &complaints) {
+        QByteArray lines;
+        for (const QByteArray &complaint : complaints)
+            lines += "vantrel-cli: " + complaint + "; see \"vantrel-cli update --help\"\n";
+        QTest::newRow(name) << options << lines;
+    };
+    const QByteArray noObject = "no object refers to the shape ";
+    const QByteArray seeNames = " (\"vantrel-cli shapes\" shows the names)";
+    const QByteArray isPumps = noObject + "\"pumps.plb\", did you mean \"pump.plb\"?";
+    row("typing error", {u"--shape"_s, u"pumps.plb"_s}, {isPumps});
+    row("spelling of a reference", {u"--shape"_s, u"pumb.lib"_s},
+        {noObject + "\"pumb.lib\", did you mean \"pump.plb\"?"});
+    row("pattern", {u"--shape"_s, u"p*.plb"_s}, {noObject + "\"p*.plb\", did you mean \"pump.plb\"?"});
+    row("beside a known one", {u"--shape"_s, u"pump.plb"_s, u"--shape"_s, u"agitator.plb"_s},
+        {noObject + "\"agitator.plb\"" + seeNames});
+    row("beside all", {u"--all-shapes"_s, u"--shape"_s, u"agitator.plb"_s},
+        {noObject + "\"agitator.plb\"" + seeNames});
+    row("several", {u"--shape"_s, u"x"_s, u"--shape"_s, u"pumps.plb"_s},
+        {noObject + "\"x\"" + seeNames, isPumps});
+    row("with force, before any obstacle", {u"--force"_s, u"--shape"_s, u"pumps.plb"_s}, {isPumps});
+    row("as a dry run in JSON", {u"--dry-run"_s, u"--json"_s, u"--shape"_s, u"pumps.plb"_s}, {isPumps});
+
+    QStringList many;
+    QByteArrayList complaints;
+    for (int number = 0; number < 12; ++number) {
+        many += {u"--shape"_s, u"agitator%1"_s.arg(number)};
+        if (number < 10)
+            complaints.append(noObject + "\"agitator" + QByteArray::number(number) + '"' + seeNames);
+    }
+    row("many", many, complaints + QByteArrayList{"the same holds for 2 more of the names that were given"});
+}
+
+void TestUpdate::refusesNamesThatNoObjectRefersTo()
+{
+    QFETCH(const QStringList, options);
+    QFETCH(const QByteArray, complaints);
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/notes.txt"_s, "x");
+    project.write(u"scr_bak/a.psc"_s, "older");
+    const QStringList before = describeTree(project.dir());
+
+    const CliResult result = update(project, options);
+    QCOMPARE(result.errorOutput, complaints);
+    QCOMPARE(result.output, QByteArray());
+    COMPARE_EXIT_CODE(result, WrongUsage);
+    QCOMPARE(describeTree(project.dir()), before);
+}
+
+/// The object that refers to the shape may be on such a screen.
+void TestUpdate::judgesNoNamesWhereScreensCannotBeRead()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    setPermissions(project, u"scr/a.psc"_s, 0);
+    CliRun run;
+    run.setPermissionsHold();
+    const CliResult result = run.execute(updateOf(project, {u"--shape"_s, u"pump.plb"_s}));
+    COMPARE_EXIT_CODE(result, Refused);
+    QCOMPARE(result.errorOutput, refusal("scr/a.psc: Could not open Image File; make it readable"));
 }
 
 void TestUpdate::takesAnySpellingOfTheProject_data()

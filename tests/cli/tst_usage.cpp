@@ -81,7 +81,13 @@ void TestUsage::refusesWrongUsage_data()
                                "--shapes-from FILE or --all-shapes" +
                                seeUpdateHelp;
     row("no shape option", {u"update"_s, u"--project"_s, u"."_s}, noShape);
-    row("empty shape", {u"update"_s, u"--project"_s, u"."_s, u"--shape="_s}, noShape);
+    const QByteArray emptyShape = "the name of a shape is empty; use --shape NAME";
+    row("empty shape", {u"update"_s, u"--project"_s, u"."_s, u"--shape="_s}, emptyShape + seeUpdateHelp);
+    row("empty shape beside another one",
+        {u"update"_s, u"--project"_s, u"."_s, u"--shape"_s, u"pump.plb"_s, u"--shape"_s, u" "_s},
+        emptyShape + seeUpdateHelp);
+    row("empty shape to check", {u"check"_s, u"--project"_s, u"."_s, u"--shape="_s},
+        emptyShape + "; see \"vantrel-cli check --help\"\n");
     row("list without a shape", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u"/dev/null"_s},
         noShape);
     row("list that does not exist", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u"no-list"_s},

@@ -31,6 +31,9 @@ HERE = pathlib.Path(__file__).resolve().parent
 PLACES = ["plant"] * 8 + ["Plant", "bmp/plant", "a.cat/plant", "a.psc/plant", "scripts/plant"]
 
 
+DECOY = "ID;1;Rect;Last\nLIB;nowhere.plb;1;Last;Obj/Last\nPSDV;10;10;29;29;2;1;15;8;1;0;1;0\n"
+
+
 def lower_case_folder(seed: int) -> pathlib.Path:
     folder = pathlib.Path(tempfile.gettempdir().lower()) / f"vantrel-differential.{os.getpid()}.{seed}"
     folder.mkdir()
@@ -75,6 +78,27 @@ def run_program(program: str, project: pathlib.Path, shapes: pathlib.Path, optio
     if result.returncode not in (0, 1, 4) or result.stderr:
         raise SystemExit(f"exit code {result.returncode}: {result.stderr.decode()}")
     return [json.loads(line) for line in result.stdout.decode().splitlines()]
+
+
+def known_names(program: str, project: pathlib.Path) -> set[str]:
+    """The shapes that objects on screens refer to, in lower case."""
+    told = subprocess.run([program, "shapes", "--project", project, "--json"], capture_output=True, check=False).stdout
+    lines = [json.loads(line) for line in told.decode().splitlines()]
+    return {line["name"].lower() for line in lines if line["kind"] == "shape"}
+
+
+def choose(program: str, project: pathlib.Path, shapes: pathlib.Path) -> None:
+    """Takes names that no object refers to out of the list, since the program takes no such name.
+
+    Where none is left, a screen more refers to a shape that exists nowhere: the program wants to hear one.
+    """
+    known = known_names(program, project)
+    chosen = [name for name in shapes.read_text("utf-8").split("\n") if name.strip().lower() in known]
+    if not chosen:
+        (project / "scr").mkdir(exist_ok=True)
+        (project / "scr" / "zz_last.psc").write_text(DECOY)
+        chosen = ["nowhere.plb"]
+    shapes.write_text("\n".join(chosen) + "\n", "utf-8")
 
 
 def corners(rectangle: dict[str, int]) -> list[int]:
@@ -128,9 +152,7 @@ def compare(program: str, seed: int, folder: pathlib.Path) -> list[str]:
     project = site / PLACES[seed % len(PLACES)]
     project.parent.mkdir(parents=True)
     subprocess.run([sys.executable, "-B", HERE / "generate.py", "--seed", str(seed), project, "--shapes", shapes], check=True)
-    # Where no shape is chosen the command line wants to hear one; this one exists nowhere.
-    with shapes.open("a", encoding="utf-8") as names:
-        names.write("\nchosen but nowhere.plb\n")
+    choose(program, project, shapes)
     options = ["--make-folders"] if seed % 3 == 0 else []
     shutil.copytree(site, kept, symlinks=True)
 

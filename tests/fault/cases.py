@@ -15,7 +15,7 @@ from typing import Callable, Iterator, TypeVar
 from plants import SHAPE_NAMES, Plant
 from programs import Failure, Program
 from shares import Share
-from trees import Tree, tree_of, without_logs
+from trees import Tree, screens, tree_of, without_logs
 
 Item = TypeVar("Item")
 
@@ -77,7 +77,9 @@ class Site:
     def update(self, *options: str) -> list[str]:
         """The arguments of a run that goes on whatever its survey finds, for chosen shapes."""
         names = self.folder / "shapes"
-        names.write_text("\n".join(SHAPE_NAMES))
+        contents = screens(self.before).values()
+        used = [name for name in SHAPE_NAMES if any(f"LIB;{name};".encode() in content for content in contents)]
+        names.write_text("\n".join(used))
         return ["update", "--project", str(self.project), "--json", "--force", "--shapes-from", str(names),
                 *options]
 

@@ -3,7 +3,6 @@
 
 #include "HiddenIcons.h"
 #include "LeftOverFinding.h"
-#include "NearestWord.h"
 #include "Presenter.h"
 #include "ProjectPath.h"
 #include "ReadingListener.h"
@@ -133,19 +132,11 @@ void LibraryCheck::lookAtIcons(const CatalogueShape &shape)
 }
 
 /// The names that were chosen and match the shape of no object.
-QList<Finding> unmatchedNames(const QStringList &chosenNames, const QSet<QString> &shapeNames)
+QList<Finding> unmatchedNames(const QStringList &chosenNames, const ShapeNames &shapeNames)
 {
-    QStringList known;
-    for (const QString &name : shapeNames)
-        known.append(name.toLower());
-    known.sort();
     QList<Finding> findings;
-    for (const QString &name : chosenNames) {
-        if (known.contains(name.toLower()))
-            continue;
-        QString meant = name.toLower();
-        meant.replace(".lib"_L1, ".plb"_L1);
-        const QString nearest = nearestWord(meant, known);
+    for (const QString &name : shapeNames.unmatched(chosenNames)) {
+        const QString nearest = shapeNames.nearestTo(name);
         findings.append({FindingKind::NameMatchesNothing, u"--shape %1"_s.arg(name),
                          u"no object refers to this shape, so that nothing would be replaced"_s,
                          nearest.isEmpty() ? u"see the names that \"vantrel-cli shapes\" shows"_s
@@ -157,7 +148,7 @@ QList<Finding> unmatchedNames(const QStringList &chosenNames, const QSet<QString
 /// The shapes that a run replaces: the chosen ones, or all where none was chosen.
 QSet<QString> chosenOf(const QSet<QString> &shapeNames, const QStringList &chosenNames)
 {
-    return chosenNames.isEmpty() ? shapeNames : matchingNames(shapeNames, chosenNames);
+    return chosenNames.isEmpty() ? shapeNames : ShapeNames(shapeNames).matching(chosenNames);
 }
 
 struct CheckResult
@@ -178,7 +169,7 @@ CheckResult lookAtProject(const CheckOptions &options, Presenter &presenter)
     return {.findings = findLeftOverRun(options.projectDir) + survey.findings +
                         findHiddenIcons(options.projectDir, chosenOf(survey.shapeNames, options.shapeNames)) +
                         LibraryCheck(options.projectDir, usage).findings() +
-                        unmatchedNames(options.shapeNames, survey.shapeNames),
+                        unmatchedNames(options.shapeNames, ShapeNames(survey.shapeNames)),
             .files = fileCount,
             .shapes = survey.shapeNames.size()};
 }

@@ -18,6 +18,7 @@
 #include "TextPresenter.h"
 #include "UpdateCommand.h"
 #include "Version.h"
+#include "WrongUsage.h"
 
 #include <QCommandLineParser>
 #include <QDir>
@@ -114,14 +115,23 @@ std::optional<QByteArray> readBeginning(const QString &path, qint64 mostBytes)
     return file.error() == QFileDevice::NoError ? std::optional(text) : std::nullopt;
 }
 
-/// The names in a list of shapes: UTF-8, one a line, blanks around them ignored.
+/// The names in a list of shapes: UTF-8, one a line, blanks around them ignored. Empty lines and
+/// those that begin with "#" hold none.
 QStringList shapesIn(const QByteArray &list)
 {
     QStringList names;
     QTextStream stream(list);
-    for (QString line; stream.readLineInto(&line);)
-        names.append(line.trimmed());
+    for (QString line; stream.readLineInto(&line);) {
+        const QString name = line.trimmed();
+        if (!name.isEmpty() && !name.startsWith(u'#'))
+            names.append(name);
+    }
     return names;
+}
+
+bool isBlank(const QString &text)
+{
+    return text.trimmed().isEmpty();
 }
 
 /// The absolute path of a folder; nothing where it is relative to a folder that is gone.
@@ -239,6 +249,8 @@ QString CommandRequest::takeShapeNames()
 {
     if (isSet(u"shape"_s))
         m_shapeNames = m_parser.values(u"shape"_s);
+    if (std::any_of(m_shapeNames.cbegin(), m_shapeNames.cend(), isBlank))
+        return u"the name of a shape is empty; use --shape NAME"_s;
     if (isSet(u"shapes-from"_s)) {
         constexpr qint64 longestList = 1 << 24;
         const QString path = m_parser.value(u"shapes-from"_s);
@@ -250,7 +262,6 @@ QString CommandRequest::takeShapeNames()
             return u"the list of shapes \"%1\" is longer than 16 MiB"_s.arg(path);
         m_shapeNames += shapesIn(*list);
     }
-    m_shapeNames.removeAll(QString());
     return {};
 }
 
@@ -362,6 +373,10 @@ ExitCode CommandRequest::perform()
     const std::unique_ptr<Presenter> presenter = makePresenter();
     try {
         return perform(*presenter);
+    } catch (const WrongUsage &wrong) {
+        for (const QString &complaint : wrong.complaints)
+            refuseUsage(m_streams, complaint, m_command.name);
+        return ExitCode::WrongUsage;
     } catch (const std::bad_alloc &) {
         return endEarly(*presenter, u"There is not enough memory for the files of the project."_s);
     } catch (const std::system_error &failure) {

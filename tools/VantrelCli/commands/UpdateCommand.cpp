@@ -13,6 +13,7 @@
 #include "ShownDiffs.h"
 #include "StopSignals.h"
 #include "UpdateRun.h"
+#include "WrongUsage.h"
 #include "updUtils.h"
 
 #include <QElapsedTimer>
@@ -29,6 +30,20 @@ namespace {
 bool hasBegun(const RunResult &result)
 {
     return !result.changeLogPath.isEmpty();
+}
+
+/// Whether objects may refer to more shapes than those that were read.
+bool hidesNames(const Finding &finding)
+{
+    return finding.kind == FindingKind::FolderUnreadable || finding.kind == FindingKind::ScreenUnreadable;
+}
+
+QString complaintAbout(const QString &name, const ShapeNames &known)
+{
+    const QString nearest = known.nearestTo(name);
+    return u"no object refers to the shape \"%1\"%2"_s.arg(
+        name, nearest.isEmpty() ? u" (\"vantrel-cli shapes\" shows the names)"_s
+                                : u", did you mean \"%1\"?"_s.arg(nearest));
 }
 
 class UpdateCommand final
@@ -48,6 +63,7 @@ private:
     QList<Finding> findOtherBesideDryRun() const;
     ExitCode refuseBesideAnotherRun(const QList<Finding> &findings);
     ExitCode refuse(const QList<Finding> &obstacles);
+    void requireKnownNames() const;
     QSet<QString> chosenShapes() const;
     ExitCode changeProject();
     ExitCode tryOnStandIn();
@@ -78,6 +94,7 @@ ExitCode UpdateCommand::execute()
     m_survey = surveyProject(m_options.projectDir, m_options.makeFolders);
     if (const QList<Finding> inUse = findOtherBesideDryRun(); !inUse.isEmpty())
         return refuseBesideAnotherRun(inUse);
+    requireKnownNames();
     const QList<Finding> findings = m_survey.findings + findHiddenIcons(m_options.projectDir, chosenShapes());
     m_presenter.showHints(findingsOf(findings, Severity::Hint));
     const QList<Finding> obstacles = findingsOf(findings, Severity::Obstacle);
@@ -167,11 +184,30 @@ ExitCode UpdateCommand::tryOnStandIn()
     return finish(end);
 }
 
+/// A run for a name that nothing refers to would replace nothing, and still set the last backup aside.
+void UpdateCommand::requireKnownNames() const
+{
+    const QList<Finding> &findings = m_survey.findings;
+    if (m_survey.imageFiles.isEmpty() || std::any_of(findings.cbegin(), findings.cend(), hidesNames))
+        return;
+    const ShapeNames known(m_survey.shapeNames);
+    const QStringList unknown = known.unmatched(m_options.shapeNames);
+    if (unknown.isEmpty())
+        return;
+    constexpr qsizetype mostComplaints = 10;
+    QStringList complaints;
+    for (const QString &name : unknown.first(std::min(unknown.size(), mostComplaints)))
+        complaints.append(complaintAbout(name, known));
+    if (const qsizetype more = unknown.size() - mostComplaints; more > 0)
+        complaints.append(u"the same holds for %1 more of the names that were given"_s.arg(more));
+    throw WrongUsage{complaints};
+}
+
 /// The names that objects refer to and that are to be replaced.
 QSet<QString> UpdateCommand::chosenShapes() const
 {
     return m_options.allShapes ? m_survey.shapeNames
-                               : matchingNames(m_survey.shapeNames, m_options.shapeNames);
+                               : ShapeNames(m_survey.shapeNames).matching(m_options.shapeNames);
 }
 
 RunResult UpdateCommand::convert(const QString &projectDir, const QString &scratchRoot)
