@@ -53,6 +53,13 @@ QByteArray scatteredScreen()
            "ID;4;Rect;End\nPSDV;0;0;99;49;2;1;15;8;1;0;0;0\n";
 }
 
+ExitCode exitCodeFor(const QByteArray &findings)
+{
+    if (findings.contains("a run was interrupted"))
+        return ExitCode::FilesMissing;
+    return findings.contains(": obstacle: ") ? ExitCode::Refused : ExitCode::DoneWithFindings;
+}
+
 void addRow(const char *name, const QString &folder, Preparation prepare, const QByteArray &findings,
             const QByteArray &end)
 {
@@ -464,7 +471,7 @@ void TestCheck::findsEachKind()
     const CliResult result = check(project);
     QCOMPARE(withPlaceholders(result.output, project.dir()), findings + '\n' + end);
     QCOMPARE(result.errorOutput, QByteArray());
-    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::DoneWithFindings));
+    QCOMPARE(result.exitCode, static_cast<int>(exitCodeFor(findings)));
 }
 
 void TestCheck::findsWhatItMayNotRead_data()
@@ -511,7 +518,7 @@ void TestCheck::findsWhatItMayNotRead()
     const CliResult result = run.execute({u"check"_s, u"--project"_s, project.dir()});
     QVERIFY(::chmod(qPrintable(project.path(path)), 0700) == 0);
     QCOMPARE(result.output, findings + '\n' + end);
-    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::DoneWithFindings));
+    QCOMPARE(result.exitCode, static_cast<int>(exitCodeFor(findings)));
 }
 
 namespace {
@@ -564,7 +571,7 @@ void TestCheck::tellsNothingButWhoseRunIsUnderWay()
 
     const CliResult result = CliRun().execute(command + QStringList{u"--project"_s, project.dir()});
     QCOMPARE(findingsIn(result), ".vantrel.lock: " + underWay(project.dir()));
-    QVERIFY(result.exitCode != static_cast<int>(ExitCode::Done));
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Refused));
     QCOMPARE(describeTree(project.dir()), before);
 }
 
@@ -615,7 +622,7 @@ void TestCheck::tellsOfARunThatBeginsMeanwhile()
 
     const CliResult result = run.finish();
     QCOMPARE(findingsIn(result), ".vantrel.lock: " + underWay(project.dir()));
-    QVERIFY(result.exitCode != static_cast<int>(ExitCode::Done));
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Refused));
 }
 
 void TestCheck::listsFindingsInTheSameOrderAgain()
@@ -655,7 +662,7 @@ void TestCheck::foreseesMakeFolders()
     const TestProject project;
     SmallPlant::makeIn(project);
     project.write(u"scr/x/y/b.psc"_s, SmallPlant::plainScreen());
-    QCOMPARE(check(project).exitCode, static_cast<int>(ExitCode::DoneWithFindings));
+    QCOMPARE(check(project).exitCode, static_cast<int>(ExitCode::Refused));
     const CliResult result = check(project, {u"--make-folders"_s});
     QCOMPARE(result.output, totals(2, 1, 0, 0));
     QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Done));
@@ -714,7 +721,7 @@ void TestCheck::findsThatThereIsNoRoom()
         QSKIP("this system lets no process have a disk of its own");
     QVERIFY2(output.contains("/disk: obstacle: the copies of a run need up to "), output.constData());
     QVERIFY2(output.endsWith("\n\n" + totals(2, 1, 1, 0)), output.constData());
-    QCOMPARE(process.exitCode(), static_cast<int>(ExitCode::DoneWithFindings));
+    QCOMPARE(process.exitCode(), static_cast<int>(ExitCode::Refused));
 }
 
 void TestCheck::escapesWhatNamesHold()

@@ -105,7 +105,7 @@ void TestDiff::showsWhatARunChanged()
                             "\n" +
                                 totals(2, 1, 3, 3));
     QCOMPARE(result.errorOutput, QByteArray());
-    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::DoneWithFindings));
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Different));
 }
 
 void TestDiff::findsNothingInEqualFolders()
@@ -130,7 +130,7 @@ void TestDiff::showsAddedAndRemovedScreens()
                             "--- scr_bak/area/old.psc\n+++ /dev/null\n@@ -1,2 +0,0 @@\n-one\n-two\n"
                             "\n" +
                                 totals(3, 3, 1, 2));
-    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::DoneWithFindings));
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Different));
 }
 
 void TestDiff::showsLineEndsThatDiffer_data()
@@ -214,7 +214,10 @@ void TestDiff::needsBothFolders()
              "scr_bak: hint: there is no such folder; compare after a run, which makes it\n"
              "\n" +
                  totals(0, 0, 0, 0));
-    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::DoneWithFindings));
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Refused));
+
+    project.makeFolder(u"scr"_s);
+    QCOMPARE(diff(project).exitCode, static_cast<int>(ExitCode::DoneWithFindings));
 }
 
 void TestDiff::colorsWhereAsked()
@@ -278,7 +281,7 @@ void TestDiff::tellsWhatItMayNotRead()
     QCOMPARE(result.output, "scr/a.psc: obstacle: it could not be read, so that it was not compared; make it "
                             "readable\n\n" +
                                 totals(1, 0, 0, 0));
-    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::DoneWithFindings));
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Refused));
 }
 
 void TestDiff::leadsFromOneVersionToTheOther_data()

@@ -373,7 +373,7 @@ void TestRecover::finishes()
 
     const CliResult result = recover(project, {u"--finish"_s});
     // An invalid screen is reported, whether the screens are converted again or not.
-    COMPARE_EXIT_CODE(result, DoneWithErrors);
+    COMPARE_EXIT_CODE(result, FilesMissing);
     QVERIFY2(result.output.contains("scr/hall/bad.psc"), result.output.constData());
     QCOMPARE(bytesBelow(project, u"scr"_s), conversions());
     QCOMPARE(bytesBelow(project, u"scr_bak"_s), originals());
@@ -392,7 +392,7 @@ void TestRecover::tellsAndChangesNothing()
     const QStringList before = describeTree(project.dir());
 
     const CliResult result = recover(project);
-    COMPARE_EXIT_CODE(result, DoneWithFindings);
+    COMPARE_EXIT_CODE(result, FilesMissing);
     QCOMPARE(
         withPlaceholders(result.output, project.dir()),
         ".vantrel.run: obstacle: a run was interrupted: copying back (vantrel-cli 1.2.3, begun at 2024-03-05 "
@@ -414,7 +414,7 @@ void TestRecover::tellsTheSameAsJson()
     putOriginals(project, u"scr"_s);
     writeStage(project, RunStage::Converting);
     const CliResult result = recover(project, {u"--json"_s});
-    COMPARE_EXIT_CODE(result, DoneWithFindings);
+    COMPARE_EXIT_CODE(result, FilesMissing);
     QCOMPARE(result.errorOutput, QByteArray());
     QCOMPARE(result.output.count('\n'), 4);
     QVERIFY2(result.output.contains("\"check\":\"run-interrupted\""), result.output.constData());
@@ -460,7 +460,7 @@ void TestRecover::takesAnOlderTempFolderAsTheRunFoundIt()
 
     project.write(u"scr_temp/a.psc"_s, "half");
     StageFile(project.dir(), facts).enter({});
-    COMPARE_EXIT_CODE(recover(project, {u"--finish"_s}), DoneWithErrors);
+    COMPARE_EXIT_CODE(recover(project, {u"--finish"_s}), FilesMissing);
     QMap<QString, QByteArray> expected = conversions();
     expected.insert(older);
     QCOMPARE(bytesBelow(project, u"scr"_s), expected);
@@ -518,7 +518,7 @@ void TestRecover::goesOnWithAnInterruptedUndoing()
     StageFile(project.dir(), facts)
         .enter({.stage = RunStage::SettingAside, .unsaved = {}, .endedAt = RunStage::Done});
     COMPARE_EXIT_CODE(recover(project, {u"--finish"_s}), Refused);
-    COMPARE_EXIT_CODE(recover(project), DoneWithFindings);
+    COMPARE_EXIT_CODE(recover(project), FilesMissing);
     QCOMPARE(bytesBelow(project, u"scr"_s), conversions());
     COMPARE_EXIT_CODE(recover(project, {u"--undo"_s}), Done);
     QCOMPARE(bytesBelow(project, u"scr"_s), originals());
@@ -682,7 +682,7 @@ void TestRecover::canBeRepeatedWhereTheStageCannotBeWritten_data()
         QTest::newRow(name) << interruption << option << ExitCode::Done;
     };
     const auto finished = [](const char *name, Interruption interruption) {
-        QTest::newRow(name) << interruption << u"--finish"_s << ExitCode::DoneWithErrors;
+        QTest::newRow(name) << interruption << u"--finish"_s << ExitCode::FilesMissing;
     };
     takenBack(
         "roll back",
@@ -764,7 +764,7 @@ void TestRecover::canBeRepeatedWhereAScreenCannotBeCopied()
     QVERIFY2(result.errorOutput.endsWith("repeat the command.\n"), result.errorOutput.constData());
 
     QVERIFY(QFile::remove(project.path(u"scr/hall"_s)));
-    COMPARE_EXIT_CODE(recover(project, {u"--finish"_s}), DoneWithErrors);
+    COMPARE_EXIT_CODE(recover(project, {u"--finish"_s}), FilesMissing);
     QCOMPARE(bytesBelow(project, u"scr"_s), conversions());
 }
 
@@ -1139,7 +1139,7 @@ void TestRecover::goesOnWhenAFolderCanBeListedAgain_data()
                writeStage(project, RunStage::Discarding);
            })
         << u"scr_bak/hall"_s << u"--finish"_s << QByteArray("The last backup could not be removed. No screen")
-        << ExitCode::DoneWithErrors << Interruption([](const TestProject &project) {
+        << ExitCode::FilesMissing << Interruption([](const TestProject &project) {
                QCOMPARE(bytesBelow(project, u"scr"_s), conversions());
                QCOMPARE(bytesBelow(project, u"scr_bak"_s), originals());
            });
@@ -1202,7 +1202,7 @@ void TestRecover::isToldByOtherCommands()
     writeStage(project, RunStage::CopyingBack);
     const QStringList before = describeTree(project.dir());
     const CliResult result = CliRun().execute({command, u"--project"_s, project.dir()});
-    COMPARE_EXIT_CODE(result, DoneWithFindings);
+    COMPARE_EXIT_CODE(result, FilesMissing);
     QVERIFY2(result.output.startsWith(".vantrel.run: obstacle: a run was interrupted: copying back"),
              result.output.constData());
     QVERIFY2(result.output.contains("recover --project"), result.output.constData());
@@ -1226,7 +1226,7 @@ void TestRecover::keepsUpdateFromStarting()
     const QStringList before = describeTree(project.dir());
     const CliResult result = CliRun().execute(
         QStringList{u"update"_s, u"--project"_s, project.dir(), u"--all-shapes"_s} + options);
-    COMPARE_EXIT_CODE(result, Refused);
+    COMPARE_EXIT_CODE(result, FilesMissing);
     QVERIFY2(result.errorOutput.contains("see \"vantrel-cli recover --project"),
              result.errorOutput.constData());
     QCOMPARE(describeTree(project.dir()), before);

@@ -31,6 +31,7 @@ class TestShapes : public QObject
 private Q_SLOTS:
     void listsEveryNameWithItsState();
     void findsNothingWhereAllIsUpToDate();
+    void tellsUnusableShapesFromOutdatedOnes();
     void isOutdatedWhereAnIconIsMissing();
     void countsAScreenOnce();
     void tellsWhatItLeftOut();
@@ -70,7 +71,7 @@ void TestShapes::listsEveryNameWithItsState()
                         "Outdated      2\n"
                         "Unusable      3\n"));
     QCOMPARE(result.errorOutput, QByteArray());
-    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::DoneWithFindings));
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Different));
     QCOMPARE(describeTree(project.dir()), before);
 }
 
@@ -89,6 +90,17 @@ void TestShapes::findsNothingWhereAllIsUpToDate()
                                        "Outdated      0\n"
                                        "Unusable      0\n"));
     QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Done));
+}
+
+void TestShapes::tellsUnusableShapesFromOutdatedOnes()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/a.psc"_s, SmallPlant::screenAfterUpdate());
+    project.write(u"scr/b.psc"_s, SmallPlant::screenWith("gone.plb"));
+    QCOMPARE(shapes(project).exitCode, static_cast<int>(ExitCode::DoneWithFindings));
+    project.write(u"scr/a.psc"_s, SmallPlant::screenWith("pump.plb"));
+    QCOMPARE(shapes(project).exitCode, static_cast<int>(ExitCode::Different));
 }
 
 /// A run adds the object's lines once more for a missing icon, even where the shape is the same.
@@ -141,7 +153,7 @@ void TestShapes::tellsWhatItLeftOut()
                    "Objects       0\n"
                    "Outdated      0\n"
                    "Unusable      0\n"));
-    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::DoneWithFindings));
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Refused));
 }
 
 void TestShapes::needsAnImageFolder()
@@ -149,7 +161,7 @@ void TestShapes::needsAnImageFolder()
     const TestProject project;
     const CliResult result = shapes(project);
     QVERIFY(result.output.startsWith("scr: obstacle: there is no such folder; "));
-    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::DoneWithFindings));
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Refused));
 }
 
 /// Each shape alone: outdated where a run for it alone would change a screen. The lines of the

@@ -116,6 +116,8 @@ private Q_SLOTS:
     void refusesWhatARunWouldLose_data();
     void refusesWhatARunWouldLose();
     void refusesAFileInPlaceOfTheScreensFolder();
+    void refusesWhatIsNoProject_data();
+    void refusesWhatIsNoProject();
     void refusesWhatItMayNotRead_data();
     void refusesWhatItMayNotRead();
     void refusesWhereFoldersCannotBeMade_data();
@@ -129,7 +131,7 @@ private Q_SLOTS:
 
     void tellsThatCopyingBackFailed();
     void namesFilesThatAreMissing();
-    void countsFailedFilesAsReportedNotAsMissing();
+    void namesFilesThatCouldNotBeConverted();
 
     void choosesShapes_data();
     void choosesShapes();
@@ -157,6 +159,7 @@ private Q_SLOTS:
 
     void stopsAtASignal_data();
     void stopsAtASignal();
+    void tellsWhereNoVersionIsLeft();
     void goesOnWhereASignalIsIgnored();
     void tellsTheFirstOfTwoSignals();
     void stopsBeforeTheFirstFile();
@@ -265,11 +268,6 @@ void row(const char *name, Preparation prepare, const QByteArray &obstacle)
 
 void addFolderRows()
 {
-    const QByteArray noFolder =
-        "scr: there is no such folder; choose a project directory, which holds \"scr\"";
-    row(
-        "no screens folder", [](const TestProject &project) { project.remove(u"scr"_s); }, noFolder);
-
     const QByteArray leftOver = "scr_temp: a run that did not end has left it; old files in it would reach "
                                 "\"scr\"; look whether \"scr\" is whole, then remove it";
     row(
@@ -415,6 +413,31 @@ void TestUpdate::refusesAFileInPlaceOfTheScreensFolder()
              result.errorOutput.constData());
     COMPARE_EXIT_CODE(result, Refused);
     QCOMPARE(project.read(u"scr"_s), QByteArray("no folder"));
+}
+
+void TestUpdate::refusesWhatIsNoProject_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::newRow("plainly") << QStringList();
+    QTest::newRow("with force") << QStringList{u"--force"_s};
+    QTest::newRow("as a dry run") << QStringList{u"--dry-run"_s, u"--force"_s};
+}
+
+/// There is nothing that a run could be forced over, and the last backup may be all that is left.
+void TestUpdate::refusesWhatIsNoProject()
+{
+    QFETCH(const QStringList, options);
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.remove(u"scr"_s);
+    const QStringList before = describeTree(project.dir());
+    const CliResult result = update(project, QStringList{u"--all-shapes"_s} + options);
+    QCOMPARE(result.errorOutput,
+             "Refused, nothing was touched: there is no such project.\n"
+             "scr: there is no such folder; choose a project directory, which holds \"scr\"\n"
+             "1 obstacle.\n");
+    COMPARE_EXIT_CODE(result, Refused);
+    QCOMPARE(describeTree(project.dir()), before);
 }
 
 void TestUpdate::refusesWhatItMayNotRead_data()
@@ -649,17 +672,18 @@ void TestUpdate::namesFilesThatAreMissing()
             totals(2, 1, 1, 0));
     QCOMPARE(
         withPlaceholders(result.errorOutput, project.dir()),
-        QByteArray(
-            "scr/hall/cellar/b.psc: its folder could not be made in \"scr_temp\", \"scr_bak\" and "
-            "\"scr\": no screen comes before it in scr/hall; use --make-folders\n"
-            "Missing: <project>/scr/hall/cellar/b.psc is neither in \"scr\" nor reported; look for it in "
-            "\"scr_bak\".\n"));
+        QByteArray("scr/hall/cellar/b.psc: its folder could not be made in \"scr_temp\", \"scr_bak\" and "
+                   "\"scr\": no screen comes before it in scr/hall; use --make-folders\n"
+                   "Missing: scr/hall/cellar/b.psc is not in \"scr\" after the run; its version from before "
+                   "the run lies "
+                   "in scr_bak/hall/cellar/b.psc.\n"));
     COMPARE_EXIT_CODE(result, FilesMissing);
     QCOMPARE(project.files(u"scr"_s), QStringList{u"a.psc"_s});
     QCOMPARE(project.read(u"scr_bak/hall/cellar/b.psc"_s), SmallPlant::plainScreen());
 }
 
-void TestUpdate::countsFailedFilesAsReportedNotAsMissing()
+/// In the backup, a folder that begins like the one of the screens has another name.
+void TestUpdate::namesFilesThatCouldNotBeConverted()
 {
     const TestProject project;
     SmallPlant::makeIn(project);
@@ -677,10 +701,18 @@ void TestUpdate::countsFailedFilesAsReportedNotAsMissing()
              QByteArray("scr/b.psc: Image File [line 2]: PSDV... not enough parameters (must be >= 12); mend "
                         "the line, or move the file out of \"scr\"\n"
                         "error: Image File <project>/scr/b.psc [line 2]: PSDV... not enough parameters (must "
-                        "be >= 12)\n"));
-    COMPARE_EXIT_CODE(result, DoneWithErrors);
+                        "be >= 12)\n"
+                        "Missing: scr/b.psc is not in \"scr\" after the run; its version from before the run "
+                        "lies in scr_bak/b.psc.\n"));
+    COMPARE_EXIT_CODE(result, FilesMissing);
     QCOMPARE(project.files(u"scr"_s), QStringList{u"a.psc"_s});
     QCOMPARE(project.read(u"scr_bak/b.psc"_s), SmallPlant::invalidScreen());
+
+    project.write(u"scr/scripts/c.psc"_s, SmallPlant::invalidScreen());
+    const CliResult renamed = update(project, {u"--all-shapes"_s, u"--force"_s, u"--quiet"_s});
+    COMPARE_EXIT_CODE(renamed, FilesMissing);
+    QVERIFY2(renamed.errorOutput.endsWith("lies in scr_bak/scr_bakipts/c.psc.\n"),
+             renamed.errorOutput.constData());
 }
 
 // --- What takes part ---
@@ -1168,6 +1200,23 @@ void TestUpdate::stopsAtASignal()
     QCOMPARE(describeTree(project.path(u"scr"_s)), screens);
     QCOMPARE(project.files(u"scr_temp"_s), QStringList({u"a.psc"_s, u"b.psc"_s}));
     QVERIFY(!project.exists(u"scr_bak"_s));
+}
+
+/// Somebody removes a screen while the run is busy with the one before it.
+void TestUpdate::tellsWhereNoVersionIsLeft()
+{
+    WaitingPlant plant;
+    CliRun run;
+    run.start(updateOf(plant.project(), {u"--all-shapes"_s, u"--quiet"_s}));
+    QVERIFY(plant.waitForRun());
+    plant.project().remove(u"scr/c.psc"_s);
+    plant.deliverShape();
+    const CliResult result = run.finish();
+    COMPARE_EXIT_CODE(result, FilesMissing);
+    QVERIFY2(result.errorOutput.endsWith(
+                 "\nMissing: scr/c.psc is not in \"scr\" after the run; nor is its version "
+                 "from before the run in \"scr_bak\".\n"),
+             result.errorOutput.constData());
 }
 
 void TestUpdate::goesOnWhereASignalIsIgnored()

@@ -121,11 +121,13 @@ def require_nothing_lost(before: Tree, after: Tree, outcome: Outcome | None = No
 
 
 def errors_told(outcome: Outcome) -> collections.Counter:
-    """What the log and the reports say of errors, wherever the project lay."""
+    """What log, reports, findings and the last line say of errors, wherever the project lay."""
     def somewhere(text: str) -> str:
         return re.sub(r"\S*/case\d+/", "", text)
     reports = [f"{report['imageFile']} {report['error']}" for report in outcome.error_reports()]
-    return collections.Counter(somewhere(text) for text in outcome.messages() + reports)
+    findings = [f"{finding['path']} {finding['text']}" for finding in outcome.of_kind("finding")]
+    endings = [end["message"] for end in outcome.of_kind("end") if end["message"]]
+    return collections.Counter(somewhere(text) for text in outcome.messages() + reports + findings + endings)
 
 
 def has_told_more(outcome: Outcome, undisturbed: Outcome) -> bool:

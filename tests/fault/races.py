@@ -22,6 +22,7 @@ from tracing import Injection, options_for, path_options, tracer
 from trees import LOCK, RUN_FILES, Tree, below, differences, lost_originals
 
 REFUSED = 3
+LEFT_OVER = 4
 STOP_SIGNALS = (signal.SIGINT, signal.SIGTERM, signal.SIGHUP)
 CANCELLED_RUNS = 200
 
@@ -70,7 +71,7 @@ def check_heir(surroundings: Surroundings, setting: Setting, injection: Injectio
         outcome = outcome_of(second)
         if lost := lost_originals(place.before, place.tree()):
             raise Failure(f"originals lost, exit code {outcome.code}: {', '.join(lost)}")
-        if outcome.code != REFUSED:
+        if outcome.code != LEFT_OVER:
             raise Failure(f"the second run ended with exit code {outcome.code}")
 
 

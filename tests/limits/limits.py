@@ -206,7 +206,7 @@ def many_points_promised_by_a_screen(project):
 @case()
 def many_points_promised_by_a_screen_that_is_forced(project):
     write(project / "scr/a.psc", PLAIN, b"PNT;1000000000;0;1;2\n")
-    return Expectation([DONE_WITH_ERRORS], message=b"(must be >= 2000000000)", options=["--force"])
+    return Expectation([FILES_MISSING], message=b"(must be >= 2000000000)", options=["--force"])
 
 
 @case()
@@ -289,7 +289,7 @@ def odd_version(make):
         write(project / "scr_bak/a.psc", PLAIN)
         make(project / "scr/b.psc")
         write(project / "scr_bak/b.psc", PLAIN)
-        return Expectation([DONE, DONE_WITH_ERRORS], command="diff")
+        return Expectation([REFUSED], b"could not be read", command="diff")
     return prepare
 
 
@@ -390,7 +390,7 @@ def a_screen_that_is_too_large_and_forced(project):
     write(project / "scr/a.psc", (b"TXT;a;b\n", TOO_LARGE // 8))
     os.link(project / "scr/a.psc", project / "also.psc")
     write(project / "scr/b.psc", PLAIN)
-    return Expectation([DONE_WITH_ERRORS], b"Could not open Image File", unchanged=["b.psc"], backups=["a.psc"],
+    return Expectation([FILES_MISSING], b"Could not open Image File", unchanged=["b.psc"], backups=["a.psc"],
                        options=["--force"], bytes_per_byte=0)
 
 

@@ -144,7 +144,7 @@ inline constexpr std::array findingRows{
     FindingRow{FindingKind::ScratchFailed, QLatin1StringView("scratch-failed"), Severity::Obstacle,
                QLatin1StringView("a dry run could not set up its scratch folder")},
     FindingRow{FindingKind::ScreenLost, QLatin1StringView("screen-lost"), Severity::Obstacle,
-               QLatin1StringView("after a run, a screen is neither in \"scr\" nor reported")},
+               QLatin1StringView("after a run, a screen from before it is not in \"scr\"")},
     FindingRow{FindingKind::RunUnderWay, QLatin1StringView("run-under-way"), Severity::Obstacle,
                QLatin1StringView("somebody else works on the project")},
     FindingRow{FindingKind::RunInterrupted, QLatin1StringView("run-interrupted"), Severity::Obstacle,

@@ -24,8 +24,7 @@ public:
     qsizetype changedFiles() const { return m_changedFiles; }
     qsizetype addedLines() const { return m_addedLines; }
     qsizetype removedLines() const { return m_removedLines; }
-    /// Whether every screen could be read and none differs.
-    bool areEqual() const { return m_changedFiles == 0 && m_unreadableFiles == 0; }
+    qsizetype unreadableFiles() const { return m_unreadableFiles; }
 
 private:
     qsizetype m_changedFiles = 0;

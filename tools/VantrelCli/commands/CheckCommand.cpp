@@ -1,6 +1,7 @@
 // The command that reads a project and tells what a user should look at before a run.
 #include "CheckCommand.h"
 
+#include "FindingCode.h"
 #include "HiddenIcons.h"
 #include "LeftOverFinding.h"
 #include "Presenter.h"
@@ -196,7 +197,7 @@ ExitCode runCheck(const CheckOptions &options, Presenter &presenter)
     CommandEnd end;
     end.command = "check"_L1;
     end.projectDir = options.projectDir;
-    end.exitCode = result.findings.isEmpty() ? ExitCode::Done : ExitCode::DoneWithFindings;
+    end.exitCode = exitCodeOf(result.findings);
     end.counts = {{Count::Files, result.files},
                   {Count::Shapes, result.shapes},
                   {Count::Obstacles, countOf(result.findings, Severity::Obstacle)},

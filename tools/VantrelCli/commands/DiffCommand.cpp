@@ -1,6 +1,7 @@
 // The command that compares a project's screens with their backup.
 #include "DiffCommand.h"
 
+#include "FindingCode.h"
 #include "LeftOverFinding.h"
 #include "Presenter.h"
 #include "ProjectPath.h"
@@ -115,7 +116,11 @@ ExitCode runDiff(const QString &projectDir, Presenter &presenter)
     CommandEnd end;
     end.command = "diff"_L1;
     end.projectDir = projectDir;
-    end.exitCode = findings.isEmpty() && diffs.areEqual() ? ExitCode::Done : ExitCode::DoneWithFindings;
+    end.exitCode = exitCodeOf(findings);
+    if (diffs.changedFiles() > 0)
+        end.exitCode = weightier(end.exitCode, ExitCode::Different);
+    if (diffs.unreadableFiles() > 0)
+        end.exitCode = weightier(end.exitCode, ExitCode::Refused);
     end.counts = QList<CountValue>{{Count::Files, count}} + countsOf(diffs);
     presenter.showEnd(end);
     return end.exitCode;

@@ -135,7 +135,10 @@ ExitCode HistoryCommand::compare()
                            {m_options.projectDir + u'/' + place, place}),
              m_presenter);
     }
-    return endWith(diffs.areEqual() ? ExitCode::Done : ExitCode::DoneWithFindings, {},
+    ExitCode code = diffs.changedFiles() > 0 ? ExitCode::Different : ExitCode::Done;
+    if (diffs.unreadableFiles() > 0)
+        code = weightier(code, ExitCode::Refused);
+    return endWith(code, {},
                    QList<CountValue>{{Count::Files, screens}} + countsOf(diffs));
 }
 

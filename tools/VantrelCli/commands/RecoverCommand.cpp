@@ -69,6 +69,11 @@ const StageText &textOf(RunStage stage)
     return row == stageTexts.end() ? stageTexts.back() : *row;
 }
 
+ExitCode codeOf(const LoggedErrors &errors)
+{
+    return errors.hasAny() ? ExitCode::DoneWithErrors : ExitCode::Done;
+}
+
 QString screensText(qsizetype count)
 {
     return count == 1 ? u"1 screen"_s : u"%1 screens"_s.arg(count);
@@ -169,7 +174,7 @@ ExitCode RecoverCommand::recoverUndoing(const RunRecord &record)
         m_presenter.showFinding(finding);
     const QString message = u"The undoing of a run was interrupted; --undo goes on with it."_s;
     return m_options.action == RecoverAction::Tell
-               ? endWith(ExitCode::DoneWithFindings, message, plan.record.facts.screens.size())
+               ? endWith(ExitCode::FilesMissing, message, plan.record.facts.screens.size())
                : refuse(message);
 }
 
@@ -189,7 +194,7 @@ ExitCode RecoverCommand::tell(const RecoveryPlan &plan)
              u"\"%1 --roll-back\" %2"_s.arg(command, text.rollBack));
     tellFact(u"scr_bak"_s, u"%1 from before the run whole here only"_s.arg(screensText(plan.inBackup.size())),
              u"\"%1 --finish\" %2"_s.arg(command, text.finish));
-    return endWith(ExitCode::DoneWithFindings, u"Nothing was changed; --roll-back or --finish does it."_s,
+    return endWith(ExitCode::FilesMissing, u"Nothing was changed; --roll-back or --finish does it."_s,
                    plan.record.facts.screens.size());
 }
 
@@ -243,8 +248,11 @@ ExitCode RecoverCommand::finishConversion(const RecoveryPlan &plan)
                        result.fileCount);
     if (!result.isCompleted || !result.isCopiedBack)
         return endWith(ExitCode::FilesMissing, u"The run could not be completed."_s, result.fileCount);
-    const bool hasErrors = errors.hasAny() || result.errors > 0;
-    return endWith(hasErrors ? ExitCode::DoneWithErrors : ExitCode::Done,
+    if (tellUnconverted(plan))
+        return endWith(ExitCode::FilesMissing,
+                       u"The run is complete, but for screens that it could not convert."_s,
+                       result.fileCount);
+    return endWith(result.errors > 0 ? ExitCode::DoneWithErrors : codeOf(errors),
                    u"The screens were converted again, and the run is complete."_s, result.fileCount);
 }
 
@@ -271,7 +279,7 @@ ExitCode RecoverCommand::finishLater(const RecoveryPlan &plan)
                       u"Not all files could be copied from \"scr_temp\" to \"scr\"; copy them by hand."_s);
     }
     return endRun(
-        plan, tellUnconverted(plan) || errors.hasAny() ? ExitCode::DoneWithErrors : ExitCode::Done,
+        plan, tellUnconverted(plan) ? ExitCode::FilesMissing : codeOf(errors),
         u"The run is complete: \"scr\" holds the converted screens, \"scr_bak\" those from before it."_s);
 }
 

@@ -1,6 +1,7 @@
 // The command that lists the shapes that a project's screens use.
 #include "ShapesCommand.h"
 
+#include "FindingCode.h"
 #include "LeftOverFinding.h"
 #include "Presenter.h"
 #include "ReadingListener.h"
@@ -78,8 +79,11 @@ ExitCode runShapes(const QString &projectDir, Presenter &presenter)
     CommandEnd end;
     end.command = "shapes"_L1;
     end.projectDir = projectDir;
-    const bool isSomethingFound = !findings.isEmpty() || outdated + unusable > 0;
-    end.exitCode = isSomethingFound ? ExitCode::DoneWithFindings : ExitCode::Done;
+    end.exitCode = exitCodeOf(findings);
+    if (outdated > 0)
+        end.exitCode = weightier(end.exitCode, ExitCode::Different);
+    if (unusable > 0)
+        end.exitCode = weightier(end.exitCode, ExitCode::DoneWithFindings);
     end.counts = {{Count::Files, files},
                   {Count::Shapes, shapes.size()},
                   {Count::Objects, countObjects(shapes)},

@@ -1,6 +1,7 @@
 // The command that replaces placed objects by their current shapes.
 #include "UpdateCommand.h"
 
+#include "FindingCode.h"
 #include "HiddenIcons.h"
 #include "LeftOverFinding.h"
 #include "LoggedErrors.h"
@@ -9,6 +10,7 @@
 #include "ProjectPath.h"
 #include "ProjectSurvey.h"
 #include "ScratchProject.h"
+#include "ScreenPlaces.h"
 #include "ShapeNames.h"
 #include "ShownDiffs.h"
 #include "StopSignals.h"
@@ -30,6 +32,13 @@ namespace {
 bool hasBegun(const RunResult &result)
 {
     return !result.changeLogPath.isEmpty();
+}
+
+/// Whether there is nothing to run over.
+bool hasNoProject(const QList<Finding> &obstacles)
+{
+    return std::any_of(obstacles.cbegin(), obstacles.cend(),
+                       [](const Finding &obstacle) { return obstacle.kind == FindingKind::FolderMissing; });
 }
 
 /// Whether objects may refer to more shapes than those that were read.
@@ -69,9 +78,9 @@ private:
     ExitCode tryOnStandIn();
     RunResult convert(const QString &projectDir, const QString &scratchRoot);
     void showChanges(const ScratchProject &standIn, ScreenDiffs &diffs);
-    QStringList lostScreens(const RunResult &result, const QString &root) const;
+    QList<LostScreen> lostScreens(const RunResult &result, const QString &root) const;
     CommandEnd describeEnd(const RunResult &result, const QString &root) const;
-    ExitCode exitCodeOf(const RunResult &result, const QStringList &lost) const;
+    ExitCode exitCodeOfRun(const RunResult &result, const QList<LostScreen> &lost) const;
     ExitCode endWith(ExitCode code);
     ExitCode finish(const CommandEnd &end);
 
@@ -98,7 +107,7 @@ ExitCode UpdateCommand::execute()
     const QList<Finding> findings = m_survey.findings + findHiddenIcons(m_options.projectDir, chosenShapes());
     m_presenter.showHints(findingsOf(findings, Severity::Hint));
     const QList<Finding> obstacles = findingsOf(findings, Severity::Obstacle);
-    if (!obstacles.isEmpty() && !m_options.force)
+    if (!obstacles.isEmpty() && (!m_options.force || hasNoProject(obstacles)))
         return refuse(obstacles);
     m_presenter.showObstacles(obstacles);
     if (m_stopSignals.received() != 0)
@@ -128,12 +137,13 @@ QList<Finding> UpdateCommand::findOtherBesideDryRun() const
 ExitCode UpdateCommand::refuseBesideAnotherRun(const QList<Finding> &findings)
 {
     m_presenter.showObstacles(findings);
-    return endWith(ExitCode::Refused);
+    return endWith(exitCodeOf(findings));
 }
 
 ExitCode UpdateCommand::refuse(const QList<Finding> &obstacles)
 {
-    m_presenter.showRefusal(obstacles);
+    m_presenter.showRefusal(obstacles,
+                            hasNoProject(obstacles) ? Refusal::EvenIfForced : Refusal::UnlessForced);
     return endWith(ExitCode::Refused);
 }
 
@@ -245,16 +255,20 @@ void UpdateCommand::showChanges(const ScratchProject &standIn, ScreenDiffs &diff
     }
 }
 
-/// Image files from before the run that are neither in "scr" nor reported as not converted.
-QStringList UpdateCommand::lostScreens(const RunResult &result, const QString &root) const
+/// Image files from before the run that are not in "scr", whether they were reported or not.
+QList<LostScreen> UpdateCommand::lostScreens(const RunResult &result, const QString &root) const
 {
     if (!result.isCompleted)
         return {};
-    QStringList lost;
-    std::copy_if(m_survey.imageFiles.cbegin(), m_survey.imageFiles.cend(), std::back_inserter(lost),
-                 [&](const QString &file) {
-                     return !result.failedFiles.contains(file) && !QFileInfo::exists(root + file);
-                 });
+    const ScreenPlaces places(root + m_options.projectDir);
+    QList<LostScreen> lost;
+    for (const QString &file : m_survey.imageFiles) {
+        if (QFileInfo::exists(root + file))
+            continue;
+        const QString path = relativeTo(m_options.projectDir, file);
+        const QString backup = places.backup(path.sliced(QStringView(u"scr/").size()));
+        lost.append({path, QFileInfo::exists(backup) ? relativeTo(places.projectDir(), backup) : QString()});
+    }
     return lost;
 }
 
@@ -266,11 +280,11 @@ CommandEnd UpdateCommand::describeEnd(const RunResult &result, const QString &ro
                   {Count::NotReplaced, result.notReplaced},
                   {Count::Errors, result.errors}};
     end.lostScreens = lostScreens(result, root);
-    end.exitCode = exitCodeOf(result, end.lostScreens);
+    end.exitCode = exitCodeOfRun(result, end.lostScreens);
     return end;
 }
 
-ExitCode UpdateCommand::exitCodeOf(const RunResult &result, const QStringList &lost) const
+ExitCode UpdateCommand::exitCodeOfRun(const RunResult &result, const QList<LostScreen> &lost) const
 {
     if (!result.isCompleted && m_stopSignals.received() != 0)
         return stoppedBy(m_stopSignals.received());

@@ -106,9 +106,6 @@ void UpdateRun::count(const STBlock &block)
         break;
     case ReportStatus::Error:
         ++m_result.errors;
-        // Reports of objects name their lines.
-        if (block.firstLine < 0)
-            m_result.failedFiles.insert(block.imageFile);
         break;
     default:
         ++m_result.replaced;

@@ -30,7 +30,6 @@ struct RunResult
     qsizetype replaced = 0; ///< reports of each status
     qsizetype notReplaced = 0;
     qsizetype errors = 0;
-    QSet<QString> failedFiles; ///< reported as not converted
     int fileCount = 0;
     bool isCompleted = false; ///< not stopped before its last file
     bool isCopiedBack = true; ///< as far as the run itself noticed

@@ -94,7 +94,7 @@ void JsonPresenter::showObstacles(const QList<Finding> &obstacles)
         showFinding(obstacle);
 }
 
-void JsonPresenter::showRefusal(const QList<Finding> &obstacles)
+void JsonPresenter::showRefusal(const QList<Finding> &obstacles, Refusal /*refusal*/)
 {
     showObstacles(obstacles);
 }
@@ -163,9 +163,11 @@ void JsonPresenter::showEnd(const CommandEnd &end)
         printLine(JsonKind::Log,
                   {{u"level"_s, entry.level}, {u"time"_s, entry.time}, {u"message"_s, entry.message}});
     }
-    for (const QString &screen : end.lostScreens) {
-        showFinding({FindingKind::ScreenLost, relativeTo(m_projectDir, screen),
-                     u"it is neither in \"scr\" nor reported"_s, u"look for it in \"scr_bak\""_s});
+    for (const LostScreen &screen : end.lostScreens) {
+        showFinding({FindingKind::ScreenLost, screen.path, u"it is not in \"scr\" after the run"_s,
+                     screen.backup.isEmpty()
+                         ? u"look for it elsewhere: its version from before the run is not in \"scr_bak\""_s
+                         : u"its version from before the run lies in %1"_s.arg(screen.backup)});
     }
     printLine(JsonKind::End, {{u"command"_s, end.command},
                               {u"project"_s, end.projectDir},

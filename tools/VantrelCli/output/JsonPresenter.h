@@ -25,7 +25,7 @@ public:
     void showFinding(const Finding &finding) override;
     void showHints(const QList<Finding> &hints) override;
     void showObstacles(const QList<Finding> &obstacles) override;
-    void showRefusal(const QList<Finding> &obstacles) override;
+    void showRefusal(const QList<Finding> &obstacles, Refusal refusal) override;
     void showReport(const STBlock &report) override;
     void showShape(const ShapeReport &shape) override;
     void showDiff(const FileDiff &diff) override;

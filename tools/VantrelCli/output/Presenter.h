@@ -115,6 +115,13 @@ struct KeptRun
 
 enum class Verbosity { Everything, Quiet };
 
+/// A screen from before a run that is not in "scr" after it.
+struct LostScreen
+{
+    QString path;   ///< relative to the project
+    QString backup; ///< where its version from before the run lies; empty where nothing does
+};
+
 /// How a command ended.
 struct CommandEnd
 {
@@ -125,8 +132,13 @@ struct CommandEnd
     std::optional<double> seconds; ///< of a run
     QString changeLogPath;         ///< empty where none was written
     bool isDryRun = false;
-    QStringList lostScreens; ///< whole paths; after a run neither in "scr" nor reported
-    QString message;         ///< what else a user must know; mostly empty
+    QList<LostScreen> lostScreens;
+    QString message; ///< what else a user must know; mostly empty
+};
+
+enum class Refusal {
+    UnlessForced,
+    EvenIfForced, ///< there is nothing to run over
 };
 
 /// Shows what commands tell, in the order in which they tell it. Paths are relative to the
@@ -146,7 +158,7 @@ public:
     /// What a run would lose or fail to convert, where it runs all the same.
     virtual void showObstacles(const QList<Finding> &obstacles) = 0;
     /// The same where it does not run.
-    virtual void showRefusal(const QList<Finding> &obstacles) = 0;
+    virtual void showRefusal(const QList<Finding> &obstacles, Refusal refusal) = 0;
 
     virtual void showReport(const STBlock &report) = 0;
     virtual void showShape(const ShapeReport &shape) = 0;

@@ -4,10 +4,24 @@
 #include "ProjectPath.h"
 
 #include <algorithm>
+#include <array>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+struct RefusalText
+{
+    QLatin1StringView heading;
+    QLatin1StringView wayOut; ///< behind the number of obstacles
+};
+
+/// In the order of the enumeration.
+constexpr std::array refusalTexts{
+    RefusalText{"Refused, nothing was touched: a run would lose or not convert the following."_L1,
+                "; --force runs all the same."_L1},
+    RefusalText{"Refused, nothing was touched: there is no such project."_L1, "."_L1},
+};
 
 QString counted(qsizetype count, const QString &one, const QString &many)
 {
@@ -161,13 +175,12 @@ void TextPresenter::showObstacles(const QList<Finding> &obstacles)
     }
 }
 
-void TextPresenter::showRefusal(const QList<Finding> &obstacles)
+void TextPresenter::showRefusal(const QList<Finding> &obstacles, Refusal refusal)
 {
-    m_errorOutput.printLine(m_errorOutput.colored(
-        u"Refused, nothing was touched: a run would lose or not convert the following."_s, Color::Red));
+    const RefusalText &text = refusalTexts.at(static_cast<std::size_t>(refusal));
+    m_errorOutput.printLine(m_errorOutput.colored(text.heading, Color::Red));
     showObstacles(obstacles);
-    m_errorOutput.printLine(
-        u"%1; --force runs all the same."_s.arg(counted(obstacles.size(), u"obstacle"_s, u"obstacles"_s)));
+    m_errorOutput.printLine(counted(obstacles.size(), u"obstacle"_s, u"obstacles"_s) + text.wayOut);
 }
 
 void TextPresenter::showReport(const STBlock &report)
@@ -240,12 +253,15 @@ void TextPresenter::showEnd(const CommandEnd &end)
     printLosses(end.lostScreens);
 }
 
-void TextPresenter::printLosses(const QStringList &screens)
+void TextPresenter::printLosses(const QList<LostScreen> &screens)
 {
-    for (const QString &screen : screens) {
+    for (const LostScreen &screen : screens) {
+        const QString place =
+            screen.backup.isEmpty()
+                ? u"nor is its version from before the run in \"scr_bak\""_s
+                : u"its version from before the run lies in %1"_s.arg(escaped(screen.backup));
         m_errorOutput.printLine(
-            u"Missing: %1 is neither in \"scr\" nor reported; look for it in \"scr_bak\"."_s.arg(
-                escaped(screen)));
+            u"Missing: %1 is not in \"scr\" after the run; %2."_s.arg(escaped(screen.path), place));
     }
 }
 

@@ -20,7 +20,7 @@ public:
     void showFinding(const Finding &finding) override;
     void showHints(const QList<Finding> &hints) override;
     void showObstacles(const QList<Finding> &obstacles) override;
-    void showRefusal(const QList<Finding> &obstacles) override;
+    void showRefusal(const QList<Finding> &obstacles, Refusal refusal) override;
     void showReport(const STBlock &report) override;
     void showShape(const ShapeReport &shape) override;
     void showDiff(const FileDiff &diff) override;
@@ -34,7 +34,7 @@ private:
     void printReports();
     void printHint(const Finding &first, qsizetype count);
     void printDiffLine(const QByteArray &line);
-    void printLosses(const QStringList &screens);
+    void printLosses(const QList<LostScreen> &screens);
     void printTotals(const CommandEnd &end);
 
     Output &m_output;
