@@ -138,6 +138,8 @@ private Q_SLOTS:
     void refusesNamesThatNoObjectRefersTo_data();
     void refusesNamesThatNoObjectRefersTo();
     void judgesNoNamesWhereScreensCannotBeRead();
+    void takesTheUsableShapes();
+    void takesANamedShapeBesideTheUsableOnes();
     void takesAnySpellingOfTheProject_data();
     void takesAnySpellingOfTheProject();
 
@@ -830,6 +832,56 @@ void TestUpdate::judgesNoNamesWhereScreensCannotBeRead()
     const CliResult result = run.execute(updateOf(project, {u"--shape"_s, u"pump.plb"_s}));
     COMPARE_EXIT_CODE(result, Refused);
     QCOMPARE(result.errorOutput, refusal("scr/a.psc: Could not open Image File; make it readable"));
+}
+
+namespace {
+
+/// Screens with one object each, and their shapes: only "pump.plb" can be used.
+void makeUnusableShapesIn(const TestProject &project)
+{
+    SmallPlant::makeIn(project);
+    for (const char *name : {"empty.plb", "gone.plb", "invalid.plb", "lamp.plb", "x.cat.plb"})
+        project.write(u"scr/%1.psc"_s.arg(QLatin1StringView(name)), SmallPlant::screenWith(name));
+    project.write(u"mac/empty.plb"_s, "a header line\n");
+    project.write(u"mac/invalid.plb"_s, "ID;1;Rect\nPSDV;1\n");
+    project.write(u"mac/lamp.plb"_s,
+                  SmallPlant::shape() + "ID;2;Icon;State\nDIV;0;on;on.bmp\nDIV;1;off;off.bmp\n");
+    project.write(u"mac/x.cat.plb"_s, SmallPlant::shape());
+    project.write(u"bmp/on.bmp"_s, "picture");
+}
+
+} // namespace
+
+void TestUpdate::takesTheUsableShapes()
+{
+    const TestProject project;
+    makeUnusableShapesIn(project);
+    const CliResult result = update(project, {u"--usable-shapes"_s});
+    QCOMPARE(
+        result.errorOutput,
+        "empty.plb: hint: this shape is left out: it holds no object; see \"vantrel-cli check\"\n"
+        "gone.plb: hint: this shape is left out: it is missing in \"mac\" and \"mac/vlo\"; see \"vantrel-cli "
+        "check\"\n"
+        "invalid.plb: hint: this shape is left out: Shape File [line 2]: PSDV... not enough parameters (must "
+        "be >= 13); see \"vantrel-cli check\"\n"
+        "lamp.plb: hint: this shape is left out: Ikon off.bmp does not exist; see \"vantrel-cli check\"\n"
+        "x.cat.plb: hint: this shape is left out: it is refused, since its path holds \".cat\"; see "
+        "\"vantrel-cli check\"\n");
+    COMPARE_EXIT_CODE(result, Done);
+    QCOMPARE(project.read(u"scr/a.psc"_s), SmallPlant::screenAfterUpdate());
+    for (const char *name : {"empty.plb", "gone.plb", "invalid.plb", "lamp.plb", "x.cat.plb"})
+        QCOMPARE(project.read(u"scr/%1.psc"_s.arg(QLatin1StringView(name))), SmallPlant::screenWith(name));
+}
+
+void TestUpdate::takesANamedShapeBesideTheUsableOnes()
+{
+    const TestProject project;
+    makeUnusableShapesIn(project);
+    const CliResult result = update(project, {u"--usable-shapes"_s, u"--shape"_s, u"LAMP.plb"_s});
+    COMPARE_EXIT_CODE(result, DoneWithErrors);
+    QVERIFY2(!result.errorOutput.contains("lamp.plb: hint"), result.errorOutput.constData());
+    QVERIFY2(result.output.contains("lamp.plb"), result.output.constData());
+    QCOMPARE(project.read(u"scr/a.psc"_s), SmallPlant::screenAfterUpdate());
 }
 
 void TestUpdate::takesAnySpellingOfTheProject_data()

@@ -78,7 +78,7 @@ void TestUsage::refusesWrongUsage_data()
     row("empty project", {u"update"_s, u"--all-shapes"_s, u"--project"_s, u""_s}, noProject);
 
     const QByteArray noShape = "no shape was chosen, so that nothing would be replaced; use --shape NAME, "
-                               "--shapes-from FILE or --all-shapes" +
+                               "--shapes-from FILE, --all-shapes or --usable-shapes" +
                                seeUpdateHelp;
     row("no shape option", {u"update"_s, u"--project"_s, u"."_s}, noShape);
     const QByteArray emptyShape = "the name of a shape is empty; use --shape NAME";
@@ -90,6 +90,8 @@ void TestUsage::refusesWrongUsage_data()
         emptyShape + "; see \"vantrel-cli check --help\"\n");
     row("list without a shape", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u"/dev/null"_s},
         noShape);
+    row("two sets of shapes", {u"update"_s, u"--project"_s, u"."_s, u"--all-shapes"_s, u"--usable-shapes"_s},
+        "--all-shapes and --usable-shapes exclude each other" + seeUpdateHelp);
     row("list that does not exist", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u"no-list"_s},
         "the list of shapes \"no-list\" could not be read" + seeUpdateHelp);
     row("folder as a list", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u"."_s},
@@ -119,9 +121,10 @@ void TestUsage::explainsItself_data()
                                  << QByteArrayList{"update", "--help", "--version"};
     QTest::newRow("update") << QStringList{u"update"_s, u"--help"_s}
                             << QByteArray("Usage: vantrel-cli update [options]")
-                            << QByteArrayList{"--project DIR", "--shape NAME",   "--shapes-from FILE",
-                                              "--all-shapes",  "--make-folders", "--force",
-                                              "--quiet",       "--color WHEN",   "--help"};
+                            << QByteArrayList{"--project DIR", "--shape NAME",    "--shapes-from FILE",
+                                              "--all-shapes",  "--usable-shapes", "--make-folders",
+                                              "--force",       "--quiet",         "--color WHEN",
+                                              "--help"};
     QTest::newRow("update, with other options")
         << QStringList{u"update"_s, u"--project"_s, u"."_s, u"--help"_s}
         << QByteArray("Usage: vantrel-cli update [options]") << QByteArrayList{"--project DIR"};

@@ -64,6 +64,10 @@ inline constexpr std::array updateOptions{
     OptionRow{QLatin1StringView("all-shapes"),
               {},
               QLatin1StringView("the same for every shape file that objects refer to")},
+    OptionRow{
+        QLatin1StringView("usable-shapes"),
+        {},
+        QLatin1StringView("the same for those of them that are valid and have all icons; tells the others")},
     OptionRow{QLatin1StringView("make-folders"),
               {},
               QLatin1StringView("make folders with their parents, so that no level needs a screen")},

@@ -267,9 +267,11 @@ QString CommandRequest::takeShapeNames()
 
 QString CommandRequest::complaintAboutUpdate() const
 {
-    if (m_shapeNames.isEmpty() && !isSet(u"all-shapes"_s)) {
+    if (isSet(u"all-shapes"_s) && isSet(u"usable-shapes"_s))
+        return u"--all-shapes and --usable-shapes exclude each other"_s;
+    if (m_shapeNames.isEmpty() && !isSet(u"all-shapes"_s) && !isSet(u"usable-shapes"_s)) {
         return u"no shape was chosen, so that nothing would be replaced; use --shape NAME, "
-               "--shapes-from FILE or --all-shapes"_s;
+               "--shapes-from FILE, --all-shapes or --usable-shapes"_s;
     }
     if (isSet(u"fail-on-changes"_s) && !isSet(u"dry-run"_s))
         return u"--fail-on-changes needs --dry-run"_s;
@@ -428,6 +430,7 @@ ExitCode CommandRequest::performUpdate(Presenter &presenter)
     return runUpdate({.projectDir = m_projectDir,
                       .shapeNames = m_shapeNames,
                       .allShapes = isSet(u"all-shapes"_s),
+                      .usableShapes = isSet(u"usable-shapes"_s),
                       .makeFolders = isSet(u"make-folders"_s),
                       .force = isSet(u"force"_s),
                       .keptRuns = keptRuns(),
@@ -440,8 +443,8 @@ ExitCode CommandRequest::performUpdate(Presenter &presenter)
 /// The command without what keeps it from changing the project, and what tells how to print.
 QString CommandRequest::realCommand() const
 {
-    constexpr std::array kept{"project"_L1,      "shape"_L1, "shapes-from"_L1, "all-shapes"_L1,
-                              "make-folders"_L1, "force"_L1, "keep-runs"_L1};
+    constexpr std::array kept{"project"_L1,       "shape"_L1,        "shapes-from"_L1, "all-shapes"_L1,
+                              "usable-shapes"_L1, "make-folders"_L1, "force"_L1,       "keep-runs"_L1};
     QStringList words{programName, m_command.name};
     for (const QLatin1StringView option : kept) {
         if (!isSet(option))

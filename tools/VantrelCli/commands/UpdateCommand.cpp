@@ -15,6 +15,7 @@
 #include "ShownDiffs.h"
 #include "StopSignals.h"
 #include "UpdateRun.h"
+#include "UsableShapes.h"
 #include "WrongUsage.h"
 #include "updUtils.h"
 
@@ -73,7 +74,7 @@ private:
     ExitCode refuseBesideAnotherRun(const QList<Finding> &findings);
     ExitCode refuse(const QList<Finding> &obstacles);
     void requireKnownNames() const;
-    QSet<QString> chosenShapes() const;
+    void chooseShapes();
     ExitCode changeProject();
     ExitCode tryOnStandIn();
     RunResult convert(const QString &projectDir, const QString &scratchRoot);
@@ -90,6 +91,7 @@ private:
     StopSignals m_stopSignals;
     std::unique_ptr<ProjectLock> m_lock; ///< null for a dry run, which writes nothing
     ProjectSurvey m_survey;
+    QSet<QString> m_chosenShapes; ///< by the names that objects refer to
     bool m_hasLoggedErrors = false;
 };
 
@@ -104,7 +106,8 @@ ExitCode UpdateCommand::execute()
     if (const QList<Finding> inUse = findOtherBesideDryRun(); !inUse.isEmpty())
         return refuseBesideAnotherRun(inUse);
     requireKnownNames();
-    const QList<Finding> findings = m_survey.findings + findHiddenIcons(m_options.projectDir, chosenShapes());
+    chooseShapes();
+    const QList<Finding> findings = m_survey.findings + findHiddenIcons(m_options.projectDir, m_chosenShapes);
     m_presenter.showHints(findingsOf(findings, Severity::Hint));
     const QList<Finding> obstacles = findingsOf(findings, Severity::Obstacle);
     if (!obstacles.isEmpty() && (!m_options.force || hasNoProject(obstacles)))
@@ -213,18 +216,24 @@ void UpdateCommand::requireKnownNames() const
     throw WrongUsage{complaints};
 }
 
-/// The names that objects refer to and that are to be replaced.
-QSet<QString> UpdateCommand::chosenShapes() const
+/// Tells which shapes are left out, each by its name.
+void UpdateCommand::chooseShapes()
 {
-    return m_options.allShapes ? m_survey.shapeNames
-                               : ShapeNames(m_survey.shapeNames).matching(m_options.shapeNames);
+    m_chosenShapes = m_options.allShapes ? m_survey.shapeNames
+                                         : ShapeNames(m_survey.shapeNames).matching(m_options.shapeNames);
+    if (!m_options.usableShapes)
+        return;
+    const UsableShapes shapes = usableShapesAmong(m_options.projectDir, m_survey.shapeNames - m_chosenShapes);
+    m_chosenShapes.unite(shapes.names);
+    for (const Finding &finding : shapes.leftOut)
+        m_presenter.showHints({finding});
 }
 
 RunResult UpdateCommand::convert(const QString &projectDir, const QString &scratchRoot)
 {
     // All that were given: an object may come to refer to one of them before its screen is converted.
     QSet<QString> shapeNames(m_options.shapeNames.cbegin(), m_options.shapeNames.cend());
-    shapeNames.unite(chosenShapes());
+    shapeNames.unite(m_chosenShapes);
     UpdateRun run({.projectDir = projectDir,
                    .shapeNames = shapeNames,
                    .makeFolders = m_options.makeFolders,

@@ -13,7 +13,8 @@ struct UpdateOptions
 {
     QString projectDir; ///< absolute and clean
     QStringList shapeNames;
-    bool allShapes = false;
+    bool allShapes = false;    ///< besides those that are named
+    bool usableShapes = false; ///< the same for all that can be used
     bool makeFolders = false;
     bool force = false;
     int keptRuns = RunHistory::usualRuns;
