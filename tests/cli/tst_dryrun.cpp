@@ -101,7 +101,9 @@ private Q_SLOTS:
     void worksBesideAFolderForTemporaryFilesWithCapitals();
     void passesOverATempFolderThatLeadsNowhere();
     void leavesNothingBehind();
-    void refusesWhatARunRefuses();
+    void tellsWhatKeepsARunFromStarting_data();
+    void tellsWhatKeepsARunFromStarting();
+    void tellsOfALeftOverRun();
     void failsWhereAScreenWouldChange();
     void passesWhereNoScreenWouldChange();
     void namesTheCommandThatChanges();
@@ -283,19 +285,50 @@ void TestDryRun::leavesNothingBehind()
     QCOMPARE(describeTree(project.beside(u"temporary"_s)), QStringList());
 }
 
-void TestDryRun::refusesWhatARunRefuses()
+void TestDryRun::tellsWhatKeepsARunFromStarting_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::newRow("plainly") << QStringList();
+    QTest::newRow("where changes count") << QStringList{u"--fail-on-changes"_s};
+}
+
+/// And goes on, without naming what a refused run does not lose.
+void TestDryRun::tellsWhatKeepsARunFromStarting()
+{
+    QFETCH(const QStringList, options);
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/bad.psc"_s, SmallPlant::invalidScreen());
+    project.write(u"scr/notes.txt"_s, "x");
+    const CliResult result = dryRun(project, QStringList{u"--all-shapes"_s} + options);
+    QVERIFY2(tableOf(result.output).contains("REPLACE  scr/a.psc"), result.output.constData());
+    QVERIFY2(result.output.contains("--- scr/a.psc\n"), result.output.constData());
+    const QByteArray badLine = " [line 2]: PSDV... not enough parameters (must be >= 12)";
+    QCOMPARE(withPlaceholders(result.errorOutput, project.dir()),
+             "A run would be refused: it would lose or not convert the following.\n"
+             "scr/notes.txt: a run would lose this file: it is no image file; move it out of \"scr\"\n"
+             "scr/bad.psc: Image File" +
+                 badLine +
+                 "; mend the line, or move the file out of \"scr\"\n"
+                 "2 obstacles; --force runs all the same.\n"
+                 "error: Image File <project>/scr/bad.psc" +
+                 badLine + '\n');
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Refused));
+}
+
+void TestDryRun::tellsOfALeftOverRun()
 {
     const TestProject project;
     SmallPlant::makeIn(project);
     project.write(u"scr/notes.txt"_s, "x");
-    const CliResult result = dryRun(project);
-    QCOMPARE(result.output, QByteArray());
-    QCOMPARE(result.errorOutput,
-             QByteArray("Refused, nothing was touched: a run would lose or not convert the following.\n"
-                        "scr/notes.txt: a run would lose this file: it is no image file; move it out of "
-                        "\"scr\"\n"
-                        "1 obstacle; --force runs all the same.\n"));
-    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Refused));
+    project.write(u".vantrel.run"_s, "?");
+    const CliResult result = dryRun(project, {u"--all-shapes"_s, u"--force"_s});
+    QVERIFY2(tableOf(result.output).contains("REPLACE  scr/a.psc"), result.output.constData());
+    QVERIFY2(result.errorOutput.startsWith("A run would be refused: an earlier one was interrupted.\n"
+                                           ".vantrel.run: a run was interrupted; "),
+             result.errorOutput.constData());
+    QVERIFY2(result.errorOutput.endsWith("\n2 obstacles.\n"), result.errorOutput.constData());
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::FilesMissing));
 }
 
 void TestDryRun::failsWhereAScreenWouldChange()

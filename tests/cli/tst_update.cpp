@@ -432,6 +432,8 @@ void TestUpdate::refusesWhatIsNoProject()
     const TestProject project;
     SmallPlant::makeIn(project);
     project.remove(u"scr"_s);
+    // A hint about it would be beside the point.
+    project.remove(u"log"_s);
     const QStringList before = describeTree(project.dir());
     const CliResult result = update(project, QStringList{u"--all-shapes"_s} + options);
     QCOMPARE(result.errorOutput,

@@ -72,7 +72,7 @@ private:
     QList<Finding> keepOthersAway();
     QList<Finding> findOtherBesideDryRun() const;
     ExitCode refuseBesideAnotherRun(const QList<Finding> &findings);
-    ExitCode refuse(const QList<Finding> &obstacles);
+    void tellObstacles(const QList<Finding> &obstacles);
     void requireKnownNames() const;
     void chooseShapes();
     ExitCode changeProject();
@@ -91,7 +91,8 @@ private:
     StopSignals m_stopSignals;
     std::unique_ptr<ProjectLock> m_lock; ///< null for a dry run, which writes nothing
     ProjectSurvey m_survey;
-    QSet<QString> m_chosenShapes; ///< by the names that objects refer to
+    QSet<QString> m_chosenShapes;        ///< by the names that objects refer to
+    ExitCode m_refusal = ExitCode::Done; ///< of a run, which a dry run does not share
     bool m_hasLoggedErrors = false;
 };
 
@@ -100,7 +101,8 @@ ExitCode UpdateCommand::execute()
     // Before anything is read: another run makes and moves folders.
     if (const QList<Finding> inUse = keepOthersAway(); !inUse.isEmpty())
         return refuseBesideAnotherRun(inUse);
-    if (const QList<Finding> leftOver = findLeftOverRun(m_options.projectDir); !leftOver.isEmpty())
+    const QList<Finding> leftOver = findLeftOverRun(m_options.projectDir);
+    if (!leftOver.isEmpty() && !m_options.dryRun)
         return refuseBesideAnotherRun(leftOver);
     m_survey = surveyProject(m_options.projectDir, m_options.makeFolders);
     if (const QList<Finding> inUse = findOtherBesideDryRun(); !inUse.isEmpty())
@@ -108,11 +110,12 @@ ExitCode UpdateCommand::execute()
     requireKnownNames();
     chooseShapes();
     const QList<Finding> findings = m_survey.findings + findHiddenIcons(m_options.projectDir, m_chosenShapes);
-    m_presenter.showHints(findingsOf(findings, Severity::Hint));
-    const QList<Finding> obstacles = findingsOf(findings, Severity::Obstacle);
-    if (!obstacles.isEmpty() && (!m_options.force || hasNoProject(obstacles)))
-        return refuse(obstacles);
-    m_presenter.showObstacles(obstacles);
+    const QList<Finding> obstacles = leftOver + findingsOf(findings, Severity::Obstacle);
+    if (!hasNoProject(obstacles))
+        m_presenter.showHints(findingsOf(findings, Severity::Hint));
+    tellObstacles(obstacles);
+    if (m_refusal != ExitCode::Done && (!m_options.dryRun || hasNoProject(obstacles)))
+        return endWith(m_refusal);
     if (m_stopSignals.received() != 0)
         return endWith(stoppedBy(m_stopSignals.received()));
     return m_options.dryRun ? tryOnStandIn() : changeProject();
@@ -143,11 +146,23 @@ ExitCode UpdateCommand::refuseBesideAnotherRun(const QList<Finding> &findings)
     return endWith(exitCodeOf(findings));
 }
 
-ExitCode UpdateCommand::refuse(const QList<Finding> &obstacles)
+/// Tells what keeps a run from starting, and takes down with which code it is refused.
+void UpdateCommand::tellObstacles(const QList<Finding> &obstacles)
 {
-    m_presenter.showRefusal(obstacles,
-                            hasNoProject(obstacles) ? Refusal::EvenIfForced : Refusal::UnlessForced);
-    return endWith(ExitCode::Refused);
+    const bool isLeftOver = exitCodeOf(obstacles) == ExitCode::FilesMissing;
+    const bool isForced = m_options.force && !isLeftOver && !hasNoProject(obstacles);
+    if (obstacles.isEmpty() || isForced) {
+        m_presenter.showObstacles(obstacles);
+        return;
+    }
+    m_refusal = exitCodeOf(obstacles);
+    if (hasNoProject(obstacles))
+        m_presenter.showRefusal(obstacles, Refusal::NoProject);
+    else if (isLeftOver)
+        m_presenter.showRefusal(obstacles, Refusal::ForeseenOverLeftOver);
+    else
+        m_presenter.showRefusal(obstacles,
+                                m_options.dryRun ? Refusal::ForeseenUnlessForced : Refusal::UnlessForced);
 }
 
 ExitCode UpdateCommand::changeProject()
@@ -184,8 +199,12 @@ ExitCode UpdateCommand::tryOnStandIn()
     ScreenDiffs diffs;
     showChanges(standIn, diffs);
     end.counts += countsOf(diffs);
-    if (m_options.failOnChanges && diffs.changedFiles() > 0) {
-        end.exitCode = ExitCode::WouldChange;
+    if (m_refusal != ExitCode::Done) {
+        // What it would lose is told already, and is not lost.
+        end.lostScreens.clear();
+        end.exitCode = m_refusal;
+    } else if (m_options.failOnChanges && diffs.changedFiles() > 0) {
+        end.exitCode = weightier(end.exitCode, ExitCode::WouldChange);
         end.message = u"A run would change %1; to have it do so: %2"_s.arg(
             diffs.changedFiles() == 1 ? u"1 screen"_s : u"%1 screens"_s.arg(diffs.changedFiles()),
             m_options.realCommand);

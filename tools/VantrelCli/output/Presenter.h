@@ -136,9 +136,12 @@ struct CommandEnd
     QString message; ///< what else a user must know; mostly empty
 };
 
+/// Why a run does not start, or, where a dry run goes on, would not.
 enum class Refusal {
     UnlessForced,
-    EvenIfForced, ///< there is nothing to run over
+    NoProject,
+    ForeseenUnlessForced,
+    ForeseenOverLeftOver, ///< an earlier run was interrupted
 };
 
 /// Shows what commands tell, in the order in which they tell it. Paths are relative to the

@@ -21,6 +21,9 @@ constexpr std::array refusalTexts{
     RefusalText{"Refused, nothing was touched: a run would lose or not convert the following."_L1,
                 "; --force runs all the same."_L1},
     RefusalText{"Refused, nothing was touched: there is no such project."_L1, "."_L1},
+    RefusalText{"A run would be refused: it would lose or not convert the following."_L1,
+                "; --force runs all the same."_L1},
+    RefusalText{"A run would be refused: an earlier one was interrupted."_L1, "."_L1},
 };
 
 QString counted(qsizetype count, const QString &one, const QString &many)
