@@ -261,7 +261,7 @@ void Vantrel::cancelRun()
 void Vantrel::onConvertEnd()
 {
     // The worker may tell the end of a cancelled run while a newer one is shown.
-    if (isToldByConverter() && run.takeEnd() == RunState::End::OfEarlierRun) {
+    if (isToldByConverter() && run.takeEnd() == ShownRun::End::OfEarlierRun) {
         logMilestone(u"End"_s, __LINE__);
         return;
     }

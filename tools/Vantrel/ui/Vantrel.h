@@ -3,7 +3,7 @@
 
 #include "Converter.h"
 #include "Logger.h"
-#include "RunState.h"
+#include "ShownRun.h"
 #include "ui_Vantrel.h"
 
 #include <QSet>
@@ -61,7 +61,7 @@ protected:
     std::unique_ptr<Converter> converter;
     std::unique_ptr<CGuiFunc> guiFunc;
     Ui_VantrelClass ui;
-    RunState run;
+    ShownRun run;
     const bool &running = run.isShown();
     bool filterNamesStale = true; ///< to be collected again before they are offered
     std::unique_ptr<WatchFolderThread> watcher;

@@ -1,16 +1,16 @@
 // Which of its runs a window shows.
-#include "RunState.h"
+#include "ShownRun.h"
 
 #include <algorithm>
 
-void RunState::start(const QString &projectDir)
+void ShownRun::start(const QString &projectDir)
 {
     m_isShown = true;
     ++m_endsToCome;
     m_projectDir = projectDir;
 }
 
-RunState::End RunState::takeEnd()
+ShownRun::End ShownRun::takeEnd()
 {
     m_endsToCome = std::max(m_endsToCome - 1, 0);
     if (!m_isShown)

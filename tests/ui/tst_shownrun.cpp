@@ -1,12 +1,12 @@
 // Which of its runs a window shows.
-#include "RunState.h"
+#include "ShownRun.h"
 #include "TestSuite.h"
 
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 
-class TestRunState : public QObject
+class TestShownRun : public QObject
 {
     Q_OBJECT
 
@@ -19,37 +19,37 @@ private Q_SLOTS:
     void staysTheSameObject();
 };
 
-void TestRunState::showsNothingAtFirst()
+void TestShownRun::showsNothingAtFirst()
 {
-    const RunState run;
+    const ShownRun run;
     QVERIFY(!run.isShown());
     QVERIFY(run.isLastOneTelling());
     QCOMPARE(run.projectDir(), QString());
 }
 
-void TestRunState::showsARunUntilItsEnd()
+void TestShownRun::showsARunUntilItsEnd()
 {
-    RunState run;
+    ShownRun run;
     run.start(u"/plant"_s);
     QVERIFY(run.isShown());
     QCOMPARE(run.projectDir(), u"/plant"_s);
-    QCOMPARE(run.takeEnd(), RunState::End::OfShownRun);
+    QCOMPARE(run.takeEnd(), ShownRun::End::OfShownRun);
     run.leave();
     QVERIFY(!run.isShown());
     QCOMPARE(run.projectDir(), u"/plant"_s); // its reports are still there
 }
 
-void TestRunState::knowsTheEndOfACancelledRun()
+void TestShownRun::knowsTheEndOfACancelledRun()
 {
-    RunState run;
+    ShownRun run;
     run.start(u"/plant"_s);
     run.leave();
-    QCOMPARE(run.takeEnd(), RunState::End::OfCancelledRun);
+    QCOMPARE(run.takeEnd(), ShownRun::End::OfCancelledRun);
 }
 
-void TestRunState::keepsTheNewRunApartFromEarlierOnes()
+void TestShownRun::keepsTheNewRunApartFromEarlierOnes()
 {
-    RunState run;
+    ShownRun run;
     for (const QString &project : {u"/first"_s, u"/second"_s}) {
         run.start(project);
         run.leave();
@@ -57,24 +57,24 @@ void TestRunState::keepsTheNewRunApartFromEarlierOnes()
     run.start(u"/third"_s);
     for (int earlier = 0; earlier < 2; ++earlier) {
         QVERIFY(!run.isLastOneTelling());
-        QCOMPARE(run.takeEnd(), RunState::End::OfEarlierRun);
+        QCOMPARE(run.takeEnd(), ShownRun::End::OfEarlierRun);
         QVERIFY(run.isShown());
     }
     QVERIFY(run.isLastOneTelling());
-    QCOMPARE(run.takeEnd(), RunState::End::OfShownRun);
+    QCOMPARE(run.takeEnd(), ShownRun::End::OfShownRun);
 }
 
-void TestRunState::ignoresEndsOfNoRun()
+void TestShownRun::ignoresEndsOfNoRun()
 {
-    RunState run;
-    QCOMPARE(run.takeEnd(), RunState::End::OfCancelledRun);
+    ShownRun run;
+    QCOMPARE(run.takeEnd(), ShownRun::End::OfCancelledRun);
     run.start(u"/plant"_s);
-    QCOMPARE(run.takeEnd(), RunState::End::OfShownRun);
+    QCOMPARE(run.takeEnd(), ShownRun::End::OfShownRun);
 }
 
-void TestRunState::staysTheSameObject()
+void TestShownRun::staysTheSameObject()
 {
-    RunState run;
+    ShownRun run;
     const bool &isShown = run.isShown();
     run.start(u"/plant"_s);
     QVERIFY(isShown);
@@ -82,5 +82,5 @@ void TestRunState::staysTheSameObject()
     QVERIFY(!isShown);
 }
 
-VANTREL_TEST(QCoreApplication, TestRunState)
-#include "tst_runstate.moc"
+VANTREL_TEST(QCoreApplication, TestShownRun)
+#include "tst_shownrun.moc"

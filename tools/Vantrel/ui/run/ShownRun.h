@@ -6,7 +6,7 @@
 /// The runs that a window has started. The worker performs them one after the other and tells the
 /// end of each in that order; the window shows the last one at most, and that only until it is
 /// cancelled or its end is told. GUI thread.
-class RunState final
+class ShownRun final
 {
 public:
     /// What it means that the worker has told an end.
