@@ -1,6 +1,8 @@
 // Comparing the bytes of files.
 #include "FileComparison.h"
 
+#include "Interruption.h"
+
 #include <QFile>
 
 #include <sys/stat.h>
@@ -33,8 +35,14 @@ bool goesOnLike(QFile &a, QFile &b)
 
 bool haveSameContent(const QString &first, const QString &second)
 {
-    QFile a(first);
-    QFile b(second);
+    endIfInterrupted();
+    return isWholeCopy(first, second);
+}
+
+bool isWholeCopy(const QString &file, const QString &copy)
+{
+    QFile a(file);
+    QFile b(copy);
     if (!openFile(a) || !openFile(b) || a.size() != b.size())
         return false;
     // Not as far as the size tells: where it cannot be asked for, every file seems to be empty.
@@ -43,6 +51,7 @@ bool haveSameContent(const QString &first, const QString &second)
 
 bool isBeginningOf(const QString &first, const QString &second)
 {
+    endIfInterrupted();
     QFile a(first);
     QFile b(second);
     return openFile(a) && openFile(b) && goesOnLike(a, b);

@@ -1,6 +1,7 @@
 // Reading and writing whole files.
 #include "FileIo.h"
 
+#include "Interruption.h"
 #include "Limits.h"
 
 #include <QFile>
@@ -129,6 +130,7 @@ std::optional<FileContent> readFile(const QString &path)
 
 int copyFile(const QString &from, const QString &to)
 {
+    endIfInterrupted();
     errno = 0;
     struct stat status = {};
     const Descriptor source = openFile(from, status);

@@ -29,7 +29,8 @@ struct FileContent
 std::optional<FileContent> readFile(const QString &path);
 
 /// Copies a file of any size to where none lies, with its permissions. Returns 0, or an errno where
-/// the copy is not whole; there is none then.
+/// the copy is not whole; there is none then. Not begun on a thread that is to end, see
+/// endIfInterrupted().
 int copyFile(const QString &from, const QString &to);
 
 /// A file that is written once, from its beginning to its end.

@@ -59,7 +59,7 @@ QString putCopy(const QString &source, const QString &target)
     QFile::remove(beside);
     if (const int error = copyFile(source, beside); error != 0)
         return u"%1 could not be copied to %2: %3"_s.arg(source, folder, qt_error_string(error));
-    if (!haveSameContent(source, beside)) {
+    if (!isWholeCopy(source, beside)) {
         QFile::remove(beside);
         return u"%1 could not be copied to %2 whole"_s.arg(source, folder);
     }

@@ -7,6 +7,7 @@
 #include "FileMove.h"
 #include "FolderListing.h"
 #include "ImageFileSearch.h"
+#include "Interruption.h"
 
 #include <QDir>
 #include <QFile>
@@ -85,6 +86,7 @@ bool removeEntries(const OpenFolder &folder);
 
 bool removeEntry(const OpenFolder &folder, const FolderEntry &entry)
 {
+    endIfInterrupted();
     if (entry.kind != EntryKind::Folder)
         return unlinkat(folder.descriptor(), entry.name.constData(), 0) == 0;
     {
