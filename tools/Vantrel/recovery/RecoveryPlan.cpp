@@ -4,6 +4,7 @@
 #include "FileComparison.h"
 #include "FileIo.h"
 #include "ImageFileSearch.h"
+#include "Interruption.h"
 #include "SafeCopy.h"
 #include "StageFile.h"
 
@@ -40,8 +41,10 @@ public:
     {
         if (!m_plan.record.facts.listIsWhole && m_plan.hasBackup())
             addUnlistedScreens();
-        for (const QString &screen : std::as_const(m_plan.record.facts.screens))
+        for (const QString &screen : std::as_const(m_plan.record.facts.screens)) {
+            endIfInterrupted();
             locate(screen);
+        }
         // A screen may have been removed on purpose, but not all of them.
         if (!m_plan.hasMovedScreens() && m_plan.inPlace.isEmpty())
             m_plan.missing = m_plan.record.facts.screens;
