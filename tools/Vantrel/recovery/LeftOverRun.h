@@ -65,6 +65,9 @@ public:
     /// Does what remains of a run or an undoing. The plan must be decidable.
     RecoveryResult complete();
 
+    /// The screens from before it that are not in "scr" now.
+    QStringList unconverted() { return screensNotInPlace(); }
+
     /// Removes what tells of the run: nothing is under way any more. Returns what went wrong.
     QString forget() const;
 

@@ -2,11 +2,10 @@
 #include "RecoverCommand.h"
 
 #include "FileIo.h"
-#include "FinishRun.h"
 #include "LeftOverFinding.h"
+#include "LeftOverRun.h"
 #include "LoggedErrors.h"
 #include "Presenter.h"
-#include "ProjectLock.h"
 #include "ProjectPath.h"
 #include "RecoveryPlan.h"
 #include "RollBack.h"
@@ -86,26 +85,27 @@ public:
         : m_options(options)
         , m_presenter(presenter)
         , m_places(options.projectDir)
-        , m_lock(std::make_unique<ProjectLock>(options.projectDir))
+        , m_leftOver(std::make_unique<LeftOverRun>(options.projectDir))
     {
     }
 
     ExitCode execute();
 
 private:
-    ExitCode recoverRun(const RunRecord &record);
+    ExitCode findNothing();
+    ExitCode recoverRun();
     ExitCode recoverUndoing(const RunRecord &record);
     ExitCode tell(const RecoveryPlan &plan);
-    ExitCode rollBack(const RecoveryPlan &plan);
-    ExitCode finish(const RecoveryPlan &plan);
-    ExitCode finishConversion(const RecoveryPlan &plan);
-    ExitCode finishLater(const RecoveryPlan &plan);
-    bool tellUnconverted(const RecoveryPlan &plan);
+    ExitCode rollBack();
+    ExitCode finish();
+    ExitCode convertAgain();
+    bool tellUnconverted(const QStringList &screens);
     ExitCode undo();
     ExitCode takeBack(const RecoveryPlan &plan);
 
     ExitCode endRun(const RecoveryPlan &plan, ExitCode code, const QString &message);
     ExitCode endUnfinished(const QString &error);
+    ExitCode endFailed(const RecoveryResult &result);
     ExitCode refuse(const QString &message);
     ExitCode refuseUndecided(const RecoveryPlan &plan);
     ExitCode refuseChanged(const QStringList &paths);
@@ -115,46 +115,52 @@ private:
     const RecoverOptions &m_options;
     Presenter &m_presenter;
     ScreenPlaces m_places;
-    std::unique_ptr<ProjectLock> m_lock;
+    std::unique_ptr<LeftOverRun> m_leftOver; ///< holds the lock
 };
 
 ExitCode RecoverCommand::execute()
 {
     if (!QFileInfo(m_options.projectDir).isDir())
         return refuse(u"There is no folder %1."_s.arg(m_options.projectDir));
-    if (m_lock->isHeldByOther())
-        return refuse(u"A run is under way: the project is in use by %1."_s.arg(m_lock->holder()));
-    if (!StageFile::exists(m_options.projectDir)) {
-        if (m_options.action == RecoverAction::Undo)
-            return undo();
-        // A run that was killed before its first stage has touched nothing, but may have left
-        // the beginning of a stage file.
-        if (m_options.action != RecoverAction::Tell)
-            StageFile::removeUnfinished(m_options.projectDir);
-        return endWith(ExitCode::Done, u"No run was interrupted; there is nothing to recover."_s, 0);
-    }
-    const std::optional<RunRecord> record = StageFile::read(m_options.projectDir);
-    if (!record) {
+    switch (m_leftOver->kind()) {
+    case LeftOver::InUse:
+        return refuse(u"A run is under way: the project is in use by %1."_s.arg(m_leftOver->holder()));
+    case LeftOver::Nothing:
+        return findNothing();
+    case LeftOver::Unreadable:
         return refuse(
             u"\".vantrel.run\" cannot be read or understood. Look which of \"scr\", \"scr_bak\" and "
             "\"scr_temp\" are whole, put them in order, then remove it."_s);
+    case LeftOver::Undoing:
+        return recoverUndoing(m_leftOver->record());
+    case LeftOver::Run:
+        break;
     }
-    const bool isUndoing =
-        record->state.stage >= RunStage::SettingAside && record->state.endedAt == RunStage::Done;
-    return isUndoing ? recoverUndoing(*record) : recoverRun(*record);
+    return recoverRun();
 }
 
-ExitCode RecoverCommand::recoverRun(const RunRecord &record)
+ExitCode RecoverCommand::findNothing()
 {
-    const RecoveryPlan plan = makeRecoveryPlan(m_places, record);
+    if (m_options.action == RecoverAction::Undo)
+        return undo();
+    // A run that was killed before its first stage has touched nothing, but may have left
+    // the beginning of a stage file.
+    if (m_options.action != RecoverAction::Tell)
+        StageFile::removeUnfinished(m_options.projectDir);
+    return endWith(ExitCode::Done, u"No run was interrupted; there is nothing to recover."_s, 0);
+}
+
+ExitCode RecoverCommand::recoverRun()
+{
+    const RecoveryPlan &plan = m_leftOver->plan();
     if (!plan.isDecidable())
         return refuseUndecided(plan);
-    const bool isCompleted = record.state.stage == RunStage::Done;
+    const bool isCompleted = plan.record.state.stage == RunStage::Done;
     switch (m_options.action) {
     case RecoverAction::RollBack:
-        return isCompleted ? undo() : rollBack(plan);
+        return isCompleted ? undo() : rollBack();
     case RecoverAction::Finish:
-        return finish(plan);
+        return finish();
     case RecoverAction::Undo:
         return isCompleted ? undo() : refuse(u"The last run was interrupted; --roll-back takes it back."_s);
     case RecoverAction::Tell:
@@ -198,39 +204,43 @@ ExitCode RecoverCommand::tell(const RecoveryPlan &plan)
                    plan.record.facts.screens.size());
 }
 
-ExitCode RecoverCommand::rollBack(const RecoveryPlan &plan)
+ExitCode RecoverCommand::rollBack()
 {
-    RollBack rollBack(m_places, plan);
-    if (const QStringList changed = rollBack.changedScreens(); !changed.isEmpty())
-        return refuseChanged(changed);
-    if (const QString error = rollBack.perform(); !error.isEmpty())
-        return endUnfinished(error);
-    return endRun(
-        plan, ExitCode::Done,
+    const RecoveryResult result = m_leftOver->putBack();
+    if (result.outcome != RecoveryOutcome::Done)
+        return endFailed(result);
+    return endWith(
+        ExitCode::Done,
         u"The run was taken back: \"scr\" is as it was before it. Copied from \"scr_bak\": %1."_s.arg(
-            screensText(rollBack.restoredScreens())));
+            screensText(result.restoredScreens)),
+        m_leftOver->plan().record.facts.screens.size());
 }
 
-ExitCode RecoverCommand::finish(const RecoveryPlan &plan)
+ExitCode RecoverCommand::finish()
 {
-    const RunStage stage = plan.record.state.stage;
-    if (stage == RunStage::RollingBack || stage == RunStage::RolledBack) {
-        RollBack rollBack(m_places, plan);
-        if (const QStringList changed = rollBack.changedScreens(); !changed.isEmpty())
-            return refuseChanged(changed);
-        if (const QString error = rollBack.perform(); !error.isEmpty())
-            return endUnfinished(error);
-        return finishConversion(plan);
+    auto errors = std::make_unique<LoggedErrors>(&m_presenter);
+    const RecoveryResult result = m_leftOver->complete();
+    if (result.outcome == RecoveryOutcome::ConvertAgain) {
+        errors.reset(); // the run shows its log itself
+        return convertAgain();
     }
-    return stage == RunStage::Converting ? finishConversion(plan) : finishLater(plan);
+    const bool isUnconverted = tellUnconverted(result.unconverted);
+    if (result.outcome == RecoveryOutcome::NotAllCopiedBack && !errors->hasAny()) {
+        return endRun(m_leftOver->plan(), ExitCode::FilesMissing,
+                      u"Not all files could be copied from \"scr_temp\" to \"scr\"; copy them by hand."_s);
+    }
+    if (result.outcome != RecoveryOutcome::Done)
+        return endFailed(result);
+    return endWith(
+        isUnconverted ? ExitCode::FilesMissing : codeOf(*errors),
+        u"The run is complete: \"scr\" holds the converted screens, \"scr_bak\" those from before it."_s,
+        m_leftOver->plan().record.facts.screens.size());
 }
 
-ExitCode RecoverCommand::finishConversion(const RecoveryPlan &plan)
+ExitCode RecoverCommand::convertAgain()
 {
-    const RunFacts &facts = plan.record.facts;
-    // A half-written copy would be taken for one that is there already.
-    if (const QString error = restoreTempFolder(m_places, facts); !error.isEmpty())
-        return endUnfinished(error);
+    // Its lock is held until the run has ended.
+    const RunFacts &facts = m_leftOver->plan().record.facts;
     StopSignals stopSignals;
     UpdateRun run({.projectDir = m_options.projectDir,
                    .shapeNames = QSet<QString>(facts.shapeNames.cbegin(), facts.shapeNames.cend()),
@@ -248,7 +258,7 @@ ExitCode RecoverCommand::finishConversion(const RecoveryPlan &plan)
                        result.fileCount);
     if (!result.isCompleted || !result.isCopiedBack)
         return endWith(ExitCode::FilesMissing, u"The run could not be completed."_s, result.fileCount);
-    if (tellUnconverted(plan))
+    if (tellUnconverted(m_leftOver->unconverted()))
         return endWith(ExitCode::FilesMissing,
                        u"The run is complete, but for screens that it could not convert."_s,
                        result.fileCount);
@@ -256,45 +266,14 @@ ExitCode RecoverCommand::finishConversion(const RecoveryPlan &plan)
                    u"The screens were converted again, and the run is complete."_s, result.fileCount);
 }
 
-ExitCode RecoverCommand::finishLater(const RecoveryPlan &plan)
-{
-    const bool isCopiedBackPartly = plan.record.state.stage >= RunStage::CopyingBack;
-    const bool hasConverted = QFileInfo::exists(m_places.folder(u"scr_temp"_s));
-    if (!isCopiedBackPartly && !plan.record.facts.screens.isEmpty() && !hasConverted) {
-        return refuse(
-            u"Refused, nothing was touched: \"scr_temp\" is gone, and the converted screens with it. "
-            "--roll-back takes the run back."_s);
-    }
-    const LoggedErrors errors(&m_presenter);
-    FinishRun finishRun(m_places, plan);
-    const FinishResult result = finishRun.perform();
-    if (result == FinishResult::Contradictory)
-        return refuseChanged(finishRun.contradictoryFiles());
-    if (result == FinishResult::Failed)
-        return endUnfinished(finishRun.error());
-    if (result == FinishResult::NotAllCopiedBack && errors.hasAny())
-        return endUnfinished(u"Not all files could be copied from \"scr_temp\" to \"scr\""_s);
-    if (result == FinishResult::NotAllCopiedBack) {
-        return endRun(plan, ExitCode::FilesMissing,
-                      u"Not all files could be copied from \"scr_temp\" to \"scr\"; copy them by hand."_s);
-    }
-    return endRun(
-        plan, tellUnconverted(plan) ? ExitCode::FilesMissing : codeOf(errors),
-        u"The run is complete: \"scr\" holds the converted screens, \"scr_bak\" those from before it."_s);
-}
-
 /// Tells which screens a finished run has not brought to "scr", and returns whether there are any.
-bool RecoverCommand::tellUnconverted(const RecoveryPlan &plan)
+bool RecoverCommand::tellUnconverted(const QStringList &screens)
 {
-    bool areAllThere = true;
-    for (const QString &screen : plan.record.facts.screens) {
-        if (QFileInfo::exists(m_places.inPlace(screen)))
-            continue;
-        areAllThere = false;
+    for (const QString &screen : screens) {
         tellFact("scr/"_L1 + screen, u"it is not there: the run could not convert it, or its copy is gone"_s,
                  u"its version from before the run lies in \"scr_bak\""_s);
     }
-    return !areAllThere;
+    return !screens.isEmpty();
 }
 
 ExitCode RecoverCommand::undo()
@@ -367,12 +346,26 @@ ExitCode RecoverCommand::refuseChanged(const QStringList &paths)
 /// Nothing is under way any more.
 ExitCode RecoverCommand::endRun(const RecoveryPlan &plan, ExitCode code, const QString &message)
 {
-    StageFile file(m_options.projectDir, plan.record.facts);
-    if (!file.remove()) {
-        return endUnfinished(u"%1 could not be removed: %2"_s.arg(StageFile::path(m_options.projectDir),
-                                                                  qt_error_string(file.error())));
-    }
+    if (const QString error = m_leftOver->forget(); !error.isEmpty())
+        return endUnfinished(error);
     return endWith(code, message, plan.record.facts.screens.size());
+}
+
+/// For every outcome but those in which there is nothing left to be done here.
+ExitCode RecoverCommand::endFailed(const RecoveryResult &result)
+{
+    switch (result.outcome) {
+    case RecoveryOutcome::ChangedFiles:
+        return refuseChanged(result.changedFiles);
+    case RecoveryOutcome::NothingConverted:
+        return refuse(
+            u"Refused, nothing was touched: \"scr_temp\" is gone, and the converted screens with it. "
+            "--roll-back takes the run back."_s);
+    case RecoveryOutcome::NotAllCopiedBack:
+        return endUnfinished(u"Not all files could be copied from \"scr_temp\" to \"scr\""_s);
+    default:
+        return endUnfinished(result.error);
+    }
 }
 
 ExitCode RecoverCommand::endUnfinished(const QString &error)
