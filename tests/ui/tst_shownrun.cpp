@@ -44,7 +44,10 @@ void TestShownRun::knowsTheEndOfACancelledRun()
     ShownRun run;
     run.start(u"/plant"_s);
     run.leave();
+    QVERIFY(run.awaitsEndOf(u"/plant"_s));
+    QVERIFY(!run.awaitsEndOf(u"/other"_s));
     QCOMPARE(run.takeEnd(), ShownRun::End::OfCancelledRun);
+    QVERIFY(!run.awaitsEndOf(u"/plant"_s));
 }
 
 void TestShownRun::keepsTheNewRunApartFromEarlierOnes()
@@ -55,7 +58,8 @@ void TestShownRun::keepsTheNewRunApartFromEarlierOnes()
         run.leave();
     }
     run.start(u"/third"_s);
-    for (int earlier = 0; earlier < 2; ++earlier) {
+    for (const QString &earlier : {u"/first"_s, u"/second"_s}) {
+        QVERIFY(run.awaitsEndOf(earlier));
         QVERIFY(!run.isLastOneTelling());
         QCOMPARE(run.takeEnd(), ShownRun::End::OfEarlierRun);
         QVERIFY(run.isShown());

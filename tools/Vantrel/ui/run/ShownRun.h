@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 /// The runs that a window has started. The worker performs them one after the other and tells the
 /// end of each in that order; the window shows the last one at most, and that only until it is
@@ -26,12 +27,14 @@ public:
     /// Stays the same object, so that it can be looked at by reference.
     const bool &isShown() const { return m_isShown; }
     /// Whether what is told now is told by the run that was started last.
-    bool isLastOneTelling() const { return m_endsToCome <= 1; }
+    bool isLastOneTelling() const { return m_awaited.size() <= 1; }
+    /// Whether a run over this project has not told its end.
+    bool awaitsEndOf(const QString &projectDir) const { return m_awaited.contains(projectDir); }
     /// Project of the run that was started last.
     const QString &projectDir() const { return m_projectDir; }
 
 private:
     bool m_isShown = false;
-    int m_endsToCome = 0; ///< of runs that were started
+    QStringList m_awaited; ///< projects of the runs that have not told their ends, in their order
     QString m_projectDir;
 };
