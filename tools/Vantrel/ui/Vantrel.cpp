@@ -11,8 +11,10 @@
 #include "ProjectCompleter.h"
 #include "ProjectDrop.h"
 #include "RecentProjects.h"
+#include "RecoveryFlow.h"
 #include "ReportedFile.h"
 #include "RunNotifier.h"
+#include "RunRecord.h"
 #include "TableActions.h"
 #include "TableSetUp.h"
 #include "UserSettings.h"
@@ -51,6 +53,11 @@ void removeRows(QTableWidget &table)
         table.removeRow(row);
 }
 
+QSet<QString> toSet(const QStringList &names)
+{
+    return {names.cbegin(), names.cend()};
+}
+
 QUrl fileUrl(const QString &path)
 {
     const QString encodedPath = QString::fromLatin1(QUrl::toPercentEncoding(path, "/"));
@@ -70,7 +77,9 @@ Vantrel::Vantrel(QWidget *parent)
     converter = std::make_unique<Converter>();
     watcher = std::make_unique<WatchFolderThread>(imageFolder());
     notifier = std::make_unique<RunNotifier>(*this);
+    recovery = std::make_unique<RecoveryFlow>(*this);
     connectSignals();
+    connectRecovery();
     keepWorkerNear();
     setUpProjectLine();
     setUpKeys();
@@ -183,6 +192,17 @@ void Vantrel::keepWorkerNear()
     Qel::Logger::setMostWaiting(mostLogEntries);
 }
 
+void Vantrel::connectRecovery()
+{
+    connect(recovery.get(), &RecoveryFlow::sigMayStart, this, [this](const QString &projectDir) {
+        // The user may have turned to another project meanwhile.
+        if (projectDir == ui.lnProjectPath->text())
+            startRun(projectDir);
+    });
+    connect(recovery.get(), &RecoveryFlow::sigConvertAgain, this,
+            [this](const QString &projectDir, const RunFacts &facts) { startRun(projectDir, &facts); });
+}
+
 // --- Settings and leaving ---
 
 void Vantrel::restoreSettings()
@@ -203,8 +223,9 @@ void Vantrel::saveSettings() const
 
 void Vantrel::closeEvent(QCloseEvent *event)
 {
-    // The destructor waits for the run; this lets it end meanwhile.
+    // The destructor waits for the run, or for a recovery; this lets it end meanwhile.
     converter->cancel();
+    recovery->leave();
     notifier->runIsCancelled();
     QWidget::closeEvent(event);
 }
@@ -218,6 +239,7 @@ void Vantrel::stopWorker()
     Qel::Logger::setMostWaiting(0);
     converter->cancel();
     notifier->runIsCancelled();
+    recovery.reset();
     QThread *thread = converter->thread();
     thread->quit();
     thread->wait();
@@ -228,21 +250,28 @@ void Vantrel::stopWorker()
 
 void Vantrel::onBtnStartPressed()
 {
+    const QString projectDir = ui.lnProjectPath->text();
     if (running)
         cancelRun();
-    else
-        startRun();
+    else if (recovery->isUnderWay())
+        recovery->bringUp();
+    // The stage file may still be that of a cancelled run.
+    else if (run.awaitsEndOf(projectDir) || !recovery->takesOver(projectDir))
+        startRun(projectDir);
 }
 
-void Vantrel::startRun()
+/// As the window is set up, or as an interrupted run was, which is performed again.
+void Vantrel::startRun(const QString &projectDir, const RunFacts *interruptedRun)
 {
-    const QString projectDir = ui.lnProjectPath->text();
     run.start(projectDir);
     showRunning();
     removeRows(*ui.logTable);
     removeRows(*ui.rplShapeTable);
     converter->setProjectDir(projectDir);
-    converter->setFilterNames(selectedFilterNames);
+    converter->setFilterNames(interruptedRun != nullptr ? toSet(interruptedRun->shapeNames)
+                                                        : selectedFilterNames);
+    converter->setMakeFolders(interruptedRun != nullptr && interruptedRun->makesFolders);
+    converter->setGoesOnFromLeftOver(interruptedRun != nullptr);
     logMilestone(u"Start"_s, __LINE__);
 
     rememberProject(projectDir);

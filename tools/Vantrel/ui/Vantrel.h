@@ -14,8 +14,10 @@
 
 class CGuiFunc;
 class LogView;
+class RecoveryFlow;
 class RunNotifier;
 class WatchFolderThread;
+struct RunFacts;
 
 /// Lets the user choose a project and shape files, starts and cancels runs of the converter, and
 /// shows their progress, reports and log entries. Keeps its place, size and project in the
@@ -82,7 +84,8 @@ private:
     void stopWorker();
 
     void keepWorkerNear();
-    void startRun();
+    void connectRecovery();
+    void startRun(const QString &projectDir, const RunFacts *interruptedRun = nullptr);
     void cancelRun();
     void showRunning();
     void showIdle();
@@ -94,4 +97,5 @@ private:
     QString imageFolder() const;
 
     std::unique_ptr<LogView> logView;
+    std::unique_ptr<RecoveryFlow> recovery;
 };

@@ -1,0 +1,760 @@
+// The window over a project in which a run was interrupted.
+#include "Gates.h"
+#include "HeldFile.h"
+#include "LeftOverRun.h"
+#include "ProjectLock.h"
+#include "StageFile.h"
+#include "StartedWindow.h"
+#include "Story.h"
+#include "Surroundings.h"
+#include "TestSuite.h"
+#include "Translations.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QMap>
+#include <QPointer>
+#include <QTest>
+
+#include <thread>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int patience = 60'000; // milliseconds
+
+using Interruption = void (*)(const TestProject &project);
+
+const QStringList screens{u"00.psc"_s, u"a.psc"_s, u"b.psc"_s};
+
+QByteArray original(const QString &screen)
+{
+    return "ID;1;Rect;" + screen.toUtf8() + "\nLIB;pump.plb;1;Plant/1;Obj/1\nPSDV;1;2;3;4;2;1;15;8;1;0;1;0\n";
+}
+
+QByteArray converted(const QString &screen)
+{
+    return "ID;1;Ellipse;" + screen.toUtf8() + '\n';
+}
+
+void put(const TestProject &project, const QString &folder, QByteArray (*bytesOf)(const QString &),
+         const QStringList &some = screens)
+{
+    for (const QString &screen : some)
+        project.write(folder + u'/' + screen, bytesOf(screen));
+}
+
+RunFacts facts()
+{
+    RunFacts facts;
+    facts.program = u"vantrel 1.2.3"_s;
+    facts.started = QDateTime(QDate(2024, 3, 5), QTime(14, 7, 9));
+    facts.shapeNames = QStringList{u"pump.plb"_s};
+    facts.screens = screens;
+    return facts;
+}
+
+void writeStage(const TestProject &project, RunStage stage, RunStage endedAt, const RunFacts &ofRun = facts())
+{
+    StageFile(project.dir(), ofRun).enter({.stage = stage, .unsaved = {}, .endedAt = endedAt});
+}
+
+void endWhileConverting(const TestProject &project)
+{
+    put(project, u"scr"_s, original);
+    project.write(u"scr_temp/00.psc"_s, "half a scr");
+    project.makeFolder(u"log"_s);
+    writeStage(project, RunStage::Converting, RunStage::Converting);
+}
+
+void endWhileBackingUp(const TestProject &project)
+{
+    put(project, u"scr"_s, original, screens.sliced(1));
+    put(project, u"scr_bak"_s, original, screens.first(1));
+    put(project, u"scr_temp"_s, converted);
+    writeStage(project, RunStage::BackingUp, RunStage::BackingUp);
+}
+
+void endWhileCopyingBack(const TestProject &project)
+{
+    put(project, u"scr"_s, converted, screens.first(1));
+    put(project, u"scr_bak"_s, original);
+    put(project, u"scr_temp"_s, converted, screens.sliced(1));
+    writeStage(project, RunStage::CopyingBack, RunStage::CopyingBack);
+}
+
+void endWhileUndoing(const TestProject &project)
+{
+    put(project, u"scr"_s, converted);
+    put(project, u"scr_bak"_s, original);
+    writeStage(project, RunStage::SettingAside, RunStage::Done);
+}
+
+void leaveUnreadable(const TestProject &project)
+{
+    put(project, u"scr"_s, original);
+    project.write(u".vantrel.run"_s, "no stage file\n");
+}
+
+QMap<QString, QByteArray> below(const TestProject &project, const QString &folder)
+{
+    QMap<QString, QByteArray> bytes;
+    for (const QString &file : project.files(folder))
+        bytes.insert(file, project.read(folder + u'/' + file));
+    return bytes;
+}
+
+QMap<QString, QByteArray> all(QByteArray (*bytesOf)(const QString &screen))
+{
+    QMap<QString, QByteArray> bytes;
+    for (const QString &screen : screens)
+        bytes.insert(screen, bytesOf(screen));
+    return bytes;
+}
+
+/// A message box's text without the places at which it may break a path.
+QString textOf(const QMessageBox *box)
+{
+    return box->text().remove(QChar(0x200b));
+}
+
+LeftOver leftOverIn(const TestProject &project)
+{
+    return LeftOverRun(project.dir()).kind();
+}
+
+void press(QPushButton *button)
+{
+    StartedWindow::press(button);
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Interruption)
+
+#define AWAIT(what) QTRY_VERIFY_WITH_TIMEOUT((what), patience)
+
+class TestLeftOver final : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { forgetSettings(); }
+
+    void asksWhatIsToBecomeOfARun();
+    void cancelChangesNothing_data();
+    void cancelChangesNothing();
+    void asksAgainAtTheNextStart();
+    void namesItsControls();
+
+    void putsBack_data();
+    void putsBack();
+    void completes_data();
+    void completes();
+    void completesByConvertingAgain();
+    void convertingAgainCanBeCancelled();
+    void startsAsSetUpAfterConvertingAgain();
+    void goesOnWithAnUndoing();
+
+    void onlyTellsWhatCannotBeDecided();
+    void namesTenFilesAtMost();
+    void onlyTellsWhatCannotBeRead();
+    void startsWhereNothingIsLeft_data();
+    void startsWhereNothingIsLeft();
+    void startsNoRunOverAnotherProject();
+    void tellsThatOthersWereFaster();
+    void tellsWhoIsAtWork();
+    void tellsWhyItFailed();
+    void tellsOfChangedFiles();
+    void tellsOfScreensThatWereNotConverted();
+
+    void stopsBeforeTheNextScreen();
+    void showsWhatIsUnderWayInsteadOfStarting();
+    void closesBeforeTheNextScreen_data();
+    void closesBeforeTheNextScreen();
+    void closesWhileItAsks();
+
+    void showsHostileNamesAsText();
+    void speaksGerman();
+    void fitsASmallScreen();
+};
+
+void TestLeftOver::asksWhatIsToBecomeOfARun()
+{
+    const TestProject project;
+    endWhileBackingUp(project);
+    const StartedWindow window(project);
+    AWAIT(window.question());
+    QVERIFY(!window->running);
+    QCOMPARE(window.question()->windowTitle(), u"Vantrel Info"_s);
+    QCOMPARE(window.question()->textFormat(), Qt::PlainText);
+    QCOMPARE(
+        textOf(window.question()),
+        u"A run over %1 was interrupted. It ended while it was backing up: each screen lies in \"scr\" or "
+        "in \"scr_bak\", and \"scr_temp\" holds all converted screens. It was begun by vantrel 1.2.3 at "
+        "2024-03-05 14:07:09.\n\n"
+        "Screens from before the run that lie in \"scr\": 2, in \"scr_bak\" only: 1.\n\n"
+        "Put Back copies the screens from \"scr_bak\" back to \"scr\" and removes \"scr_temp\".\n"
+        "Complete backs up the rest and copies back.\n"
+        "Cancel changes nothing."_s.arg(project.dir()));
+    QCOMPARE(window.button(u"btnPutBack"_s)->text(), u"&Put Back"_s);
+    QCOMPARE(window.button(u"btnComplete"_s)->text(), u"C&omplete"_s);
+    QCOMPARE(window.button(u"btnCancel"_s)->text(), u"&Cancel"_s);
+    QCOMPARE(window.question()->defaultButton(), window.button(u"btnCancel"_s));
+    QCOMPARE(window.question()->escapeButton(), window.button(u"btnCancel"_s));
+    QCOMPARE(
+        window->logMessages().first(),
+        u"A run over %1 was interrupted. It ended while it was backing up: each screen lies in \"scr\" or "
+        "in \"scr_bak\", and \"scr_temp\" holds all converted screens."_s.arg(project.dir()));
+}
+
+void TestLeftOver::cancelChangesNothing_data()
+{
+    using Cancel = void (*)(LeftOverDialog * dialog);
+    QTest::addColumn<Cancel>("cancel");
+    QTest::newRow("button") << Cancel(
+        [](LeftOverDialog *dialog) { press(dialog->findChild<QPushButton *>(u"btnCancel"_s)); });
+    QTest::newRow("Escape") << Cancel(
+        [](LeftOverDialog *dialog) { QTest::keyClick(dialog, Qt::Key_Escape); });
+    QTest::newRow("Enter") << Cancel([](LeftOverDialog *dialog) { QTest::keyClick(dialog, Qt::Key_Return); });
+    QTest::newRow("closing") << Cancel([](LeftOverDialog *dialog) { dialog->close(); });
+}
+
+void TestLeftOver::cancelChangesNothing()
+{
+    using Cancel = void (*)(LeftOverDialog * dialog);
+    QFETCH(const Cancel, cancel);
+    const TestProject project;
+    endWhileCopyingBack(project);
+    const QMap<QString, QByteArray> before = below(project, u""_s);
+    const StartedWindow window(project);
+    AWAIT(window.question());
+    const QPointer<LeftOverDialog> question = window.question();
+    cancel(question);
+    AWAIT(!question);
+    QVERIFY(!window->running);
+    QVERIFY(window.end() == nullptr);
+    QCOMPARE(window->ui.btnStart->text(), u"Start Update"_s);
+    QVERIFY(window->ui.btnBrowse->isEnabled());
+    QCOMPARE(below(project, u""_s), before);
+}
+
+void TestLeftOver::asksAgainAtTheNextStart()
+{
+    const TestProject project;
+    endWhileConverting(project);
+    const StartedWindow window(project);
+    for (int start = 0; start < 2; ++start) {
+        AWAIT(window.question());
+        press(window.button(u"btnCancel"_s));
+        AWAIT(!window.question());
+        press(window->ui.btnStart);
+    }
+    AWAIT(window.question());
+}
+
+void TestLeftOver::namesItsControls()
+{
+    const TestProject project;
+    endWhileConverting(project);
+    const StartedWindow window(project);
+    AWAIT(window.question());
+    QCOMPARE(QAccessible::queryAccessibleInterface(window.question())->text(QAccessible::Name),
+             u"Vantrel Info"_s);
+    const RecoveryProgress progress(u"Putting back"_s, nullptr);
+    QCOMPARE(progress.findChild<QProgressBar *>()->accessibleName(), u"Progress"_s);
+    for (const QPushButton *button :
+         window.question()->findChildren<QPushButton *>() + progress.findChildren<QPushButton *>()) {
+        QVERIFY2(!button->toolTip().isEmpty(), qPrintable(button->objectName()));
+        QVERIFY2(button->text().contains(u'&'), qPrintable(button->objectName()));
+    }
+}
+
+void TestLeftOver::putsBack_data()
+{
+    QTest::addColumn<Interruption>("interruption");
+    QTest::addColumn<int>("copied");
+    QTest::newRow("converting") << Interruption(endWhileConverting) << 0;
+    QTest::newRow("backing up") << Interruption(endWhileBackingUp) << 1;
+    QTest::newRow("copying back") << Interruption(endWhileCopyingBack) << 3;
+}
+
+void TestLeftOver::putsBack()
+{
+    QFETCH(const Interruption, interruption);
+    QFETCH(const int, copied);
+    const TestProject project;
+    interruption(project);
+    const StartedWindow window(project);
+    AWAIT(window.question());
+    press(window.button(u"btnPutBack"_s));
+    AWAIT(window.end());
+    const QString told = u"All 3 screens are back as they were before the run. Copied from \"scr_bak\": %1. "
+                         "To run now, press Start Update again."_s.arg(copied);
+    QCOMPARE(textOf(window.end()), told);
+    QCOMPARE(window.end()->textFormat(), Qt::PlainText);
+    QCOMPARE(window.end()->windowTitle(), u"Vantrel Info"_s);
+    QCOMPARE(window->logMessages().first(), told);
+    QCOMPARE(window->ui.logTable->item(0, 0)->text(), u"system"_s);
+    QCOMPARE(below(project, u"scr"_s), all(original));
+    QVERIFY(!project.exists(u"scr_temp"_s));
+    QCOMPARE(leftOverIn(project), LeftOver::Nothing);
+    QVERIFY(!window->running);
+}
+
+void TestLeftOver::completes_data()
+{
+    QTest::addColumn<Interruption>("interruption");
+    QTest::newRow("backing up") << Interruption(endWhileBackingUp);
+    QTest::newRow("copying back") << Interruption(endWhileCopyingBack);
+}
+
+void TestLeftOver::completes()
+{
+    QFETCH(const Interruption, interruption);
+    const TestProject project;
+    interruption(project);
+    const StartedWindow window(project);
+    AWAIT(window.question());
+    press(window.button(u"btnComplete"_s));
+    AWAIT(window.end());
+    const QString told =
+        u"The run is complete: \"scr\" holds the converted screens, \"scr_bak\" those from before it."_s;
+    QCOMPARE(textOf(window.end()), told);
+    QCOMPARE(window->logMessages().first(), told);
+    QCOMPARE(below(project, u"scr"_s), all(converted));
+    QCOMPARE(below(project, u"scr_bak"_s), all(original));
+    QCOMPARE(leftOverIn(project), LeftOver::Nothing);
+}
+
+/// With the shapes and the way to make folders of the interrupted run.
+void TestLeftOver::completesByConvertingAgain()
+{
+    const TestProject project;
+    put(project, u"scr"_s, original);
+    project.write(u"scr/hall/cellar/deep.psc"_s, original(u"deep"_s));
+    RunFacts deeper = facts();
+    deeper.screens += u"hall/cellar/deep.psc"_s;
+    deeper.makesFolders = true;
+    writeStage(project, RunStage::Converting, RunStage::Converting, deeper);
+    const StartedWindow window(project);
+    WorkerGate gate(WorkerGate::BeforeFile, *window->converter);
+    AWAIT(window.question());
+    press(window.button(u"btnComplete"_s));
+    AWAIT(window->running);
+    QVERIFY(gate.isReached());
+    QVERIFY(window->isRunning());
+    gate.open();
+    AWAIT(window->isIdle());
+    // Its shape is missing, which only an object tells whose shape was chosen.
+    QCOMPARE(window->ui.rplShapeTable->rowCount(), 4);
+    QCOMPARE(window->ui.rplShapeTable->item(0, 0)->text(), u"ERROR"_s);
+    QCOMPARE(project.read(u"scr/hall/cellar/deep.psc"_s), original(u"deep"_s));
+    QCOMPARE(project.files(u"scr_bak"_s).size(), 4);
+    QCOMPARE(window->logMessages().first(), u"End"_s);
+    QVERIFY(window.end() == nullptr);
+    QCOMPARE(leftOverIn(project), LeftOver::Nothing);
+}
+
+void TestLeftOver::convertingAgainCanBeCancelled()
+{
+    const TestProject project;
+    endWhileConverting(project);
+    const StartedWindow window(project);
+    WorkerGate gate(WorkerGate::BeforeFile, *window->converter);
+    AWAIT(window.question());
+    press(window.button(u"btnComplete"_s));
+    AWAIT(window->running);
+    QVERIFY(gate.isReached());
+    press(window->ui.btnStart);
+    QVERIFY(window->isIdle());
+    gate.open();
+    AWAIT(window->logMessages().count(u"End"_s) == 2);
+    QCOMPARE(below(project, u"scr"_s), all(original));
+    QVERIFY(!project.exists(u"scr_bak"_s));
+    QCOMPARE(leftOverIn(project), LeftOver::Nothing);
+}
+
+void TestLeftOver::startsAsSetUpAfterConvertingAgain()
+{
+    const TestProject project;
+    endWhileConverting(project);
+    const StartedWindow window(project);
+    AWAIT(window.question());
+    press(window.button(u"btnComplete"_s));
+    AWAIT(window->logMessages().contains(u"End"_s));
+    QCOMPARE(window->ui.rplShapeTable->rowCount(), 3);
+
+    press(window->ui.btnStart); // without a choice of shapes
+    QVERIFY(window->isRunning());
+    AWAIT(window->isIdle());
+    QCOMPARE(window->ui.rplShapeTable->rowCount(), 0);
+
+    // The project is in use when the window looks, and an interrupted run's when its run begins.
+    endWhileBackingUp(project);
+    const QMap<QString, QByteArray> before = below(project, u""_s);
+    {
+        const BusyThread busy(*window->converter);
+        const ProjectLock lock(project.dir());
+        press(window->ui.btnStart);
+        AWAIT(window->running);
+    }
+    AWAIT(window->isIdle());
+    QCOMPARE(window->logMessages().filter(u" was interrupted"_s).size(), 1);
+    QCOMPARE(below(project, u""_s), before);
+}
+
+void TestLeftOver::goesOnWithAnUndoing()
+{
+    const TestProject project;
+    endWhileUndoing(project);
+    const StartedWindow window(project);
+    AWAIT(window.question());
+    QVERIFY(textOf(window.question()).startsWith(u"The undoing of a run over "_s));
+    QVERIFY(window.button(u"btnComplete"_s) == nullptr);
+    press(window.button(u"btnPutBack"_s));
+    AWAIT(window.end());
+    QCOMPARE(textOf(window.end()), u"The last run was undone: \"scr\" holds the screens from before it, "
+                                   "\"scr_undone\" those that it had made."_s);
+    QCOMPARE(below(project, u"scr"_s), all(original));
+    QCOMPARE(below(project, u"scr_undone"_s), all(converted));
+}
+
+void TestLeftOver::onlyTellsWhatCannotBeDecided()
+{
+    const TestProject project;
+    endWhileBackingUp(project);
+    project.remove(u"scr_bak/00.psc"_s);
+    const QMap<QString, QByteArray> before = below(project, u""_s);
+    const StartedWindow window(project);
+    AWAIT(window.question());
+    QCOMPARE(
+        textOf(window.question()),
+        u"A run over %1 was interrupted. What is right cannot be decided, so nothing is touched. Put these "
+        "files in order, then press Start Update again.\n\n"
+        "These lie neither in \"scr\" nor in \"scr_bak\", where the run had left them; put them back:\n"
+        "00.psc"_s.arg(project.dir()));
+    QVERIFY(window.button(u"btnPutBack"_s) == nullptr);
+    QVERIFY(window.button(u"btnComplete"_s) == nullptr);
+    QCOMPARE(window.button(u"btnCancel"_s)->text(), u"&Close"_s);
+    QCOMPARE(window->ui.logTable->item(0, 0)->text(), u"error"_s);
+    QVERIFY(window->logMessages().first().endsWith(u"put them back: 00.psc"_s));
+    press(window.button(u"btnCancel"_s));
+    AWAIT(!window.question());
+    QCOMPARE(below(project, u""_s), before);
+}
+
+void TestLeftOver::namesTenFilesAtMost()
+{
+    constexpr int moreThanTen = 13;
+    const TestProject project;
+    RunFacts many = facts();
+    for (int number = 0; number < moreThanTen; ++number)
+        many.screens += u"screen%1.psc"_s.arg(number, 2, 10, QChar(u'0'));
+    put(project, u"scr"_s, original);
+    writeStage(project, RunStage::Removing, RunStage::Removing, many);
+    const StartedWindow window(project);
+    AWAIT(window.question());
+    const QString text = textOf(window.question());
+    QCOMPARE(text.count(u".psc"_s), 10);
+    QVERIFY2(text.endsWith(u"\nscreen06.psc\nand 6 more"_s), qPrintable(text));
+}
+
+void TestLeftOver::onlyTellsWhatCannotBeRead()
+{
+    const TestProject project;
+    leaveUnreadable(project);
+    const QMap<QString, QByteArray> before = below(project, u""_s);
+    const StartedWindow window(project);
+    AWAIT(window.question());
+    QVERIFY2(textOf(window.question()).contains(u"\".vantrel.run\" in the project cannot be read"_s),
+             qPrintable(textOf(window.question())));
+    QVERIFY(window.button(u"btnPutBack"_s) == nullptr);
+    QTest::keyClick(window.question(), Qt::Key_Escape);
+    AWAIT(!window.question());
+    QCOMPARE(below(project, u""_s), before);
+}
+
+void TestLeftOver::startsWhereNothingIsLeft_data()
+{
+    QTest::addColumn<Interruption>("interruption");
+    QTest::newRow("no stage file") << Interruption(
+        [](const TestProject &project) { put(project, u"scr"_s, original); });
+    QTest::newRow("a run that is done but for its file") << Interruption([](const TestProject &project) {
+        put(project, u"scr"_s, original);
+        put(project, u"scr_bak"_s, original);
+        writeStage(project, RunStage::Done, RunStage::Done);
+    });
+}
+
+void TestLeftOver::startsWhereNothingIsLeft()
+{
+    QFETCH(const Interruption, interruption);
+    const TestProject project;
+    interruption(project);
+    const StartedWindow window(project);
+    AWAIT(window->logMessages().contains(u"End"_s));
+    QCOMPARE(window->logMessages(), (QStringList{u"End"_s, u"Start"_s}));
+    QVERIFY(window.question() == nullptr);
+    QCOMPARE(below(project, u"scr_bak"_s), all(original));
+    QCOMPARE(leftOverIn(project), LeftOver::Nothing);
+}
+
+void TestLeftOver::startsNoRunOverAnotherProject()
+{
+    const TestProject project;
+    put(project, u"scr"_s, original);
+    writeStage(project, RunStage::Done, RunStage::Done);
+    const TestProject other(u"other"_s);
+    put(other, u"scr"_s, original);
+    const StartedWindow window(project);
+    window->ui.lnProjectPath->setText(other.dir()); // before the look can be answered
+    const auto hasLooked = [&] { return window->findChildren<RecoveryProgress *>().isEmpty(); };
+    AWAIT(hasLooked());
+    QVERIFY(!window->running);
+    QVERIFY(!other.exists(u"scr_bak"_s));
+    QVERIFY(!project.exists(u"scr_bak"_s));
+}
+
+void TestLeftOver::tellsThatOthersWereFaster()
+{
+    const TestProject project;
+    endWhileBackingUp(project);
+    const StartedWindow window(project);
+    AWAIT(window.question());
+    QCOMPARE(LeftOverRun(project.dir()).putBack().outcome, RecoveryOutcome::Done);
+    press(window.button(u"btnComplete"_s));
+    AWAIT(window.end());
+    QCOMPARE(textOf(window.end()), u"Nothing is left to be done: somebody else has recovered the project."_s);
+    QCOMPARE(below(project, u"scr"_s), all(original));
+}
+
+void TestLeftOver::tellsWhoIsAtWork()
+{
+    const TestProject project;
+    endWhileBackingUp(project);
+    {
+        // Before it asks: the run says so itself.
+        const ProjectLock lock(project.dir());
+        const StartedWindow window(project);
+        AWAIT(window->logMessages().contains(u"End"_s));
+        QCOMPARE(window->logMessages().filter(u" is in use by "_s).size(), 1);
+        QVERIFY(window.question() == nullptr);
+    }
+    const StartedWindow window(project);
+    AWAIT(window.question());
+    const ProjectLock lock(project.dir());
+    press(window.button(u"btnPutBack"_s));
+    AWAIT(window.end());
+    QVERIFY2(textOf(window.end()).startsWith(u"Nothing was touched: the project is in use by "_s),
+             qPrintable(textOf(window.end())));
+    QCOMPARE(project.files(u"scr"_s).size(), 2);
+}
+
+void TestLeftOver::tellsWhyItFailed()
+{
+    const TestProject project;
+    endWhileBackingUp(project);
+    project.makeFolder(u".vantrel.run.new"_s);
+    const StartedWindow window(project);
+    AWAIT(window.question());
+    press(window.button(u"btnPutBack"_s));
+    AWAIT(window.end());
+    QCOMPARE(
+        textOf(window.end()),
+        u"%1/.vantrel.run could not be written: Is a directory. No screen is lost. Put right what is in the "
+        "way, then press Start Update again."_s.arg(project.dir()));
+    QCOMPARE(window.end()->icon(), QMessageBox::Warning);
+    QCOMPARE(window->ui.logTable->item(0, 0)->text(), u"error"_s);
+    QCOMPARE(window->logMessages().first(), textOf(window.end()));
+}
+
+void TestLeftOver::tellsOfChangedFiles()
+{
+    const TestProject project;
+    endWhileCopyingBack(project);
+    project.write(u"scr_temp/00.psc"_s, converted(u"00.psc"_s));
+    project.write(u"scr/00.psc"_s, "written since");
+    const StartedWindow window(project);
+    AWAIT(window.question());
+    press(window.button(u"btnPutBack"_s));
+    AWAIT(window.end());
+    QVERIFY2(textOf(window.end()).startsWith(u"Nothing was touched: files were changed"_s),
+             qPrintable(textOf(window.end())));
+    QVERIFY2(textOf(window.end()).endsWith(u"\nscr/00.psc"_s), qPrintable(textOf(window.end())));
+    QCOMPARE(project.read(u"scr/00.psc"_s), "written since");
+}
+
+void TestLeftOver::tellsOfScreensThatWereNotConverted()
+{
+    const TestProject project;
+    endWhileBackingUp(project);
+    project.remove(u"scr_temp/b.psc"_s);
+    const StartedWindow window(project);
+    AWAIT(window.question());
+    press(window.button(u"btnComplete"_s));
+    AWAIT(window.end());
+    QVERIFY2(textOf(window.end()).endsWith(u"lie in \"scr_bak\":\nb.psc"_s),
+             qPrintable(textOf(window.end())));
+    QCOMPARE(window.end()->icon(), QMessageBox::Warning);
+}
+
+void TestLeftOver::stopsBeforeTheNextScreen()
+{
+    const TestProject project;
+    endWhileCopyingBack(project);
+    const StartedWindow window(project);
+    AWAIT(window.question());
+    HeldFile file(project.path(u"scr_bak/a.psc"_s));
+    press(window.button(u"btnPutBack"_s));
+    QVERIFY(file.waitForReader());
+    AWAIT(window.progress());
+    QCOMPARE(window.progress()->windowModality(), Qt::NonModal);
+    QPushButton *cancel = window.progress()->findChild<QPushButton *>(u"btnCancel"_s);
+    QTest::keyClick(window.progress(), Qt::Key_Escape);
+    QVERIFY(!cancel->isEnabled());
+    QCOMPARE(window.progress()->findChild<QLabel *>()->text(), u"Stopping after the current screen..."_s);
+    file.release();
+    AWAIT(window.end());
+    QVERIFY(window.progress() == nullptr);
+    QVERIFY2(textOf(window.end()).startsWith(u"The recovery was stopped"_s),
+             qPrintable(textOf(window.end())));
+    QCOMPARE(below(project, u"scr_bak"_s), all(original));
+    QCOMPARE(leftOverIn(project), LeftOver::Run);
+
+    window.end()->accept();
+    press(window->ui.btnStart);
+    AWAIT(window.question());
+    press(window.button(u"btnPutBack"_s));
+    AWAIT(window.end());
+    QCOMPARE(below(project, u"scr"_s), all(original));
+}
+
+void TestLeftOver::showsWhatIsUnderWayInsteadOfStarting()
+{
+    const TestProject project;
+    endWhileCopyingBack(project);
+    const TestProject other(u"other"_s);
+    put(other, u"scr"_s, original);
+    const StartedWindow window(project);
+    AWAIT(window.question());
+    HeldFile file(project.path(u"scr_bak/a.psc"_s));
+    press(window.button(u"btnPutBack"_s));
+    window->ui.lnProjectPath->setText(other.dir());
+    press(window->ui.btnStart);
+    QVERIFY(window.progress());
+    QVERIFY(!window->running);
+    file.release();
+    AWAIT(window.end());
+    QCOMPARE(below(project, u"scr"_s), all(original));
+    QVERIFY(!other.exists(u"scr_bak"_s));
+}
+
+void TestLeftOver::closesBeforeTheNextScreen_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<QString>("held");
+    QTest::addColumn<bool>("isDestroyed"); // as by the end of the session, and not only closed
+    QTest::newRow("putting back") << u"btnPutBack"_s << u"scr_bak/a.psc"_s << false;
+    QTest::newRow("completing") << u"btnComplete"_s << u"scr/00.psc"_s << false;
+    QTest::newRow("putting back, destroyed") << u"btnPutBack"_s << u"scr_bak/a.psc"_s << true;
+    QTest::newRow("completing, destroyed") << u"btnComplete"_s << u"scr/00.psc"_s << true;
+}
+
+void TestLeftOver::closesBeforeTheNextScreen()
+{
+    QFETCH(const QString, button);
+    QFETCH(const QString, held);
+    QFETCH(const bool, isDestroyed);
+    const TestProject project;
+    endWhileCopyingBack(project);
+    project.write(u"scr/00.psc"_s, original(u"00.psc"_s)); // not renamed: all is copied
+    project.write(u"scr_temp/00.psc"_s, converted(u"00.psc"_s));
+    const WarningRecorder recorder;
+    StartedWindow window(project);
+    AWAIT(window.question());
+    HeldFile file(project.path(held));
+    press(window.button(button));
+    QVERIFY(file.waitForReader());
+    if (isDestroyed) {
+        std::thread releaser([&file] { file.release(); }); // this thread waits
+        window.destroy();
+        releaser.join();
+    } else {
+        window->close();
+        file.release();
+        const auto hasEnded = [&] { return window->findChildren<RecoveryProgress *>().isEmpty(); };
+        AWAIT(hasEnded());
+        QVERIFY(window.end() == nullptr);
+    }
+    QCOMPARE(WarningRecorder::warnings().filter(u"QThread"_s), QStringList());
+    QCOMPARE(below(project, u"scr_bak"_s), all(original));
+    QCOMPARE(leftOverIn(project), LeftOver::Run);
+    QCOMPARE(LeftOverRun(project.dir()).putBack().outcome, RecoveryOutcome::Done);
+    QCOMPARE(below(project, u"scr"_s), all(original));
+}
+
+void TestLeftOver::closesWhileItAsks()
+{
+    const TestProject project;
+    endWhileCopyingBack(project);
+    const QMap<QString, QByteArray> before = below(project, u""_s);
+    StartedWindow window(project);
+    AWAIT(window.question());
+    window->close();
+    QVERIFY(window.question() == nullptr);
+    window.destroy();
+    QCOMPARE(below(project, u""_s), before);
+}
+
+void TestLeftOver::showsHostileNamesAsText()
+{
+    Story story;
+    story.say("%1 and %2.", {u"%2"_s, u"a\nb\u202Ec<b>"_s});
+    story.list({u"x\ny"_s});
+    QCOMPARE(story.shown(), u"%2 and a\uFFFDb\uFFFDc<b>.\nx\uFFFDy"_s);
+    QCOMPARE(story.logged(), u"%2 and a\uFFFDb\uFFFDc<b>. x\uFFFDy"_s);
+}
+
+void TestLeftOver::speaksGerman()
+{
+    const Translations translations({u"de-DE"_s});
+    const TestProject project;
+    endWhileBackingUp(project);
+    const StartedWindow window(project);
+    AWAIT(window.question());
+    QCOMPARE(window.question()->windowTitle(), u"Vantrel-Info"_s);
+    const QString text = textOf(window.question());
+    for (const QString &english : {u"was"_s, u"Screens"_s, u"Put Back"_s, u"Cancel"_s})
+        QVERIFY2(!text.contains(english), qPrintable(text));
+    QVERIFY(window->logMessages().first().startsWith(u"A run over "_s)); // logs are the same everywhere
+    press(window.button(u"btnPutBack"_s));
+    AWAIT(window.end());
+    QVERIFY2(textOf(window.end()).startsWith(u"Alle 3 Bilder sind wieder"_s),
+             qPrintable(textOf(window.end())));
+}
+
+void TestLeftOver::fitsASmallScreen()
+{
+    const QString longName(250, u'W');
+    const TestProject project(u"a_rather_long_name_of_a_folder/"_s.repeated(8) + "plant"_L1);
+    RunFacts many = facts();
+    for (int number = 0; number < 20; ++number)
+        many.screens += longName + QString::number(number);
+    put(project, u"scr"_s, original);
+    writeStage(project, RunStage::Removing, RunStage::Removing, many);
+    for (const QString &language : {u"en"_s, u"de"_s}) {
+        const Translations translations({language});
+        const StartedWindow window(project);
+        AWAIT(window.question());
+        const QSize size = window.question()->size();
+        QVERIFY2(size.width() <= 800 && size.height() <= 600,
+                 qPrintable(u"%1 x %2"_s.arg(size.width()).arg(size.height())));
+        const auto *label = window.question()->findChild<QLabel *>(u"qt_msgbox_label"_s);
+        QVERIFY2(label->minimumSizeHint().width() <= label->width(), "the text is cut off");
+    }
+}
+
+VANTREL_TEST(QApplication, TestLeftOver)
+#include "tst_leftover.moc"
