@@ -2,6 +2,7 @@
 #include "Gates.h"
 #include "HeldFile.h"
 #include "LeftOverRun.h"
+#include "LeftOverTexts.h"
 #include "ProjectLock.h"
 #include "StageFile.h"
 #include "StartedWindow.h"
@@ -14,6 +15,8 @@
 #include <QApplication>
 #include <QMap>
 #include <QPointer>
+#include <QRegularExpression>
+#include <QSet>
 #include <QTest>
 
 #include <thread>
@@ -175,6 +178,10 @@ private Q_SLOTS:
     void closesBeforeTheNextScreen();
     void closesWhileItAsks();
 
+    void saysWhatIsLeftToDo_data();
+    void saysWhatIsLeftToDo();
+    void namesEachKindOfUndecidedFiles();
+    void hasWordsForEveryStage();
     void showsHostileNamesAsText();
     void speaksGerman();
     void fitsASmallScreen();
@@ -706,6 +713,81 @@ void TestLeftOver::closesWhileItAsks()
     QVERIFY(window.question() == nullptr);
     window.destroy();
     QCOMPARE(below(project, u""_s), before);
+}
+
+void TestLeftOver::saysWhatIsLeftToDo_data()
+{
+    QTest::addColumn<RecoveryAnswer>("answer");
+    QTest::addColumn<QString>("text");
+    RecoveryAnswer answer;
+    answer.task = RecoveryTask::Complete;
+    answer.failure = u"no memory"_s;
+    QTest::newRow("nothing found out")
+        << answer
+        << u"What the interrupted run has left could not be found out: no memory. "
+           "The next start tries again."_s;
+    answer.failure.clear();
+    answer.result = RecoveryResult{};
+    answer.result->outcome = RecoveryOutcome::NothingConverted;
+    QTest::newRow("nothing converted")
+        << answer
+        << u"Nothing was touched: \"scr_temp\" is gone, and the converted screens "
+           "with it. Press Start Update again and choose Put Back."_s;
+    answer.result->outcome = RecoveryOutcome::NotAllCopiedBack;
+    QTest::newRow("not all copied back")
+        << answer
+        << u"Not all converted screens could be copied from \"scr_temp\" to \"scr\"; the log says why. No "
+           u"screen "
+           "is lost. Put right what is in the way, then press Start Update again."_s;
+    answer.task = RecoveryTask::PutBack;
+    answer.kind = LeftOver::Run;
+    answer.result->outcome = RecoveryOutcome::Done;
+    QTest::newRow("no screens")
+        << answer
+        << u"\"scr\" is as it was before the run. Copied from \"scr_bak\": 0. To run now, "
+           "press Start Update again."_s;
+}
+
+void TestLeftOver::saysWhatIsLeftToDo()
+{
+    QFETCH(const RecoveryAnswer, answer);
+    QFETCH(const QString, text);
+    QCOMPARE(endOf(u"/plant"_s, answer).story.shown(), text);
+    QCOMPARE(endOf(u"/plant"_s, answer).isGood,
+             answer.result && answer.result->outcome == RecoveryOutcome::Done);
+}
+
+void TestLeftOver::namesEachKindOfUndecidedFiles()
+{
+    RecoveryAnswer answer;
+    answer.kind = LeftOver::Run;
+    answer.plan.missing = QStringList{u"missing.psc"_s};
+    answer.plan.contradictory = QStringList{u"two versions.psc"_s};
+    answer.plan.linked = QStringList{u"linked.psc"_s};
+    answer.plan.unreadable = QStringList{u"/plant/scr/closed"_s};
+    answer.plan.unnamable = QStringList{u"/plant/scr/f\\xe4.psc"_s};
+    const QStringList lines = questionAbout(u"/plant"_s, answer).shown().split(u'\n');
+    for (const QString &name :
+         {u"missing.psc"_s, u"two versions.psc"_s, u"linked.psc"_s, u"scr/closed"_s, u"scr/f\\xe4.psc"_s})
+        QVERIFY2(lines.contains(name), qPrintable(name));
+    QCOMPARE(lines.filter(QRegularExpression(u":$"_s)).size(), 5);
+}
+
+void TestLeftOver::hasWordsForEveryStage()
+{
+    QSet<QString> texts;
+    qsizetype stages = 0;
+    for (const RunStageRow &row : runStageRows) {
+        // No run is interrupted there; an undoing is.
+        if (row.stage == RunStage::Done || row.stage == RunStage::SettingAside)
+            continue;
+        RecoveryAnswer answer;
+        answer.kind = LeftOver::Run;
+        answer.plan.record.state.stage = row.stage;
+        texts.insert(summaryOf(u"/plant"_s, answer).shown());
+        ++stages;
+    }
+    QCOMPARE(texts.size(), stages);
 }
 
 void TestLeftOver::showsHostileNamesAsText()
