@@ -73,13 +73,16 @@ bool isKilled(const TestProject &project, const QString &call = {}, int number =
 }
 
 /// What an undisturbed run makes of the screens.
-Files conversions()
+const Files &conversions()
 {
-    const TestProject project;
-    makeProject(project, Moves::ByRenaming);
-    if (isKilled(project))
-        qFatal("nobody kills this run");
-    return below(project, u"scr"_s);
+    static const Files files = [] {
+        const TestProject project;
+        makeProject(project, Moves::ByRenaming);
+        if (isKilled(project))
+            qFatal("nobody kills this run");
+        return below(project, u"scr"_s);
+    }();
+    return files;
 }
 
 /// The stage at which an interrupted run has ended.
@@ -100,6 +103,33 @@ QStringList lostScreens(const TestProject &project)
     return lost;
 }
 
+/// Looks at every screen.
+void look(const TestProject &project, const QString &button)
+{
+    const bool isPutBack = button == "btnPutBack"_L1;
+    QCOMPARE(below(project, u"scr"_s), isPutBack ? originals : conversions());
+    if (!isPutBack)
+        QCOMPARE(below(project, u"scr_bak"_s), originals);
+    QVERIFY(!project.exists(u"scr_temp"_s));
+    QVERIFY(!stageIn(project));
+}
+
+void recover(const TestProject &project, const QString &button)
+{
+    const Files before = below(project, u""_s);
+    const StartedWindow window(project);
+    QTRY_VERIFY_WITH_TIMEOUT(window.question(), patience);
+    StartedWindow::press(window.button(button));
+    if (button == "btnCancel"_L1) {
+        QTRY_VERIFY_WITH_TIMEOUT(!window.question(), patience);
+        QCOMPARE(below(project, u""_s), before);
+        return;
+    }
+    // A run that is performed again ends as any run does.
+    QTRY_VERIFY_WITH_TIMEOUT(window.end() || window->logMessages().contains(u"End"_s), patience);
+    look(project, button);
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(Moves)
@@ -113,12 +143,6 @@ private Q_SLOTS:
 
     void areRecoveredInTheWindow_data();
     void areRecoveredInTheWindow();
-
-private:
-    void recover(const TestProject &project, const QString &button);
-    void look(const TestProject &project, const QString &button);
-
-    const Files m_conversions = conversions();
 };
 
 void TestKilledRuns::areRecoveredInTheWindow_data()
@@ -162,32 +186,6 @@ void TestKilledRuns::areRecoveredInTheWindow()
     }
     QFETCH(const QSet<RunStage>, stagesMet);
     QCOMPARE(stages, stagesMet);
-}
-
-void TestKilledRuns::recover(const TestProject &project, const QString &button)
-{
-    const Files before = below(project, u""_s);
-    const StartedWindow window(project);
-    QTRY_VERIFY_WITH_TIMEOUT(window.question(), patience);
-    StartedWindow::press(window.button(button));
-    if (button == "btnCancel"_L1) {
-        QTRY_VERIFY_WITH_TIMEOUT(!window.question(), patience);
-        QCOMPARE(below(project, u""_s), before);
-        return;
-    }
-    // A run that is performed again ends as any run does.
-    QTRY_VERIFY_WITH_TIMEOUT(window.end() || window->logMessages().contains(u"End"_s), patience);
-    look(project, button);
-}
-
-void TestKilledRuns::look(const TestProject &project, const QString &button)
-{
-    const bool isPutBack = button == "btnPutBack"_L1;
-    QCOMPARE(below(project, u"scr"_s), isPutBack ? originals : m_conversions);
-    if (!isPutBack)
-        QCOMPARE(below(project, u"scr_bak"_s), originals);
-    QVERIFY(!project.exists(u"scr_temp"_s));
-    QVERIFY(!stageIn(project));
 }
 
 VANTREL_TEST(QApplication, TestKilledRuns)

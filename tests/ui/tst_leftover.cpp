@@ -618,7 +618,7 @@ void TestLeftOver::stopsBeforeTheNextScreen()
     QVERIFY(file.waitForReader());
     AWAIT(window.progress());
     QCOMPARE(window.progress()->windowModality(), Qt::NonModal);
-    QPushButton *cancel = window.progress()->findChild<QPushButton *>(u"btnCancel"_s);
+    auto *cancel = window.progress()->findChild<QPushButton *>(u"btnCancel"_s);
     QTest::keyClick(window.progress(), Qt::Key_Escape);
     QVERIFY(!cancel->isEnabled());
     QCOMPARE(window.progress()->findChild<QLabel *>()->text(), u"Stopping after the current screen..."_s);

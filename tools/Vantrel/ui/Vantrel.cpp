@@ -251,12 +251,16 @@ void Vantrel::stopWorker()
 void Vantrel::onBtnStartPressed()
 {
     const QString projectDir = ui.lnProjectPath->text();
-    if (running)
+    if (running) {
         cancelRun();
-    else if (recovery->isUnderWay())
+        return;
+    }
+    if (recovery->isUnderWay()) {
         recovery->bringUp();
+        return;
+    }
     // The stage file may still be that of a cancelled run.
-    else if (run.awaitsEndOf(projectDir) || !recovery->takesOver(projectDir))
+    if (run.awaitsEndOf(projectDir) || !recovery->takesOver(projectDir))
         startRun(projectDir);
 }
 
