@@ -32,15 +32,47 @@ private Q_SLOTS:
     void keepsItsExitCodeWhereNobodyReads();
 };
 
+namespace {
+
+const QByteArray seeUpdateHelp = "; see \"vantrel-cli update --help\"\n";
+
+void row(const char *name, const QStringList &arguments, const QByteArray &complaint)
+{
+    QTest::newRow(name) << arguments << complaint;
+}
+
+void addShapeRows()
+{
+    const QByteArray noShape = "no shape was chosen, so that nothing would be replaced; use --shape NAME, "
+                               "--shapes-from FILE, --all-shapes or --usable-shapes" +
+                               seeUpdateHelp;
+    row("no shape option", {u"update"_s, u"--project"_s, u"."_s}, noShape);
+    const QByteArray emptyShape = "the name of a shape is empty; use --shape NAME";
+    row("empty shape", {u"update"_s, u"--project"_s, u"."_s, u"--shape="_s}, emptyShape + seeUpdateHelp);
+    row("empty shape beside another one",
+        {u"update"_s, u"--project"_s, u"."_s, u"--shape"_s, u"pump.plb"_s, u"--shape"_s, u" "_s},
+        emptyShape + seeUpdateHelp);
+    row("empty shape to check", {u"check"_s, u"--project"_s, u"."_s, u"--shape="_s},
+        emptyShape + "; see \"vantrel-cli check --help\"\n");
+    row("list without a shape", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u"/dev/null"_s},
+        noShape);
+    row("two sets of shapes", {u"update"_s, u"--project"_s, u"."_s, u"--all-shapes"_s, u"--usable-shapes"_s},
+        "--all-shapes and --usable-shapes exclude each other" + seeUpdateHelp);
+    row("list that does not exist", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u"no-list"_s},
+        "the list of shapes \"no-list\" could not be read" + seeUpdateHelp);
+    row("folder as a list", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u"."_s},
+        "the list of shapes \".\" could not be read" + seeUpdateHelp);
+    row("list without a name", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u""_s},
+        "the list of shapes \"\" could not be read" + seeUpdateHelp);
+}
+
+} // namespace
+
 void TestUsage::refusesWrongUsage_data()
 {
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QByteArray>("complaint");
-    const auto row = [](const char *name, const QStringList &arguments, const QByteArray &complaint) {
-        QTest::newRow(name) << arguments << complaint;
-    };
     const QByteArray seeHelp = "; see \"vantrel-cli --help\"\n";
-    const QByteArray seeUpdateHelp = "; see \"vantrel-cli update --help\"\n";
 
     row("no command", {}, "no command was given" + seeHelp);
     row("empty command", {u""_s}, "no command was given" + seeHelp);
@@ -76,28 +108,7 @@ void TestUsage::refusesWrongUsage_data()
     const QByteArray noProject = "no project directory was named; use --project DIR" + seeUpdateHelp;
     row("no project", {u"update"_s, u"--all-shapes"_s}, noProject);
     row("empty project", {u"update"_s, u"--all-shapes"_s, u"--project"_s, u""_s}, noProject);
-
-    const QByteArray noShape = "no shape was chosen, so that nothing would be replaced; use --shape NAME, "
-                               "--shapes-from FILE, --all-shapes or --usable-shapes" +
-                               seeUpdateHelp;
-    row("no shape option", {u"update"_s, u"--project"_s, u"."_s}, noShape);
-    const QByteArray emptyShape = "the name of a shape is empty; use --shape NAME";
-    row("empty shape", {u"update"_s, u"--project"_s, u"."_s, u"--shape="_s}, emptyShape + seeUpdateHelp);
-    row("empty shape beside another one",
-        {u"update"_s, u"--project"_s, u"."_s, u"--shape"_s, u"pump.plb"_s, u"--shape"_s, u" "_s},
-        emptyShape + seeUpdateHelp);
-    row("empty shape to check", {u"check"_s, u"--project"_s, u"."_s, u"--shape="_s},
-        emptyShape + "; see \"vantrel-cli check --help\"\n");
-    row("list without a shape", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u"/dev/null"_s},
-        noShape);
-    row("two sets of shapes", {u"update"_s, u"--project"_s, u"."_s, u"--all-shapes"_s, u"--usable-shapes"_s},
-        "--all-shapes and --usable-shapes exclude each other" + seeUpdateHelp);
-    row("list that does not exist", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u"no-list"_s},
-        "the list of shapes \"no-list\" could not be read" + seeUpdateHelp);
-    row("folder as a list", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u"."_s},
-        "the list of shapes \".\" could not be read" + seeUpdateHelp);
-    row("list without a name", {u"update"_s, u"--project"_s, u"."_s, u"--shapes-from"_s, u""_s},
-        "the list of shapes \"\" could not be read" + seeUpdateHelp);
+    addShapeRows();
 }
 
 void TestUsage::refusesWrongUsage()

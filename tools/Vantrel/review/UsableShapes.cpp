@@ -40,12 +40,12 @@ UsableShapes usableShapesAmong(const QString &projectDir, const QSet<QString> &s
     UsableShapes shapes;
     for (const QString &name : std::as_const(names)) {
         const QString reason = reasonAgainst(catalogue.shape(name));
-        if (reason.isEmpty())
+        if (reason.isEmpty()) {
             shapes.names.insert(name);
-        else
-            shapes.leftOut.append({FindingKind::ShapeLeftOut, name,
-                                   u"this shape is left out: %1"_s.arg(reason),
-                                   u"see \"vantrel-cli check\""_s});
+            continue;
+        }
+        shapes.leftOut.append({FindingKind::ShapeLeftOut, name, u"this shape is left out: %1"_s.arg(reason),
+                               u"see \"vantrel-cli check\""_s});
     }
     return shapes;
 }
