@@ -299,6 +299,8 @@ private Q_SLOTS:
     void bringsBackWhatAnInterruptedRunDisplaced_data();
     void bringsBackWhatAnInterruptedRunDisplaced();
     void setsAsideWhatItDoesNotKnow();
+    void looksAtTheFoldersWhereNothingTellsOfARun();
+    void undoesBehindACancelledRun();
     void keepsScreensThatCameLater();
     void keepsTheOriginalOfAScreenThatWasChangedLater();
     void canBeRepeatedWhereTheStageCannotBeWritten_data();
@@ -643,6 +645,36 @@ void TestRecover::setsAsideWhatItDoesNotKnow()
     COMPARE_EXIT_CODE(recover(project, {u"--roll-back"_s}), Done);
     QCOMPARE(bytesBelow(project, u"scr"_s), originals());
     QCOMPARE(setAsideIn(project).value(u"a.psc"_s), "put back by hand");
+}
+
+/// The file that told of the run is gone.
+void TestRecover::looksAtTheFoldersWhereNothingTellsOfARun()
+{
+    const TestProject project;
+    putOriginals(project, u"scr_bak"_s);
+    const CliResult result = recover(project);
+    COMPARE_EXIT_CODE(result, FilesMissing);
+    QVERIFY2(
+        result.errorOutput.startsWith("Nothing tells of an interrupted run, but \"scr\" holds no screen, and "
+                                      "\"scr_bak\" holds 4 screens: "),
+        result.errorOutput);
+    COMPARE_EXIT_CODE(recover(project, {u"--undo"_s}), Done);
+    QCOMPARE(bytesBelow(project, u"scr"_s), originals());
+}
+
+void TestRecover::undoesBehindACancelledRun()
+{
+    const TestProject project;
+    putConverted(project, u"scr"_s);
+    putOriginals(project, u"scr_bak"_s);
+    putConverted(project, u"scr_temp"_s, {u"00.psc"_s});
+    writeStage(project, RunStage::Cancelled);
+    COMPARE_EXIT_CODE(recover(project, {u"--roll-back"_s}), Done);
+    QCOMPARE(bytesBelow(project, u"scr"_s), conversions());
+    COMPARE_EXIT_CODE(recover(project, {u"--undo"_s}), Done);
+    QCOMPARE(bytesBelow(project, u"scr"_s), originals());
+    QVERIFY(!project.exists(u"scr_temp"_s));
+    QVERIFY(!StageFile::exists(project.dir()));
 }
 
 void TestRecover::keepsScreensThatCameLater()

@@ -4,6 +4,7 @@
 #include "HeldFile.h"
 #include "ProjectTree.h"
 #include "SmallPlant.h"
+#include "StageFile.h"
 #include "Streams.h"
 #include "TestSuite.h"
 
@@ -107,6 +108,9 @@ class TestUpdate final : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void keepsOtherFilesWhereAsked();
+    void putsACancelledRunAway();
+    void refusesWhereNothingCouldBeKept();
     void replacesObjects();
     void reportsErrorsAndGoesOn();
     void writesTheChangeLogOfTheRun();
@@ -1248,8 +1252,10 @@ void TestUpdate::stopsAtASignal()
     plant.deliverShape();
     const CliResult result = run.finish();
     QCOMPARE(withPlaceholders(result.output, project.dir()), reportOfTwoScreens + totals(3, 2, 0, 0));
-    QCOMPARE(result.errorOutput,
-             QByteArray("Stopped. \"scr\" is untouched; \"scr_temp\" keeps the files converted so far.\n"));
+    QCOMPARE(
+        result.errorOutput,
+        QByteArray("Stopped. \"scr\" is untouched; \"scr_temp\" keeps the files converted so far, and the "
+                   "next run puts it into the history.\n"));
     QCOMPARE(result.exitCode, exitCode);
     QCOMPARE(describeTree(project.path(u"scr"_s)), screens);
     QCOMPARE(project.files(u"scr_temp"_s), QStringList({u"a.psc"_s, u"b.psc"_s}));
@@ -1369,6 +1375,63 @@ void TestUpdate::printsTheReportDespiteASignalAfterTheRun()
     const CliResult result = run.finish();
     COMPARE_EXIT_CODE(result, Done);
     QCOMPARE(withPlaceholders(report, project.dir()), smallPlantReport());
+}
+
+void TestUpdate::keepsOtherFilesWhereAsked()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/hall/notes.txt"_s, "notes");
+    project.write(u"scr/.draft"_s, "draft");
+    project.write(u"scr/bad.psc"_s, SmallPlant::invalidScreen());
+    COMPARE_EXIT_CODE(update(project, {u"--all-shapes"_s}), Refused);
+    // The broken screen is still reported, but nothing is lost and nothing has to be forced.
+    COMPARE_EXIT_CODE(update(project, {u"--all-shapes"_s, u"--keep-others"_s}), DoneWithErrors);
+    QCOMPARE(project.read(u"scr/a.psc"_s), SmallPlant::screenAfterUpdate());
+    QCOMPARE(project.read(u"scr/hall/notes.txt"_s), "notes");
+    QCOMPARE(project.read(u"scr/.draft"_s), "draft");
+    QCOMPARE(project.read(u"scr/bad.psc"_s), SmallPlant::invalidScreen());
+}
+
+/// check, recover and update say the same about what it has left.
+void TestUpdate::putsACancelledRunAway()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr_temp/gone.psc"_s, SmallPlant::plainScreen());
+    RunFacts facts;
+    facts.program = u"a test"_s;
+    facts.started = QDateTime::currentDateTime();
+    StageFile(project.dir(), facts)
+        .enter({.stage = RunStage::Cancelled, .unsaved = {}, .endedAt = RunStage::Cancelled});
+
+    const CliResult checked = CliRun().execute({u"check"_s, u"--project"_s, project.dir()});
+    COMPARE_EXIT_CODE(checked, DoneWithFindings);
+    QVERIFY2(checked.output.startsWith("scr_temp: hint: the last run was cancelled"), checked.output);
+    const CliResult recovered = CliRun().execute({u"recover"_s, u"--project"_s, project.dir()});
+    COMPARE_EXIT_CODE(recovered, Done);
+    QVERIFY2(recovered.errorOutput.startsWith("The last run was cancelled: \"scr\" is untouched."),
+             recovered.errorOutput);
+
+    const CliResult updated = update(project, {u"--all-shapes"_s});
+    COMPARE_EXIT_CODE(updated, Done);
+    QVERIFY2(updated.errorOutput.contains("the last run was cancelled"), updated.errorOutput);
+    QCOMPARE(project.files(u"scr"_s), QStringList{u"a.psc"_s});
+    QCOMPARE(project.keptFiles(), QStringList{u"scr_temp/gone.psc"_s});
+    QVERIFY(!StageFile::exists(project.dir()));
+}
+
+void TestUpdate::refusesWhereNothingCouldBeKept()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u".vantrel.history"_s, "in the way");
+    const CliResult refused = update(project, {u"--all-shapes"_s});
+    COMPARE_EXIT_CODE(refused, Refused);
+    QVERIFY2(refused.errorOutput.contains(".vantrel.history: it is no folder, so that a run would remove"),
+             refused.errorOutput);
+    COMPARE_EXIT_CODE(update(project, {u"--all-shapes"_s, u"--keep-runs"_s, u"0"_s}), Done);
+    COMPARE_EXIT_CODE(update(project, {u"--all-shapes"_s, u"--force"_s}), DoneWithErrors);
 }
 
 VANTREL_TEST(QCoreApplication, TestUpdate)

@@ -41,10 +41,12 @@ def lower_case_folder(seed: int) -> pathlib.Path:
 
 
 def tree_of(site: pathlib.Path) -> dict[bytes, bytes | str]:
-    """Every entry of a folder by its relative path; change logs without the time in their names."""
+    """Every entry of a folder by its relative path; change logs without the time in their names. Without what the
+    program keeps of its runs, which is no matter of a conversion."""
     tree: dict[bytes, bytes | str] = {}
     root = os.fsencode(site)
     for folder, folders, files in os.walk(root):
+        folders[:] = [name for name in folders if name != b".vantrel.history"]
         for name in folders + files:
             path = os.path.join(folder, name)
             key = os.path.relpath(path, root)

@@ -19,7 +19,7 @@ from kills import KILL, Kill
 from plants import long
 from programs import Failure, outcome_of, require_no_crash
 from tracing import Injection, options_for, path_options, tracer
-from trees import LOCK, RUN_FILES, Tree, below, differences, lost_originals
+from trees import LOCK, Tree, below, differences, lost_originals, run_files_left
 
 REFUSED = 3
 LEFT_OVER = 4
@@ -118,7 +118,7 @@ def check_cancelled_runs(surroundings: Surroundings, number: int, moments: list[
                 raise Failure(f"run {run}: exit code {outcome.code}: {outcome.told()[-300:]}")
             if lost := lost_originals(before, after):
                 raise Failure(f"run {run}: originals lost: {', '.join(lost)}")
-            if left := [name for name in RUN_FILES if name in after]:
+            if left := run_files_left(after):
                 raise Failure(f"run {run}: left {', '.join(left)}")
 
 
@@ -131,7 +131,7 @@ def check_stopped_recovery(surroundings: Surroundings, undisturbed: Undisturbed,
                                     tracer(place.folder / "trace", options))
         after = place.tree()
         require_no_crash(outcome)
-        left = [name for name in RUN_FILES if name in after]
+        left = run_files_left(after)
         if left and outcome.code != -signal.SIGINT:  # before it could take the signal
             raise Failure(f"exit code {outcome.code}: left {', '.join(left)}")
         if was_ended_by(outcome.code, signal.SIGINT):

@@ -68,6 +68,11 @@ def screens(tree: Tree) -> dict[str, bytes]:
             if is_screen(path) and entry.kind == "file"}
 
 
+def run_files_left(tree: Tree) -> list[str]:
+    """What tells of a run that is under way, or was interrupted. A cancelled one says that it needs nothing."""
+    return [name for name in RUN_FILES if name in tree and b"\nstage: cancelled\n" not in tree[name].content]
+
+
 def place_in_backup(path: str) -> str:
     return ("/" + path).replace("/scr", "/scr_bak")[1:]
 

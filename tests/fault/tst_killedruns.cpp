@@ -54,8 +54,11 @@ Files below(const TestProject &project, const QString &folder)
 /// Runs the companion over the project, killed at a call where one is named. Returns whether it was.
 bool isKilled(const TestProject &project, const QString &call = {}, int number = 0)
 {
-    const QStringList run{QStringLiteral(VANTREL_CLI), u"update"_s, u"--project"_s, project.dir(),
-                          u"--all-shapes"_s,           u"--quiet"_s};
+    QStringList run{QStringLiteral(VANTREL_CLI), u"update"_s,  u"--project"_s, project.dir(),
+                    u"--all-shapes"_s,           u"--quiet"_s, u"--force"_s};
+    // Only where nothing is kept, anything is removed.
+    if (call == "unlinkat"_L1)
+        run += {u"--keep-runs"_s, u"0"_s};
     QStringList command{u"strace"_s, u"-f"_s, u"-qq"_s, u"-o"_s, u"/dev/null"_s, u"-e"_s, "trace="_L1 + call};
     command += {u"-e"_s, u"inject=%1:signal=SIGKILL:when=%2"_s.arg(call).arg(number)};
     command = call.isEmpty() ? run : command + run;
@@ -156,6 +159,8 @@ void TestKilledRuns::areRecoveredInTheWindow_data()
     for (const QString &button : {u"btnPutBack"_s, u"btnComplete"_s, u"btnCancel"_s}) {
         const QByteArray name = button.sliced(3).toLatin1();
         QTest::addRow("%s, renaming", name.constData()) << Moves::ByRenaming << u"rename"_s << all << button;
+        QTest::addRow("%s, renaming folders only", name.constData())
+            << Moves::ByCopying << u"rename"_s << all << button;
         QTest::addRow("%s, copying", name.constData())
             << Moves::ByCopying << u"linkat"_s << QSet{RunStage::BackingUp} << button;
         QTest::addRow("%s, removing", name.constData())

@@ -1,5 +1,6 @@
 // A window that is closed, and runs that are cancelled, at moments of chance.
 #include "Gates.h"
+#include "StageFile.h"
 #include "Surroundings.h"
 #include "TestSuite.h"
 #include "TestWindow.h"
@@ -56,7 +57,9 @@ QStringList lostScreens(const TestProject &project, const Screens &screens)
 QStringList filesOfRun(const TestProject &project)
 {
     QStringList found;
-    for (const QString &name : {u".vantrel.run"_s, u".vantrel.run.new"_s, u".vantrel.lock"_s}) {
+    if (StageFile::tellsOfInterruption(project.dir()))
+        found += StageFile::path(project.dir());
+    for (const QString &name : {u".vantrel.run.new"_s, u".vantrel.lock"_s}) {
         if (project.exists(name))
             found += name;
     }

@@ -44,6 +44,7 @@ private Q_SLOTS:
     void givesFoldersTheRightsOfTheScreens();
     void makesNothingThroughALink();
     void saysWhatCannotBeMade();
+    void tellsWhatIsInItsWay();
     void keepsTheNewestRunsAndAllThatIsNewer();
     void keepsNothingWhereNothingIsWanted();
     void removesWhatAnInterruptionLeft();
@@ -135,6 +136,27 @@ void TestRunHistory::saysWhatCannotBeMade()
     QCOMPARE(history.make(history.nameFor(begin)),
              u"%1 could not be made: Not a directory"_s.arg(project.path(u".vantrel.history"_s)));
     QCOMPARE(project.read(u".vantrel.history"_s), "a file");
+}
+
+void TestRunHistory::tellsWhatIsInItsWay()
+{
+    const TestProject project;
+    project.makeFolder(u"scr"_s);
+    const RunHistory history(project.dir());
+    QCOMPARE(history.obstacle(), QString());
+    QVERIFY(!project.exists(u".vantrel.history"_s));
+    project.makeFolder(u".vantrel.history"_s);
+    QCOMPARE(history.obstacle(), QString());
+    {
+        const OrdinaryUser user;
+        QCOMPARE(history.obstacle(), u"it cannot be written to"_s);
+    }
+    project.remove(u".vantrel.history"_s);
+    project.link(u"scr"_s, u".vantrel.history"_s);
+    QCOMPARE(history.obstacle(), u"it is no folder"_s);
+    project.remove(u".vantrel.history"_s);
+    project.link(u"/proc"_s, u"scr_bak"_s); // the link is the project's, what it leads to is not
+    QCOMPARE(history.obstacle(), QString());
 }
 
 void TestRunHistory::keepsTheNewestRunsAndAllThatIsNewer()

@@ -3,6 +3,7 @@
 #include "Interruption.h"
 #include "LeftOverRun.h"
 #include "ProjectLock.h"
+#include "RunHistory.h"
 #include "StageFile.h"
 #include "TestProject.h"
 #include "TestSuite.h"
@@ -125,7 +126,6 @@ void endWhileUndoing(const TestProject &project)
 {
     putConverted(project, u"scr"_s);
     putOriginals(project, u"scr_bak"_s);
-    putConverted(project, u"scr_undone"_s, screens.first(1));
     writeStage(project, {.stage = RunStage::SettingAside, .unsaved = {}, .endedAt = RunStage::Done});
 }
 
@@ -381,7 +381,8 @@ void TestLeftOverRun::goesOnWithAnUndoing()
     endWhileUndoing(project);
     QCOMPARE(LeftOverRun(project.dir()).complete().outcome, RecoveryOutcome::Done);
     QCOMPARE(below(project, u"scr"_s), all(original));
-    QCOMPARE(below(project, u"scr_undone"_s), all(converted));
+    const QString entry = RunHistory(project.dir()).entries().value(0);
+    QCOMPARE(below(project, u".vantrel.history/%1/scr"_s.arg(entry)), all(converted));
     QCOMPARE(LeftOverRun(project.dir()).kind(), LeftOver::Nothing);
 }
 

@@ -133,6 +133,8 @@ private Q_SLOTS:
     void keepsTheLastRuns_data();
     void keepsTheLastRuns();
     void keepsNothingOfAStoppedRun();
+    void startsOverACancelledRun_data();
+    void startsOverACancelledRun();
     void putsOthersBackWhereAsked_data();
     void putsOthersBackWhereAsked();
     void breaksOffWhereOthersHaveNoPlace();
@@ -341,7 +343,7 @@ void TestConverter::makesTheTempFolderBeforeItStops()
     converter.convert();
     QCOMPARE(recorder.events, QStringList{u"end"_s});
     QVERIFY(project.exists(u"scr_temp"_s));
-    QCOMPARE(project.files(u""_s), QStringList{u"scr/a.psc"_s});
+    QCOMPARE(project.files(u""_s), (QStringList{u".vantrel.run"_s, u"scr/a.psc"_s}));
 }
 
 void TestConverter::stopsBeforeTheNextFile_data()
@@ -654,8 +656,10 @@ void TestConverter::leavesNeitherStageNorLock()
     QStringList filesAtEnd;
     connect(&converter, &Converter::sigConvertEnd, this, [&] { filesAtEnd = project.files(u""_s); });
     converter.convert();
-    QCOMPARE(filesAtEnd,
-             isStopped ? QStringList{u"scr/a.psc"_s} : (QStringList{u"scr/a.psc"_s, u"scr_bak/a.psc"_s}));
+    // What a stopped run leaves tells that nothing is to be recovered.
+    QCOMPARE(filesAtEnd, isStopped ? (QStringList{u".vantrel.run"_s, u"scr/a.psc"_s})
+                                   : (QStringList{u"scr/a.psc"_s, u"scr_bak/a.psc"_s}));
+    QVERIFY(!StageFile::tellsOfInterruption(project.dir()));
 }
 
 void TestConverter::touchesNothingWhileAnotherRunHoldsTheProject()
@@ -960,6 +964,48 @@ void TestConverter::keepsNothingOfAStoppedRun()
     converter.convert();
     QVERIFY(!project.exists(u".vantrel.history"_s));
     QCOMPARE(project.read(u"scr_bak/a.psc"_s), "old");
+}
+
+void TestConverter::startsOverACancelledRun_data()
+{
+    QTest::addColumn<bool>("putsAway");
+    QTest::addColumn<int>("keptRuns");
+    QTest::addColumn<QStringList>("screens"); // afterwards
+    QTest::addColumn<QStringList>("kept");
+    const QStringList both{u"a.psc"_s, u"b.psc"_s};
+    QTest::newRow("into the history")
+        << true << 3 << QStringList{u"b.psc"_s} << QStringList{u"scr_temp/a.psc"_s};
+    QTest::newRow("without a history") << true << 0 << QStringList{u"b.psc"_s} << QStringList();
+    QTest::newRow("unless asked to") << false << 3 << both << QStringList();
+}
+
+void TestConverter::startsOverACancelledRun()
+{
+    QFETCH(const bool, putsAway);
+    QFETCH(const int, keptRuns);
+    QFETCH(const QStringList, screens);
+    QFETCH(const QStringList, kept);
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, plain);
+    project.write(u"scr/b.psc"_s, plain);
+    Converter converter(project.dir());
+    QObject::connect(&converter, &Converter::sigConvertInfo, &converter, &Converter::cancel);
+    converter.convert();
+    QCOMPARE(project.files(u"scr_temp"_s), QStringList{u"a.psc"_s});
+    QCOMPARE(StageFile::read(project.dir())->state.stage, RunStage::Cancelled);
+    QCOMPARE(StageFile::read(project.dir())->facts.screens, QStringList());
+
+    // The user removes a screen before the next run.
+    project.remove(u"scr/a.psc"_s);
+    Converter next(project.dir());
+    const LogRecorder log;
+    next.setPutsAwayTempFolder(putsAway);
+    next.setKeptRuns(keptRuns);
+    next.convert();
+    QCOMPARE(log.entries, QStringList());
+    QCOMPARE(project.files(u"scr"_s), screens);
+    QCOMPARE(project.keptFiles(), kept);
+    QVERIFY(!StageFile::exists(project.dir()));
 }
 
 void TestConverter::putsOthersBackWhereAsked_data()
@@ -1345,7 +1391,7 @@ void TestConverter::touchesNothingWhereARunWasInterrupted_data()
     QTest::addColumn<RunStage>("stage");
     QTest::addColumn<bool>("isReadable");
     for (const RunStageRow &row : runStageRows) {
-        if (row.stage != RunStage::Done)
+        if (row.stage != RunStage::Done && row.stage != RunStage::Cancelled)
             QTest::newRow(row.name) << row.stage << true;
     }
     QTest::newRow("nobody knows where") << RunStage::Converting << false;

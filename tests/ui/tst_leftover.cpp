@@ -4,6 +4,7 @@
 #include "LeftOverRun.h"
 #include "LeftOverTexts.h"
 #include "ProjectLock.h"
+#include "RunHistory.h"
 #include "StageFile.h"
 #include "StartedWindow.h"
 #include "Story.h"
@@ -106,6 +107,12 @@ QMap<QString, QByteArray> below(const TestProject &project, const QString &folde
     for (const QString &file : project.files(folder))
         bytes.insert(file, project.read(folder + u'/' + file));
     return bytes;
+}
+
+/// What the last undoing has set aside.
+QMap<QString, QByteArray> setAsideIn(const TestProject &project)
+{
+    return below(project, u".vantrel.history/%1/scr"_s.arg(RunHistory(project.dir()).entries().value(0)));
 }
 
 QMap<QString, QByteArray> all(QByteArray (*bytesOf)(const QString &screen))
@@ -380,7 +387,7 @@ void TestLeftOver::convertingAgainCanBeCancelled()
     AWAIT(window->logMessages().count(u"End"_s) == 2);
     QCOMPARE(below(project, u"scr"_s), all(original));
     QVERIFY(!project.exists(u"scr_bak"_s));
-    QCOMPARE(leftOverIn(project), LeftOver::Nothing);
+    QCOMPARE(leftOverIn(project), LeftOver::Cancelled);
 }
 
 void TestLeftOver::startsAsSetUpAfterConvertingAgain()
@@ -423,9 +430,9 @@ void TestLeftOver::goesOnWithAnUndoing()
     press(window.button(u"btnPutBack"_s));
     AWAIT(window.end());
     QCOMPARE(textOf(window.end()), u"The last run was undone: \"scr\" holds the screens from before it, "
-                                   "\"scr_undone\" those that it had made."_s);
+                                   "the history those that it had made."_s);
     QCOMPARE(below(project, u"scr"_s), all(original));
-    QCOMPARE(below(project, u"scr_undone"_s), all(converted));
+    QCOMPARE(setAsideIn(project), all(converted));
 }
 
 void TestLeftOver::onlyTellsWhatCannotBeDecided()
@@ -512,7 +519,8 @@ void TestLeftOver::startsNoRunOverAnotherProject()
 {
     const TestProject project;
     put(project, u"scr"_s, original);
-    writeStage(project, RunStage::Done, RunStage::Done);
+    writeStage(project, RunStage::Converting, RunStage::Converting);
+    const ProjectLock lock(project.dir()); // of somebody who recovers it
     const TestProject other(u"other"_s);
     put(other, u"scr"_s, original);
     const StartedWindow window(project);
@@ -778,8 +786,9 @@ void TestLeftOver::hasWordsForEveryStage()
     QSet<QString> texts;
     qsizetype stages = 0;
     for (const RunStageRow &row : runStageRows) {
-        // No run is interrupted there; an undoing is.
-        if (row.stage == RunStage::Done || row.stage == RunStage::SettingAside)
+        // No run is interrupted there; an undoing is, in the last one.
+        if (row.stage == RunStage::Done || row.stage == RunStage::Cancelled ||
+            row.stage == RunStage::SettingAside)
             continue;
         RecoveryAnswer answer;
         answer.kind = LeftOver::Run;

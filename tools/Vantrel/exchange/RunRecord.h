@@ -16,6 +16,7 @@
 
 /// What was under way. Each stage is written down before it begins.
 enum class RunStage {
+    Cancelled,    ///< the run was stopped: "scr" is untouched, "scr_temp" is what it had converted
     Converting,   ///< "scr" is untouched
     Discarding,   ///< the same; the backup of an earlier run is being removed
     BackingUp,    ///< each screen lies in "scr", in "scr_bak", or in both
@@ -35,6 +36,7 @@ struct RunStageRow
 
 /// The stages by their names, in the order of their numbers.
 inline constexpr std::array runStageRows{
+    RunStageRow{RunStage::Cancelled, "cancelled"},
     RunStageRow{RunStage::Converting, "converting"},
     RunStageRow{RunStage::Discarding, "removing the last backup"},
     RunStageRow{RunStage::BackingUp, "backing up"},

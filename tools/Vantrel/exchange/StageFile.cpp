@@ -128,6 +128,14 @@ bool StageFile::exists(const QString &projectDir)
     return mayExist(path(projectDir));
 }
 
+bool StageFile::tellsOfInterruption(const QString &projectDir)
+{
+    if (!exists(projectDir))
+        return false;
+    const std::optional<RunRecord> record = read(projectDir);
+    return !record || (record->state.stage != RunStage::Done && record->state.stage != RunStage::Cancelled);
+}
+
 void StageFile::removeUnfinished(const QString &projectDir)
 {
     unlink(besideOf(QFile::encodeName(path(projectDir))).constData());

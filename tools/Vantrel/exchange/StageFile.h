@@ -37,6 +37,9 @@ public:
     static QString path(const QString &projectDir);
     /// Whether there is one, readable or not; also yes where the disk gives no answer.
     static bool exists(const QString &projectDir);
+    /// Whether there is one that tells of a run which did not come to its end, or that cannot be
+    /// understood. A run that was completed or cancelled needs nothing any more.
+    static bool tellsOfInterruption(const QString &projectDir);
     /// Removes the beginning of one that an interruption of its writing left beside it.
     static void removeUnfinished(const QString &projectDir);
     /// What it says; nothing where there is none, or none that can be understood.

@@ -14,7 +14,9 @@
 #include <filesystem>
 #include <system_error>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -112,6 +114,27 @@ QString RunHistory::make(const QString &entry) const
     for (const QString &path : {m_root, pathOf(entry)}) {
         if (const int error = makeFolder(path, rights); error != 0)
             return notMade(path, error);
+    }
+    return {};
+}
+
+QString RunHistory::obstacle() const
+{
+    const QByteArray root = QFile::encodeName(m_root);
+    struct stat status = {};
+    if (lstat(root.constData(), &status) == 0) {
+        if (!S_ISDIR(status.st_mode))
+            return u"it is no folder"_s;
+        if (faccessat(AT_FDCWD, root.constData(), W_OK | X_OK, AT_EACCESS) != 0)
+            return u"it cannot be written to"_s;
+    }
+    struct stat project = {};
+    if (stat(QFile::encodeName(m_projectDir).constData(), &project) != 0)
+        return {};
+    for (const QString &name : {u"scr"_s, u"scr_bak"_s}) {
+        const bool isThere = lstat(QFile::encodeName(m_projectDir + u'/' + name).constData(), &status) == 0;
+        if (isThere && status.st_dev != project.st_dev)
+            return u"\"%1\" is on another disk"_s.arg(name);
     }
     return {};
 }

@@ -48,6 +48,9 @@ public:
     /// where it is there.
     QString make(const QString &entry) const;
 
+    /// Why nothing could be kept, as far as that can be told without trying; empty where it could.
+    QString obstacle() const;
+
     /// Removes an entry: at once from the history, then from the disk. What an interruption leaves
     /// of it goes with the next one. Returns what went wrong.
     QString remove(const QString &entry) const;

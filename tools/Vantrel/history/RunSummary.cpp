@@ -30,6 +30,7 @@ constexpr std::array kindRows{
     KindRow{HistoryKind::Run, "run"_L1},
     KindRow{HistoryKind::Undo, "undo"_L1},
     KindRow{HistoryKind::Restore, "restore"_L1},
+    KindRow{HistoryKind::Cancelled, "cancelled"_L1},
 };
 
 struct CountRow

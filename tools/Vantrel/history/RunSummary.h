@@ -10,9 +10,10 @@
 
 /// What has put something into the history.
 enum class HistoryKind {
-    Run,     ///< a conversion run
-    Undo,    ///< a run was taken back; the entry holds what it had made
-    Restore, ///< files were brought back; the entry holds those that they replaced
+    Run,       ///< a conversion run
+    Undo,      ///< a run was taken back; the entry holds what it had made
+    Restore,   ///< files were brought back; the entry holds those that they replaced
+    Cancelled, ///< a run was stopped; the entry holds what it had converted
 };
 
 struct StageTime

@@ -64,6 +64,8 @@ LeftOver LeftOverRun::look()
     if (!record)
         return LeftOver::Unreadable;
     m_record = *std::move(record);
+    if (m_record.state.stage == RunStage::Cancelled)
+        return LeftOver::Cancelled;
     const bool isUndoing =
         m_record.state.stage >= RunStage::SettingAside && m_record.state.endedAt == RunStage::Done;
     return isUndoing ? LeftOver::Undoing : LeftOver::Run;

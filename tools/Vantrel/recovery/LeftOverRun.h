@@ -15,6 +15,7 @@ class ProjectLock;
 /// What a project has of a run that is not over.
 enum class LeftOver {
     Nothing,
+    Cancelled,  ///< a run was cancelled, and nothing needs to be done
     InUse,      ///< somebody else works on the project
     Unreadable, ///< a stage file that tells nothing
     Run,        ///< an interrupted run, perhaps one that was being recovered

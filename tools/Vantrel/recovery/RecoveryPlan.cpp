@@ -135,6 +135,7 @@ bool Planner::isCopyInProgress(const QString &inPlace, const QString &backup) co
 Place Planner::placeOf(const QString &screen) const
 {
     switch (m_plan.record.state.stage) {
+    case RunStage::Cancelled:
     case RunStage::Converting:
     case RunStage::Discarding:
     case RunStage::RolledBack:

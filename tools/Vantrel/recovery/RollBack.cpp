@@ -116,7 +116,7 @@ QString RollBack::perform()
     if (const QString error = isUndoing() ? QString() : returnOlderFiles(); !error.isEmpty())
         return error;
     // A run that was still converting is taken back in the same way again, and that makes room.
-    if (const QString error = enter(RunStage::RolledBack); !error.isEmpty() && stage != RunStage::Converting)
+    if (const QString error = enter(RunStage::RolledBack); !error.isEmpty() && stage > RunStage::Converting)
         return error;
     if (isUndoing())
         removeSetAside();

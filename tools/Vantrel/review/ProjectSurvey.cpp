@@ -1,6 +1,7 @@
 // What a project holds, and what a run over it would lose or could not convert.
 #include "ProjectSurvey.h"
 
+#include "CancelledRun.h"
 #include "FileIo.h"
 #include "LineCheck.h"
 #include "ProjectPath.h"
@@ -82,6 +83,8 @@ private:
 
     void lookAtFolders();
     void lookAtPath();
+    void lookAtTempFolder();
+    void lookAtHistory();
     void lookAtName(const QString &name);
     void lookAtAccess(const QString &path);
     void lookAtLogFolder();
@@ -119,12 +122,13 @@ ProjectSurvey Surveyor::survey()
     lookAtFolders();
     listImageFiles();
     const Reading reading = readImageFiles();
+    lookAtHistory();
     lookForRoom(reading.bytes);
     lookForLosses();
     m_survey.findings += findScreensOnlyInBackup(m_projectDir, m_survey.imageFiles);
     m_survey.findings += reading.findings;
     m_survey.shapeNames = reading.shapeNames;
-    if (StageFile::exists(m_projectDir))
+    if (StageFile::tellsOfInterruption(m_projectDir))
         m_survey.findings.removeIf(mayBeLeftByInterruptedRun);
     return m_survey;
 }
@@ -142,16 +146,28 @@ void Surveyor::lookAtFolders()
              u"choose a project directory, which holds \"scr\""_s);
     }
     lookAtPath();
-    if (const QString tempFolder = m_projectDir + "/scr_temp"_L1; QFileInfo(tempFolder).isDir()) {
-        note(FindingKind::TempFolderLeft, tempFolder,
-             u"a run that did not end has left it; old files in it would reach \"scr\""_s,
-             u"look whether \"scr\" is whole, then remove it"_s);
-    }
+    lookAtTempFolder();
     lookAtName(u"scr_temp"_s);
     lookAtName(u"scr_bak"_s);
     lookAtAccess(m_projectDir);
     lookAtAccess(m_imageFolder);
     lookAtLogFolder();
+}
+
+void Surveyor::lookAtTempFolder()
+{
+    const QString tempFolder = m_projectDir + "/scr_temp"_L1;
+    if (!QFileInfo(tempFolder).isDir())
+        return;
+    if (hasCancelledRun(m_projectDir)) {
+        note(FindingKind::RunCancelled, tempFolder,
+             u"the last run was cancelled and has left what it had converted; \"scr\" is untouched"_s,
+             u"nothing needs to be done: the next run puts it into the history"_s);
+        return;
+    }
+    note(FindingKind::TempFolderLeft, tempFolder,
+         u"a run that did not end has left it; old files in it would reach \"scr\""_s,
+         u"look whether \"scr\" is whole, then remove it"_s);
 }
 
 /// A run makes a folder of this name. Where one is left over, that is another matter.
@@ -262,6 +278,18 @@ void Surveyor::lookAtBackupFolder(const QFileInfo &imageFile)
     note(FindingKind::FolderRenamedInBackup, imageFile.path(),
          u"a run backs it up as \"%1\", since its path holds \"/scr\""_s.arg(backup.sliced(1)),
          u"look for its screens there"_s);
+}
+
+void Surveyor::lookAtHistory()
+{
+    const QString obstacle = RunHistory(m_projectDir).obstacle();
+    if (obstacle.isEmpty())
+        return;
+    note(
+        FindingKind::HistoryUnusable, m_projectDir + "/.vantrel.history"_L1,
+        u"%1, so that a run would remove what it displaces for good: the last backup, and other files in \"scr\""_s
+            .arg(obstacle),
+        u"put that right, or use --keep-runs 0"_s);
 }
 
 /// Earlier runs give way to a run that needs their room.

@@ -1,6 +1,8 @@
 // A stand-in for a project, on which a run can be tried.
 #include "ScratchProject.h"
 
+#include "CancelledRun.h"
+
 #include <QDir>
 #include <QFile>
 #include <QUuid>
@@ -147,5 +149,7 @@ void ScratchProject::fill()
     fs::create_directories(standIn);
     linkOtherEntries(project, standIn);
     mirrorFolder(project / "scr", standIn / "scr", Files::Linked);
-    mirrorFolder(project / "scr_temp", standIn / "scr_temp", Files::Copied);
+    // What a cancelled run has left takes no part in the next one.
+    if (!hasCancelledRun(m_projectDir))
+        mirrorFolder(project / "scr_temp", standIn / "scr_temp", Files::Copied);
 }

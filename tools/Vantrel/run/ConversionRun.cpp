@@ -1,6 +1,7 @@
 // A conversion run over a project.
 #include "ConversionRun.h"
 
+#include "CancelledRun.h"
 #include "EngineLog.h"
 #include "FileIo.h"
 #include "ImageFileSearch.h"
@@ -44,6 +45,8 @@ void ConversionRun::perform()
     // Under the lock: the run that is waited for may be killed meanwhile.
     if (isInUse() || isLeftOver())
         return;
+    if (m_settings.putsAwayTempFolder)
+        putCancelledRunAway(m_settings.projectDir, m_settings.keptRuns);
 
     const FoundImageFiles found = searchImageFiles(m_settings.projectDir + "/scr"_L1);
     m_summary.changeLog = relativeTo(m_settings.projectDir, m_listener.onFound());
@@ -53,11 +56,24 @@ void ConversionRun::perform()
         return;
     takeAwayLink(m_settings.projectDir + "/scr_temp"_L1);
     reportHiddenFiles(found);
-    if (convertImageFiles(found.files) && backUpAndCopyBack()) {
+    if (!convertImageFiles(found.files)) {
+        leaveCancelled();
+        return;
+    }
+    if (backUpAndCopyBack()) {
         const auto count = static_cast<int>(found.files.size());
         m_listener.onProgress(count, count);
     }
     end();
+}
+
+/// Tells that "scr_temp" is what this run has left, and that nothing else is to be done about it.
+void ConversionRun::leaveCancelled()
+{
+    m_facts.screens.clear();
+    StageFile file(m_settings.projectDir, m_facts, IfUnwritable::Stop);
+    if (!file.enter({.stage = RunStage::Cancelled, .unsaved = {}, .endedAt = RunStage::Cancelled}))
+        m_stageFile->remove();
 }
 
 /// Where a stage could not be written down, nothing of it was begun, and what the file tells of is
@@ -96,11 +112,9 @@ bool ConversionRun::isInUse() const
 bool ConversionRun::isLeftOver() const
 {
     const QString &projectDir = m_settings.projectDir;
-    if (m_settings.goesOnFromLeftOver || !StageFile::exists(projectDir))
+    if (m_settings.goesOnFromLeftOver || !StageFile::tellsOfInterruption(projectDir))
         return false;
     const std::optional<RunRecord> record = StageFile::read(projectDir);
-    if (record && record->state.stage == RunStage::Done)
-        return false;
     const QString stage =
         record ? QString::fromLatin1(rowOf(record->state.stage).name) : u"its stage file cannot be read"_s;
     logError(u"A run on project %1 was interrupted (%2). No other run was started, and nothing was touched: "

@@ -60,6 +60,7 @@ public:
     void setFilterNames(const QSet<QString> &lowerNames);
     void setFolderCreation(FolderCreation creation);
     void setGoesOnFromLeftOver(bool goesOn);
+    void setPutsAwayTempFolder(bool putsAway);
     void setKeptRuns(int keptRuns);
     void setKeepsOthers(bool keepsOthers);
     void setLocked(bool isLocked);
@@ -138,6 +139,12 @@ void Converter::Insides::setGoesOnFromLeftOver(bool goesOn)
 {
     const QMutexLocker lock(&m_mutex);
     m_settings.goesOnFromLeftOver = goesOn;
+}
+
+void Converter::Insides::setPutsAwayTempFolder(bool putsAway)
+{
+    const QMutexLocker lock(&m_mutex);
+    m_settings.putsAwayTempFolder = putsAway;
 }
 
 void Converter::Insides::setKeptRuns(int keptRuns)
@@ -267,6 +274,11 @@ void Converter::setMakeFolders(bool makeFolders)
 void Converter::setGoesOnFromLeftOver(bool goesOn)
 {
     m_insides->setGoesOnFromLeftOver(goesOn);
+}
+
+void Converter::setPutsAwayTempFolder(bool putsAway)
+{
+    m_insides->setPutsAwayTempFolder(putsAway);
 }
 
 void Converter::setKeptRuns(int keptRuns)

@@ -48,6 +48,9 @@ public:
     /// Lets the next runs begin where an interrupted run has left its stage file, which other runs
     /// refuse. For whoever has recovered the project so far that converting again loses nothing.
     void setGoesOnFromLeftOver(bool goesOn);
+    /// Lets the next runs put "scr_temp" into the history where a cancelled run has left it. Otherwise
+    /// what lies there takes part in the run.
+    void setPutsAwayTempFolder(bool putsAway);
     /// How many runs the project's history keeps. With 0 nothing is kept that a run displaces: neither
     /// the backup of the run before nor other files in "scr".
     void setKeptRuns(int keptRuns);

@@ -23,9 +23,10 @@ struct ConversionSettings
     QSet<QString> filterNames; ///< in lower case; objects of these shape files are replaced
     FolderCreation folderCreation = FolderCreation::OneLevel;
     bool goesOnFromLeftOver = false;      ///< performs an interrupted run again, see Converter
+    bool putsAwayTempFolder = false;      ///< of a run that was cancelled, before it begins
     int keptRuns = RunHistory::usualRuns; ///< in the history; 0 keeps nothing
     bool keepsOthers = false;             ///< puts back what else lies in "scr", see Converter
-    bool isLocked = false;           ///< by the caller, until the run has ended
+    bool isLocked = false;                ///< by the caller, until the run has ended
 };
 
 /// Converts the image files of one run: reads each, replaces the objects whose shapes are chosen,

@@ -13,6 +13,7 @@
 #include "RecentProjects.h"
 #include "RecoveryFlow.h"
 #include "ReportedFile.h"
+#include "RunHistory.h"
 #include "RunNotifier.h"
 #include "RunRecord.h"
 #include "TableActions.h"
@@ -33,6 +34,7 @@
 #include <QThread>
 #include <QUrl>
 
+#include <algorithm>
 #include <chrono>
 #include <future>
 
@@ -56,6 +58,12 @@ void removeRows(QTableWidget &table)
 QSet<QString> toSet(const QStringList &names)
 {
     return {names.cbegin(), names.cend()};
+}
+
+/// How many runs the user wants a project's history to keep.
+int keptRunsOfUser()
+{
+    return std::max(0, UserSettings().value("history"_L1, RunHistory::usualRuns).toInt());
 }
 
 QUrl fileUrl(const QString &path)
@@ -276,6 +284,8 @@ void Vantrel::startRun(const QString &projectDir, const RunFacts *interruptedRun
                                                         : selectedFilterNames);
     converter->setMakeFolders(interruptedRun != nullptr && interruptedRun->makesFolders);
     converter->setGoesOnFromLeftOver(interruptedRun != nullptr);
+    converter->setKeptRuns(interruptedRun != nullptr ? interruptedRun->keptRuns : keptRunsOfUser());
+    converter->setKeepsOthers(interruptedRun != nullptr && interruptedRun->keepsOthers);
     logMilestone(u"Start"_s, __LINE__);
 
     rememberProject(projectDir);

@@ -75,6 +75,11 @@ inline constexpr std::array updateOptions{
               {},
               QLatin1StringView("run even where something would be lost or not converted")},
     OptionRow{
+        QLatin1StringView("keep-others"),
+        {},
+        QLatin1StringView("put back what a run takes out of \"scr\": other files, and screens that cannot "
+                          "be converted")},
+    OptionRow{
         QLatin1StringView("keep-runs"), QLatin1StringView("N"),
         QLatin1StringView("how many runs \".vantrel.history\" keeps (3); with 0, what a run displaces is "
                           "removed for good")},

@@ -434,6 +434,7 @@ ExitCode CommandRequest::performUpdate(Presenter &presenter)
                       .makeFolders = isSet(u"make-folders"_s),
                       .force = isSet(u"force"_s),
                       .keptRuns = keptRuns(),
+                      .keepOthers = isSet(u"keep-others"_s),
                       .dryRun = isSet(u"dry-run"_s),
                       .failOnChanges = isSet(u"fail-on-changes"_s),
                       .realCommand = realCommand()},
@@ -443,8 +444,9 @@ ExitCode CommandRequest::performUpdate(Presenter &presenter)
 /// The command without what keeps it from changing the project, and what tells how to print.
 QString CommandRequest::realCommand() const
 {
-    constexpr std::array kept{"project"_L1,       "shape"_L1,        "shapes-from"_L1, "all-shapes"_L1,
-                              "usable-shapes"_L1, "make-folders"_L1, "force"_L1,       "keep-runs"_L1};
+    constexpr std::array kept{"project"_L1,    "shape"_L1,         "shapes-from"_L1,
+                              "all-shapes"_L1, "usable-shapes"_L1, "make-folders"_L1,
+                              "force"_L1,      "keep-others"_L1,   "keep-runs"_L1};
     QStringList words{programName, m_command.name};
     for (const QLatin1StringView option : kept) {
         if (!isSet(option))

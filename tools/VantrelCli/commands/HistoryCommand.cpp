@@ -29,6 +29,7 @@ constexpr std::array kindWords{
     KindWord{HistoryKind::Run, "run"_L1},
     KindWord{HistoryKind::Undo, "undo"_L1},
     KindWord{HistoryKind::Restore, "restore"_L1},
+    KindWord{HistoryKind::Cancelled, "cancelled"_L1},
 };
 
 QLatin1StringView wordOf(HistoryKind kind)
@@ -138,8 +139,7 @@ ExitCode HistoryCommand::compare()
     ExitCode code = diffs.changedFiles() > 0 ? ExitCode::Different : ExitCode::Done;
     if (diffs.unreadableFiles() > 0)
         code = weightier(code, ExitCode::Refused);
-    return endWith(code, {},
-                   QList<CountValue>{{Count::Files, screens}} + countsOf(diffs));
+    return endWith(code, {}, QList<CountValue>{{Count::Files, screens}} + countsOf(diffs));
 }
 
 ExitCode HistoryCommand::restore()

@@ -37,7 +37,7 @@ QList<Finding> findRunUnderWay(const QString &projectDir)
 
 QList<Finding> findLeftOverRun(const QString &projectDir)
 {
-    if (!StageFile::exists(projectDir))
+    if (!StageFile::tellsOfInterruption(projectDir))
         return {};
     return {{FindingKind::RunInterrupted, stageFileName, describe(StageFile::read(projectDir)),
              u"see \"%1\""_s.arg(recoverCommandFor(projectDir))}};

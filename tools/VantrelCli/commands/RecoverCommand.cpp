@@ -1,6 +1,7 @@
 // The command that tells what an interrupted run has left, and completes it or takes it back.
 #include "RecoverCommand.h"
 
+#include "CancelledRun.h"
 #include "FileIo.h"
 #include "LeftOverFinding.h"
 #include "LeftOverRun.h"
@@ -100,6 +101,7 @@ private:
     ExitCode finish();
     ExitCode convertAgain();
     bool tellUnconverted(const QStringList &screens);
+    ExitCode findCancelled();
     ExitCode undo();
     ExitCode takeBack(const RecoveryPlan &plan);
 
@@ -127,6 +129,8 @@ ExitCode RecoverCommand::execute()
         return refuse(u"A run is under way: the project is in use by %1."_s.arg(m_leftOver->holder()));
     case LeftOver::Nothing:
         return findNothing();
+    case LeftOver::Cancelled:
+        return findCancelled();
     case LeftOver::Unreadable:
         return refuse(
             u"\".vantrel.run\" cannot be read or understood. Look which of \"scr\", \"scr_bak\" and "
@@ -147,7 +151,29 @@ ExitCode RecoverCommand::findNothing()
     // the beginning of a stage file.
     if (m_options.action != RecoverAction::Tell)
         StageFile::removeUnfinished(m_options.projectDir);
+    bool isWhole = true;
+    const qsizetype backups = m_places.screensInBackup(isWhole).size();
+    if (backups > 0 && m_places.screensInPlace(isWhole).isEmpty() && isWhole) {
+        return endWith(
+            ExitCode::FilesMissing,
+            u"Nothing tells of an interrupted run, but \"scr\" holds no screen, and \"scr_bak\" holds "
+            "%1: \"%2 --undo\" copies them back."_s.arg(screensText(backups),
+                                                        recoverCommandFor(m_options.projectDir)),
+            0);
+    }
     return endWith(ExitCode::Done, u"No run was interrupted; there is nothing to recover."_s, 0);
+}
+
+ExitCode RecoverCommand::findCancelled()
+{
+    if (m_options.action == RecoverAction::Undo) {
+        putCancelledRunAway(m_options.projectDir, m_leftOver->record().facts.keptRuns);
+        return undo();
+    }
+    return endWith(ExitCode::Done,
+                   u"The last run was cancelled: \"scr\" is untouched. There is nothing to recover; the next "
+                   "run puts \"scr_temp\" into the history."_s,
+                   0);
 }
 
 ExitCode RecoverCommand::recoverRun()
@@ -246,6 +272,7 @@ ExitCode RecoverCommand::convertAgain()
                    .shapeNames = QSet<QString>(facts.shapeNames.cbegin(), facts.shapeNames.cend()),
                    .makeFolders = facts.makesFolders,
                    .keptRuns = facts.keptRuns,
+                   .keepsOthers = facts.keepsOthers,
                    .goesOnFromLeftOver = true,
                    .scratchRoot = {},
                    .isLocked = true},
@@ -258,10 +285,11 @@ ExitCode RecoverCommand::convertAgain()
                        result.fileCount);
     if (!result.isCompleted || !result.isCopiedBack)
         return endWith(ExitCode::FilesMissing, u"The run could not be completed."_s, result.fileCount);
-    if (tellUnconverted(m_leftOver->unconverted()))
+    if (tellUnconverted(m_leftOver->unconverted())) {
         return endWith(ExitCode::FilesMissing,
                        u"The run is complete, but for screens that it could not convert."_s,
                        result.fileCount);
+    }
     return endWith(result.errors > 0 ? ExitCode::DoneWithErrors : codeOf(errors),
                    u"The screens were converted again, and the run is complete."_s, result.fileCount);
 }

@@ -56,6 +56,14 @@ QString complaintAbout(const QString &name, const ShapeNames &known)
                                 : u", did you mean \"%1\"?"_s.arg(nearest));
 }
 
+/// Whether what was found is put back by a run that keeps others.
+bool staysInPlace(const Finding &finding)
+{
+    constexpr std::array kinds{FindingKind::HiddenFile, FindingKind::LeftOverFile, FindingKind::OtherFile,
+                               FindingKind::ScreenUnreadable, FindingKind::ScreenInvalid};
+    return std::find(kinds.begin(), kinds.end(), finding.kind) != kinds.end();
+}
+
 class UpdateCommand final
 {
 public:
@@ -109,7 +117,12 @@ ExitCode UpdateCommand::execute()
         return refuseBesideAnotherRun(inUse);
     requireKnownNames();
     chooseShapes();
-    const QList<Finding> findings = m_survey.findings + findHiddenIcons(m_options.projectDir, m_chosenShapes);
+    QList<Finding> findings = m_survey.findings + findHiddenIcons(m_options.projectDir, m_chosenShapes);
+    if (m_options.keepOthers)
+        findings.removeIf(staysInPlace);
+    else if (m_options.keptRuns == 0)
+        findings.removeIf(
+            [](const Finding &finding) { return finding.kind == FindingKind::HistoryUnusable; });
     const QList<Finding> obstacles = leftOver + findingsOf(findings, Severity::Obstacle);
     if (!hasNoProject(obstacles))
         m_presenter.showHints(findingsOf(findings, Severity::Hint));
@@ -178,7 +191,9 @@ ExitCode UpdateCommand::changeProject()
         end.message =
             u"The run did not come to its end; see \"%1\"."_s.arg(recoverCommandFor(m_options.projectDir));
     } else if (!result.isCompleted)
-        end.message = u"Stopped. \"scr\" is untouched; \"scr_temp\" keeps the files converted so far."_s;
+        end.message =
+            u"Stopped. \"scr\" is untouched; \"scr_temp\" keeps the files converted so far, and the next "
+            "run puts it into the history."_s;
     return finish(end);
 }
 
@@ -257,6 +272,7 @@ RunResult UpdateCommand::convert(const QString &projectDir, const QString &scrat
                    .shapeNames = shapeNames,
                    .makeFolders = m_options.makeFolders,
                    .keptRuns = m_options.keptRuns,
+                   .keepsOthers = m_options.keepOthers,
                    .scratchRoot = scratchRoot,
                    .isLocked = scratchRoot.isEmpty()},
                   m_presenter);

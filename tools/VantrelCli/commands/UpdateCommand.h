@@ -18,6 +18,7 @@ struct UpdateOptions
     bool makeFolders = false;
     bool force = false;
     int keptRuns = RunHistory::usualRuns;
+    bool keepOthers = false;
     bool dryRun = false;
     bool failOnChanges = false; ///< of a dry run
     QString realCommand;        ///< what a user types to have a dry run's changes made

@@ -17,6 +17,8 @@ UpdateRun::UpdateRun(const RunSettings &settings, Presenter &presenter)
     m_converter.setFilterNames(settings.shapeNames);
     m_converter.setMakeFolders(settings.makeFolders);
     m_converter.setKeptRuns(settings.keptRuns);
+    m_converter.setKeepsOthers(settings.keepsOthers);
+    m_converter.setPutsAwayTempFolder(true);
     m_converter.setGoesOnFromLeftOver(settings.goesOnFromLeftOver);
     m_converter.setLocked(settings.isLocked);
 

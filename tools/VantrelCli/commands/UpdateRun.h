@@ -18,6 +18,7 @@ struct RunSettings
     QSet<QString> shapeNames;
     bool makeFolders = false;
     int keptRuns = RunHistory::usualRuns;
+    bool keepsOthers = false;
     bool goesOnFromLeftOver = false; ///< of an interrupted run, which is performed again
     /// The folder below which a dry run has made the project directory again; empty in a real
     /// run. It is taken out of every text that is shown, and no change log is written.

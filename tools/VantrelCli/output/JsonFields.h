@@ -166,9 +166,11 @@ inline constexpr std::array jsonFields{
     JsonFieldRow{JsonKind::Run,
                  {QLatin1StringView("name"), JsonType::Text,
                   QLatin1StringView("its name: the local time at which it began")}},
-    JsonFieldRow{JsonKind::Run,
-                 {QLatin1StringView("what"), JsonType::Text,
-                  QLatin1StringView("\"run\"; \"undo\" or \"restore\": it holds what one has replaced")}},
+    JsonFieldRow{
+        JsonKind::Run,
+        {QLatin1StringView("what"), JsonType::Text,
+         QLatin1StringView("\"run\", or \"cancelled\": what one had converted; \"undo\" or \"restore\": "
+                           "what one has replaced")}},
     JsonFieldRow{JsonKind::Run,
                  {QLatin1StringView("about"), JsonType::TextOrNull,
                   QLatin1StringView("the entry that was undone or restored from")}},

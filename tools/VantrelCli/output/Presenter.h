@@ -102,7 +102,7 @@ struct LogEntry
 struct KeptRun
 {
     QString name;
-    QLatin1StringView kind; ///< "run", "undo" or "restore"
+    QLatin1StringView kind; ///< "run", "undo", "restore" or "cancelled"
     QString about;          ///< of the latter two: which entry
     QString ended;          ///< ISO 8601; empty where it is not known
     QString changeLog;      ///< below the project; empty where none is known

@@ -237,8 +237,8 @@ Ausgeblendete Namen übernimmt OK nicht. Taste: Strg+F</translation>
         <translation>Bilder von vor dem Lauf, die in &quot;scr&quot; liegen: %1, nur in &quot;scr_bak&quot;: %2.</translation>
     </message>
     <message>
-        <source>Put Back goes on with it: &quot;scr&quot; gets the screens from before the run, and &quot;scr_undone&quot; keeps those that it had made.</source>
-        <translation>&quot;Zurückholen&quot; fährt damit fort: &quot;scr&quot; bekommt die Bilder von vor dem Lauf, und &quot;scr_undone&quot; behält die, die er gemacht hatte.</translation>
+        <source>Put Back goes on with it: &quot;scr&quot; gets the screens from before the run, and the history keeps those that it had made.</source>
+        <translation>&quot;Zurückholen&quot; fährt damit fort: &quot;scr&quot; bekommt die Bilder von vor dem Lauf, und der Verlauf behält die, die er gemacht hatte.</translation>
     </message>
     <message>
         <source>Cancel changes nothing.</source>
@@ -261,8 +261,8 @@ Ausgeblendete Namen übernimmt OK nicht. Taste: Strg+F</translation>
         <translation>Kein Bild ist verloren. Beheben Sie, was im Weg ist, und drücken Sie dann noch einmal &quot;Aktualisieren&quot;.</translation>
     </message>
     <message>
-        <source>The last run was undone: &quot;scr&quot; holds the screens from before it, &quot;scr_undone&quot; those that it had made.</source>
-        <translation>Der letzte Lauf wurde rückgängig gemacht: in &quot;scr&quot; liegen die Bilder von vor ihm, in &quot;scr_undone&quot; die, die er gemacht hatte.</translation>
+        <source>The last run was undone: &quot;scr&quot; holds the screens from before it, the history those that it had made.</source>
+        <translation>Der letzte Lauf wurde rückgängig gemacht: in &quot;scr&quot; liegen die Bilder von vor ihm, im Verlauf die, die er gemacht hatte.</translation>
     </message>
     <message>
         <source>All %1 screens are back as they were before the run.</source>

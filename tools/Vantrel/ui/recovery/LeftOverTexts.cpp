@@ -158,7 +158,7 @@ void tellPlan(Story &story, const RecoveryAnswer &answer)
     if (answer.kind == LeftOver::Undoing) {
         story.say(QT_TRANSLATE_NOOP("Story",
                                     "Put Back goes on with it: \"scr\" gets the screens from before the run, "
-                                    "and \"scr_undone\" keeps those that it had made."));
+                                    "and the history keeps those that it had made."));
     } else {
         story.say(text.putBack);
         story.beginLine();
@@ -203,7 +203,7 @@ void tellPutBack(Story &story, const RecoveryAnswer &answer)
     if (answer.kind == LeftOver::Undoing) {
         story.say(QT_TRANSLATE_NOOP("Story",
                                     "The last run was undone: \"scr\" holds the screens from before it, "
-                                    "\"scr_undone\" those that it had made."));
+                                    "the history those that it had made."));
         return;
     }
     const qsizetype screens = answer.plan.inPlace.size() + answer.plan.inBackup.size();

@@ -45,7 +45,7 @@ RecoveryFlow::~RecoveryFlow()
 
 bool RecoveryFlow::takesOver(const QString &projectDir)
 {
-    if (!StageFile::exists(projectDir))
+    if (!StageFile::tellsOfInterruption(projectDir))
         return false;
     m_hasLeft = false;
     m_projectDir = projectDir;

@@ -17,7 +17,8 @@ void perform(const QString &projectDir, RecoveryAnswer &answer)
     LeftOverRun run(projectDir);
     answer.kind = run.kind();
     answer.holder = run.holder();
-    if (answer.kind == LeftOver::Run && run.record().state.stage == RunStage::Done)
+    const bool isCompleted = answer.kind == LeftOver::Run && run.record().state.stage == RunStage::Done;
+    if (isCompleted || answer.kind == LeftOver::Cancelled)
         answer.kind = LeftOver::Nothing;
     if (answer.kind != LeftOver::Run && answer.kind != LeftOver::Undoing)
         return;
