@@ -33,6 +33,7 @@ PROJECTS, PROJECT_SHARES = 2000, 10
 LIMIT_SHARES = 4
 TIDY_SHARES = 10
 WALKS = 200
+LONGEST_WALKS = 1200  # seconds; many times as long as on an idle machine
 MUTATIONS_OF_A_RUN = 2
 MUTATIONS_OF_THE_WHOLE = 12
 
@@ -114,7 +115,8 @@ def stages_of_check(extent: Extent) -> list[Stage]:
               [["scripts/build", "dev", "vantrel", "dragsource"], ["tests/ui/x11/run", "build/dev"]]),
         Stage("walks", "Random walks over the window",
               [["scripts/build", "dev", "tests_ui"],
-               ["env", f"VANTREL_WALK_SEEDS={WALKS}", "ctest", "--preset", "dev", "-R", "tst_windowwalk"]]),
+               ["env", f"VANTREL_WALK_SEEDS={WALKS}", f"QTEST_FUNCTION_TIMEOUT={1000 * LONGEST_WALKS}",
+                "ctest", "--preset", "dev", "--timeout", str(LONGEST_WALKS), "-R", "tst_windowwalk"]]),
         Stage("consumer", "As a part of another project",
               [["cmake", "-S", "tests/consumer", "-B", "build/consumer", "-G", "Ninja"],
                ["cmake", "--build", "build/consumer", "--parallel", "2", "--target", "consumer"],
