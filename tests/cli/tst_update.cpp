@@ -3,6 +3,7 @@
 #include "ExitCode.h"
 #include "HeldFile.h"
 #include "ProjectTree.h"
+#include "RunHistory.h"
 #include "SmallPlant.h"
 #include "StageFile.h"
 #include "Streams.h"
@@ -111,6 +112,7 @@ private Q_SLOTS:
     void keepsOtherFilesWhereAsked();
     void putsACancelledRunAway();
     void refusesWhereNothingCouldBeKept();
+    void refusesWhereOnlyTheHistoryHasAScreen();
     void replacesObjects();
     void reportsErrorsAndGoesOn();
     void writesTheChangeLogOfTheRun();
@@ -1432,6 +1434,25 @@ void TestUpdate::refusesWhereNothingCouldBeKept()
              refused.errorOutput);
     COMPARE_EXIT_CODE(update(project, {u"--all-shapes"_s, u"--keep-runs"_s, u"0"_s}), Done);
     COMPARE_EXIT_CODE(update(project, {u"--all-shapes"_s, u"--force"_s}), DoneWithErrors);
+}
+
+void TestUpdate::refusesWhereOnlyTheHistoryHasAScreen()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.write(u"scr/script/bad.psc"_s, SmallPlant::invalidScreen());
+    const QStringList forced{u"--all-shapes"_s, u"--force"_s, u"--make-folders"_s};
+    COMPARE_EXIT_CODE(update(project, forced), FilesMissing);
+    COMPARE_EXIT_CODE(update(project, forced), Done);
+    // It is in the entry of the second run now.
+    const CliResult refused = update(project, {u"--all-shapes"_s});
+    COMPARE_EXIT_CODE(refused, Refused);
+    const QString kept =
+        u".vantrel.history/%1/scr_bak/scr_bakipt/bad.psc"_s.arg(RunHistory(project.dir()).newestRun());
+    QVERIFY2(refused.errorOutput.contains(kept.toUtf8() + ": this screen is not in \"scr\""),
+             refused.errorOutput);
+    QVERIFY2(refused.errorOutput.contains("copy it to \"scr/script/bad.psc\""), refused.errorOutput);
+    QCOMPARE(project.read(kept), SmallPlant::invalidScreen());
 }
 
 VANTREL_TEST(QCoreApplication, TestUpdate)

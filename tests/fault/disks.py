@@ -114,6 +114,40 @@ def full_disks(surroundings: Surroundings) -> list[Case]:
     return cases
 
 
+# --- With earlier runs that take the room of a new one ---
+
+OLDER_RUN = ".vantrel.history/2001-02-03_04-05-06"
+
+
+def check_room(surroundings: Surroundings, setting: Setting, undisturbed: Undisturbed) -> None:
+    """The oldest run goes, and no other; the new one does all, and tells it."""
+    with site(surroundings, empty) as place:
+        place.plant = setting.plant
+        with small_disk(place, "size=2m,nr_inodes=1000"):
+            older = place.project / OLDER_RUN
+            newer = place.project / OLDER_RUN.replace("2001", "2002")
+            for folder in (older, newer):
+                folder.mkdir()
+                (folder / "run.json").write_text('{"format": 1, "kind": "run"}')
+            free = os.statvfs(place.project)
+            (older / FILLER).write_bytes(bytes((free.f_bfree - 2) * PAGE))
+            outcome = place.program.run(setting.arguments(place))
+            after = place.tree()
+            left = older.exists(), newer.exists()
+        require_no_crash(outcome)
+        if left != (False, True):
+            raise Failure(f"left of the older runs: {left}")
+        if changed := differences(undisturbed.tree, after):
+            raise Failure(f"another tree: {'; '.join(changed[:4])}")
+        if not any("no room for this run" in message for message in outcome.messages()):
+            raise Failure(f"not told: {outcome.messages()}")
+
+
+def room_of_earlier_runs(surroundings: Surroundings) -> list[Case]:
+    return [Case(setting.name, functools.partial(check_room, surroundings, setting, study(surroundings, setting)))
+            for setting in SETTINGS]
+
+
 # --- Without the list of open files, over which a whole copy gets its name ---
 
 WITHOUT_PROC = ["unshare", "-m", "sh", "-c", 'mount -t tmpfs tmpfs /proc && exec "$@"', "sh"]

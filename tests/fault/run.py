@@ -52,6 +52,7 @@ ROWS = {
     "failing-undoings": Row(kills.failing_undoings, sample=6, whole=150),
     "failing-recoveries": Row(kills.failing_recoveries, sample=6, whole=150),
     "full-disks": Row(disks.full_disks, sample=6, whole=100, mounts=True),
+    "room-of-earlier-runs": Row(disks.room_of_earlier_runs, sample=10, whole=10, mounts=True),
     "full-disk-recoveries": Row(disks.full_disk_recoveries, sample=6, whole=100, mounts=True),
     "full-disk-undoings": Row(disks.full_disk_undoings, sample=6, whole=100, mounts=True),
     "without-proc": Row(disks.without_proc, sample=10, whole=10, mounts=True),

@@ -1,9 +1,11 @@
 // Whole runs through the main window, up to leaving it in the middle of one.
 #include "Filters_UI.h"
 #include "Gates.h"
+#include "RunHistory.h"
 #include "Surroundings.h"
 #include "TestSuite.h"
 #include "TestWindow.h"
+#include "UserSettings.h"
 #include "WatchFolderThread.h"
 
 #include <QApplication>
@@ -114,6 +116,7 @@ private Q_SLOTS:
     void remembersNothingOfThePathTypedMeanwhile();
     void dialogMayStayOpenWhileTheRunEnds();
     void canBeStartedAgain();
+    void keepsAsManyRunsAsTheSettingsSay();
     void runsOverNoFile();
     void runsOverAMissingProject();
     void writesNoChangeLogWithoutItsFolder();
@@ -355,6 +358,31 @@ void TestWindowRuns::dialogMayStayOpenWhileTheRunEnds()
     QCOMPARE(answered, 1);
     QVERIFY(window.selectedFilterNames.isEmpty());
     QCOMPARE(window.ui.rplShapeTable->rowCount(), plantReports);
+}
+
+void TestWindowRuns::keepsAsManyRunsAsTheSettingsSay()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, "ID;1;Rect;a\n");
+    const auto run = [&project] {
+        TestWindow window;
+        window.ui.lnProjectPath->setText(project.dir());
+        press(window.ui.btnStart);
+        QTRY_VERIFY_WITH_TIMEOUT(window.isIdle(), patience);
+    };
+    const auto keptRuns = [&project] { return RunHistory(project.dir()).entries().size(); };
+    for (int kept = 1; kept <= RunHistory::usualRuns; ++kept) {
+        run();
+        QCOMPARE(keptRuns(), kept);
+    }
+    run();
+    QCOMPARE(keptRuns(), RunHistory::usualRuns);
+    UserSettings().setValue("history"_L1, 1);
+    run();
+    QCOMPARE(keptRuns(), 1);
+    UserSettings().setValue("history"_L1, -5);
+    run();
+    QCOMPARE(keptRuns(), 0);
 }
 
 void TestWindowRuns::canBeStartedAgain()

@@ -97,7 +97,8 @@ inline constexpr std::array findingRows{
                QLatin1StringView("\"scr\" holds no screen: a run takes it and the last backup away")},
     FindingRow{FindingKind::ScreenOnlyInBackup, QLatin1StringView("screen-only-in-backup"),
                Severity::Obstacle,
-               QLatin1StringView("a screen is in \"scr_bak\" and not in \"scr\": a run sets it aside")},
+               QLatin1StringView("a screen is in \"scr_bak\" or the newest entry of the history, and not "
+                                 "in \"scr\": runs set it aside")},
     FindingRow{FindingKind::HistoryUnusable, QLatin1StringView("history-unusable"), Severity::Obstacle,
                QLatin1StringView("what a run displaces could not be kept in \".vantrel.history\"")},
     FindingRow{FindingKind::NoRoom, QLatin1StringView("no-room"), Severity::Obstacle,
