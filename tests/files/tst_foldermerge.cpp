@@ -21,6 +21,7 @@ private Q_SLOTS:
     void followsNoLink();
     void saysWhatCannotBeMoved();
     void removesTwinsOnly();
+    void removesEmptyFoldersOnly();
 };
 
 void TestFolderMerge::movesAWholeFolderWhereNothingLies()
@@ -116,6 +117,24 @@ void TestFolderMerge::removesTwinsOnly()
     QVERIFY(removeTwins(project.path(u"kept"_s), project.path(u"scr"_s)));
     QVERIFY(!project.exists(u"kept"_s));
     QCOMPARE(project.read(u"scr/other.psc"_s), "after");
+}
+
+void TestFolderMerge::removesEmptyFoldersOnly()
+{
+    const TestProject project;
+    QVERIFY(removeEmptyFolders(project.path(u"gone"_s)));
+    project.makeFolder(u"empty/deep/deeper"_s);
+    QVERIFY(removeEmptyFolders(project.path(u"empty"_s)));
+    QVERIFY(!project.exists(u"empty"_s));
+    project.makeFolder(u"full/deep/empty"_s);
+    project.write(u"full/deep/notes.txt"_s, "");
+    project.makeFolder(u"elsewhere"_s);
+    project.link(project.path(u"elsewhere"_s), u"full/link"_s);
+    QVERIFY(!removeEmptyFolders(project.path(u"full"_s)));
+    QCOMPARE(project.files(u"full"_s), (QStringList{u"deep/notes.txt"_s, u"link"_s}));
+    QVERIFY(!project.exists(u"full/deep/empty"_s));
+    QVERIFY(!removeEmptyFolders(project.path(u"full/link"_s)));
+    QVERIFY(project.exists(u"elsewhere"_s));
 }
 
 VANTREL_TEST(QCoreApplication, TestFolderMerge)

@@ -78,6 +78,15 @@ bool removeTwin(const QByteArray &from, const QByteArray &to)
     return rmdir(from.constData()) == 0;
 }
 
+bool removeIfEmpty(const QByteArray &path)
+{
+    for (const FolderEntry &entry : OpenFolder(path).list().entries) {
+        if (entry.kind == EntryKind::Folder)
+            removeIfEmpty(path + '/' + entry.name);
+    }
+    return rmdir(path.constData()) == 0;
+}
+
 } // namespace
 
 QString mergeBack(const QString &from, const QString &to)
@@ -90,4 +99,11 @@ bool removeTwins(const QString &from, const QString &to)
 {
     const QByteArray source = QFile::encodeName(from);
     return kindOf(source) == Kind::Nothing || removeTwin(source, QFile::encodeName(to));
+}
+
+bool removeEmptyFolders(const QString &path)
+{
+    const QByteArray folder = QFile::encodeName(path);
+    const Kind kind = kindOf(folder);
+    return kind == Kind::Nothing || (kind == Kind::Folder && removeIfEmpty(folder));
 }

@@ -12,3 +12,7 @@ QString mergeBack(const QString &from, const QString &to);
 /// Removes the files below `from` whose bytes lie in their place below `to` too, and folders that
 /// are empty then. Returns whether nothing is left of `from`.
 bool removeTwins(const QString &from, const QString &to);
+
+/// Removes a folder if it holds nothing but folders, and of those below it the ones that do.
+/// Returns whether it is gone.
+bool removeEmptyFolders(const QString &path);

@@ -318,9 +318,8 @@ void RollBack::removeBackup() const
         if (!isChanged || haveSameContent(inPlace, backup))
             removeContained(backup, inPlace);
     }
-    bool isWhole = true;
-    if (m_places.screensInBackup(isWhole).isEmpty() && isWhole)
-        updUtils::removeDir(m_places.folder(u"scr_bak"_s));
+    // What else somebody has put there stays.
+    removeEmptyFolders(m_places.folder(u"scr_bak"_s));
 }
 
 RunRecord recordOfCompletedRun(const ScreenPlaces &places, bool &isWhole)
