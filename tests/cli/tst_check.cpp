@@ -229,7 +229,8 @@ void addEntryRows()
         totals(1, 1, 1, 0));
     addRow(
         "a hidden file", [](const TestProject &project) { project.write(u"scr/.a.psc.swp"_s, "x"); },
-        "scr/.a.psc.swp: obstacle: a run would lose this hidden file; move it out of \"scr\"\n",
+        "scr/.a.psc.swp: obstacle: a run would take this hidden file away; use --keep-others, or move it out "
+        "of \"scr\"\n",
         totals(1, 1, 1, 0));
     addRow(
         "a temp file", [](const TestProject &project) { project.write(u"scr/qt_temp.XyZabc"_s, "x"); },
@@ -241,8 +242,10 @@ void addEntryRows()
             project.write(u"scr/notes.txt"_s, "x");
             project.write(u"scr/b.PSC"_s, SmallPlant::plainScreen());
         },
-        "scr/b.PSC: obstacle: a run would lose this file: it is no image file; move it out of \"scr\"\n"
-        "scr/notes.txt: obstacle: a run would lose this file: it is no image file; move it out of \"scr\"\n",
+        "scr/b.PSC: obstacle: a run would take this file away: it is no image file; use --keep-others, or "
+        "move it out of \"scr\"\n"
+        "scr/notes.txt: obstacle: a run would take this file away: it is no image file; use --keep-others, "
+        "or move it out of \"scr\"\n",
         totals(1, 1, 2, 0));
     addRow(
         "a link to nothing",
@@ -729,8 +732,8 @@ void TestCheck::escapesWhatNamesHold()
     const TestProject project;
     SmallPlant::makeIn(project);
     project.write(u"scr/a\nb\x1b[31m\u202e\u2028.txt"_s, "x");
-    QCOMPARE(check(project).output, "scr/a\\nb\\x1b[31m\\u202e\\u2028.txt: obstacle: a run would lose this "
-                                    "file: it is no image file; move it out "
+    QCOMPARE(check(project).output, "scr/a\\nb\\x1b[31m\\u202e\\u2028.txt: obstacle: a run would take this "
+                                    "file away: it is no image file; use --keep-others, or move it out "
                                     "of \"scr\"\n\n" +
                                         totals(1, 1, 1, 0));
 }

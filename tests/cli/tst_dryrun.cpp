@@ -306,7 +306,8 @@ void TestDryRun::tellsWhatKeepsARunFromStarting()
     const QByteArray badLine = " [line 2]: PSDV... not enough parameters (must be >= 12)";
     QCOMPARE(withPlaceholders(result.errorOutput, project.dir()),
              "A run would be refused: it would lose or not convert the following.\n"
-             "scr/notes.txt: a run would lose this file: it is no image file; move it out of \"scr\"\n"
+             "scr/notes.txt: a run would take this file away: it is no image file; use --keep-others, or "
+             "move it out of \"scr\"\n"
              "scr/bad.psc: Image File" +
                  badLine +
                  "; mend the line, or move the file out of \"scr\"\n"

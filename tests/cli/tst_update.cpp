@@ -299,8 +299,8 @@ void addFolderRows()
 
 void addFileRows()
 {
-    const QByteArray noImageFile =
-        ": a run would lose this file: it is no image file; move it out of \"scr\"";
+    const QByteArray noImageFile = ": a run would take this file away: it is no image file; use "
+                                   "--keep-others, or move it out of \"scr\"";
     row(
         "file that is no screen", [](const TestProject &project) { project.write(u"scr/notes.txt"_s, "x"); },
         "scr/notes.txt" + noImageFile);
@@ -318,7 +318,7 @@ void addFileRows()
     row(
         "hidden file",
         [](const TestProject &project) { project.write(u"scr/.b.psc"_s, SmallPlant::plainScreen()); },
-        "scr/.b.psc: a run would lose this hidden file; move it out of \"scr\"");
+        "scr/.b.psc: a run would take this hidden file away; use --keep-others, or move it out of \"scr\"");
     row(
         "screen in a hidden folder",
         [](const TestProject &project) { project.write(u"scr/.old/b.psc"_s, SmallPlant::plainScreen()); },
@@ -552,7 +552,8 @@ void TestUpdate::countsSeveralObstacles()
              QByteArray("Refused, nothing was touched: a run would lose or not convert the following.\n"
                         "<project>: the project's path holds \"/scr\", so that copies would go to other "
                         "folders; move or rename the project\n"
-                        "scr/notes.txt: a run would lose this file: it is no image file; move it out of "
+                        "scr/notes.txt: a run would take this file away: it is no image file; use "
+                        "--keep-others, or move it out of "
                         "\"scr\"\n"
                         "2 obstacles; --force runs all the same.\n"));
     QCOMPARE(result.output, QByteArray());
@@ -569,9 +570,8 @@ void TestUpdate::runsAllTheSameWithForce()
 
     const CliResult result = update(project, {u"--all-shapes"_s, u"--force"_s});
     QCOMPARE(withPlaceholders(result.output, project.dir()), smallPlantReport());
-    QCOMPARE(result.errorOutput,
-             QByteArray(
-                 "scr/notes.txt: a run would lose this file: it is no image file; move it out of \"scr\"\n"));
+    QCOMPARE(result.errorOutput, QByteArray("scr/notes.txt: a run would take this file away: it is no image "
+                                            "file; use --keep-others, or move it out of \"scr\"\n"));
     COMPARE_EXIT_CODE(result, Done);
     QCOMPARE(project.files(u"scr"_s), QStringList{u"a.psc"_s});
     QCOMPARE(project.files(u"scr_bak"_s), QStringList{u"a.psc"_s});

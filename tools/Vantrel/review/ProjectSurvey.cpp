@@ -364,11 +364,11 @@ void Surveyor::lookAtOtherFile(const fs::directory_entry &entry, const QString &
         note(FindingKind::LeftOverFile, path, u"a copy that was broken off has left this temp file"_s,
              u"remove it"_s);
     } else if (fileName.starts_with('.')) {
-        note(FindingKind::HiddenFile, path, u"a run would lose this hidden file"_s,
-             u"move it out of \"scr\""_s);
+        note(FindingKind::HiddenFile, path, u"a run would take this hidden file away"_s,
+             u"use --keep-others, or move it out of \"scr\""_s);
     } else {
-        note(FindingKind::OtherFile, path, u"a run would lose this file: it is no image file"_s,
-             u"move it out of \"scr\""_s);
+        note(FindingKind::OtherFile, path, u"a run would take this file away: it is no image file"_s,
+             u"use --keep-others, or move it out of \"scr\""_s);
     }
 }
 
