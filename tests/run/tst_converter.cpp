@@ -135,6 +135,7 @@ private Q_SLOTS:
     void keepsNothingOfAStoppedRun();
     void startsOverACancelledRun_data();
     void startsOverACancelledRun();
+    void keepsNoEntryWhereACancelledRunLeftNothing();
     void putsOthersBackWhereAsked_data();
     void putsOthersBackWhereAsked();
     void breaksOffWhereOthersHaveNoPlace();
@@ -1006,6 +1007,20 @@ void TestConverter::startsOverACancelledRun()
     QCOMPARE(project.files(u"scr"_s), screens);
     QCOMPARE(project.keptFiles(), kept);
     QVERIFY(!StageFile::exists(project.dir()));
+}
+
+void TestConverter::keepsNoEntryWhereACancelledRunLeftNothing()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, plain);
+    Converter converter(project.dir());
+    converter.stopRequested = true;
+    converter.convert();
+    QVERIFY(QDir().rmdir(project.path(u"scr_temp"_s)));
+    converter.setPutsAwayTempFolder(true);
+    converter.stopRequested = false;
+    converter.convert();
+    QCOMPARE(RunHistory(project.dir()).entries().size(), 1); // of the second run
 }
 
 void TestConverter::putsOthersBackWhereAsked_data()

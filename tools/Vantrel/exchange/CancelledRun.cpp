@@ -1,6 +1,7 @@
 // What a cancelled run leaves.
 #include "CancelledRun.h"
 
+#include "FileIo.h"
 #include "RunArchive.h"
 #include "RunSummary.h"
 #include "StageFile.h"
@@ -25,7 +26,7 @@ bool hasCancelledRun(const QString &projectDir)
 void putCancelledRunAway(const QString &projectDir, int keptRuns)
 {
     const std::optional<RunRecord> record = cancelledRun(projectDir);
-    if (!record)
+    if (!record || !mayExist(projectDir + "/scr_temp"_L1))
         return;
     const QDateTime now = QDateTime::currentDateTime();
     RunArchive archive(projectDir, keptRuns > 0 ? RunHistory(projectDir).nameFor(now) : QString());
