@@ -143,9 +143,11 @@ std::optional<RunSummary> readSummary(const QString &entryPath)
         summary.*row.time = toTime(object.value(row.name));
     for (const CountRow &row : countRows)
         summary.*row.count = static_cast<qsizetype>(object.value(row.name).toInteger());
-    for (const QJsonValue &name : object.value("shapes"_L1).toArray())
+    const QJsonArray shapeNames = object.value("shapes"_L1).toArray();
+    for (const auto &name : shapeNames)
         summary.shapeNames.append(name.toString());
-    for (const QJsonValue &stage : object.value("stages"_L1).toArray())
+    const QJsonArray stages = object.value("stages"_L1).toArray();
+    for (const auto &stage : stages)
         summary.stages.append({stage["stage"_L1].toString(), toTime(stage["begun"_L1])});
     return summary;
 }
