@@ -1099,6 +1099,13 @@ void TestConverter::tellsWhatARunDid()
     QCOMPARE(summary->notReplaced, 1);
     QCOMPARE(summary->errors, 1);
     QCOMPARE(project.path(summary->changeLog), outcome.converter.logFileName());
+    QStringList stages;
+    for (const StageTime &stage : summary->stages) {
+        stages.append(stage.stage);
+        QVERIFY(stage.begun >= summary->started && stage.begun <= summary->ended);
+    }
+    QCOMPARE(stages, (QStringList{u"converting"_s, u"removing the last backup"_s, u"backing up"_s,
+                                  u"removing the screens that are backed up"_s, u"copying back"_s}));
 }
 
 void TestConverter::tellsWhereTheHistoryCannotBeWritten()

@@ -78,6 +78,7 @@ StageFile::StageFile(const QString &projectDir, const RunFacts &facts, IfUnwrita
 
 bool StageFile::enter(const RunState &state)
 {
+    m_entered.append({QString::fromLatin1(rowOf(state.stage).name), QDateTime::currentDateTime()});
     if (!m_isUsable || write(toText(state, m_factLines)))
         return true;
     const int error = errno;

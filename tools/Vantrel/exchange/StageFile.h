@@ -2,6 +2,7 @@
 #pragma once
 
 #include "RunRecord.h"
+#include "RunSummary.h"
 
 #include <QByteArray>
 #include <QString>
@@ -25,6 +26,8 @@ public:
 
     /// Writes down what begins now, on the disk when this returns. Returns whether it may begin.
     bool enter(const RunState &state);
+    /// The stages that were entered, and when.
+    const QList<StageTime> &entered() const { return m_entered; }
     /// Removes the file: nothing is under way any more. Returns whether it is gone.
     bool remove();
     /// Why enter() said no or remove() failed, an errno; 0 where neither did.
@@ -52,6 +55,7 @@ private:
     QByteArray m_path;
     QByteArray m_factLines;
     IfUnwritable m_ifUnwritable;
+    QList<StageTime> m_entered;
     bool m_isUsable = true;
     int m_error = 0;
 };

@@ -248,6 +248,7 @@ void ConversionRun::beginHistory(const RunArchive &archive)
 void ConversionRun::endHistory(const RunArchive &archive)
 {
     m_summary.ended = QDateTime::currentDateTime();
+    m_summary.stages = m_stageFile->entered();
     archive.write(m_summary);
     const QString failure = RunHistory(m_settings.projectDir).keepNewest(m_settings.keptRuns);
     if (!failure.isEmpty())
