@@ -323,7 +323,7 @@ HistoryOptions CommandRequest::historyOptions() const
         options.keptRuns = options.run.toInt();
     }
     // As a user may take them from a list of files in the project's folder.
-    for (QString name : m_parser.positionalArguments())
+    for (const QString &name : m_parser.positionalArguments())
         options.files.append(name.startsWith("scr/"_L1) ? name.sliced(4) : name);
     return options;
 }
