@@ -97,12 +97,21 @@ def require_refusal(place: Site, outcome: object, ban: Ban) -> None:
         raise Failure(f"refused, but changed: {'; '.join(changed)}")
 
 
+def program_for_others(surroundings: Surroundings) -> str:
+    """A copy that any user may run; one for all rows."""
+    surroundings.work.chmod(0o755)
+    folder = surroundings.work / "bin"
+    if folder.exists():
+        return str(folder / pathlib.Path(surroundings.program).name)
+    program = copy_for_others(surroundings.program, folder)
+    # Where its own library lies is found beside the program.
+    os.environ["LD_LIBRARY_PATH"] = str(folder)
+    return program
+
+
 def missing_permissions(surroundings: Surroundings) -> list[Case]:
     require_power()
-    surroundings.work.chmod(0o755)
-    program = copy_for_others(surroundings.program, surroundings.work / "bin")
-    # Where its own library lies is found beside the program.
-    os.environ["LD_LIBRARY_PATH"] = str(surroundings.work / "bin")
+    program = program_for_others(surroundings)
     return [Case(f"{ban.path} {ban.mode:03o}{', surveyed' if surveyed else ''}",
                  functools.partial(check_ban, surroundings, program, ban, surveyed))
             for ban in BANS for surveyed in (False, True)]
