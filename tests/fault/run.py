@@ -32,6 +32,7 @@ import names
 import permissions
 import races
 import simple
+import walks
 from programs import Failure, work_folder
 from shares import parse_share
 
@@ -64,6 +65,7 @@ ROWS = {
     "intruders": Row(intruders.intruders, sample=3, whole=50),
     "two-runs": Row(races.two_runs, sample=3, whole=50),
     "cancelled-runs": Row(races.cancelled_runs, sample=10, whole=200),
+    "random-walks": Row(walks.random_walks, sample=4, whole=500),
 }
 
 
