@@ -2,7 +2,7 @@
 
 Runs, cancelled and killed ones, recoveries, undoings, restorings, typos, and what a user writes and
 removes between them. After each step every file that lay in "scr" before one of the last runs lies
-somewhere, unless the user has removed it; and what only reads, or is mistyped, has touched nothing.
+somewhere, unless the user has removed it; and what says that nothing was touched has touched nothing.
 """
 
 from __future__ import annotations
@@ -31,6 +31,9 @@ SEEDS = 2000
 SHORTEST, LONGEST = 8, 15  # steps
 
 PLANTS = (sound, linked, mixed, stopped)
+
+WRONG_USAGE, REFUSED = 2, 3
+NOTHING_TOUCHED = (WRONG_USAGE, REFUSED)
 
 USUAL_RUNS = 3  # that the history keeps
 MOST_RUNS = 5
@@ -97,7 +100,7 @@ class Walk:
         require_no_crash(outcome)
         before, self._tree = self._tree, self._look()
         changed = changed_paths(before, self._tree)
-        if changed and not command.changes:
+        if changed and (not command.changes or outcome.code in NOTHING_TOUCHED):
             raise Failure(f"touched {', '.join(changed[:4])}: {outcome.told()[-300:]}")
         self._ask_for_entries()
         if lost := self._ledger.program_ran(before, self._tree, self._entries, self._kept_runs):
