@@ -114,7 +114,9 @@ class Walk:
 
     def _ask_for_entries(self) -> None:
         outcome = self._place.program.run(["history", "--project", str(self._place.project), "--json"], self._prefix)
-        self._entries = {run["name"]: run["what"] for run in outcome.of_kind("run")}
+        # One that tells nothing yet is the beginning of a command that was killed, and no run.
+        self._entries = {run["name"]: run["what"] for run in outcome.of_kind("run")
+                         if f"{HISTORY}/{run['name']}/run.json" in self._tree}
 
     # --- Arguments ---
 
@@ -138,6 +140,8 @@ class Walk:
         return ["update", "--json", "--dry-run", *self.shapes()]
 
     def mistyped(self) -> list[str]:
+        """Refused, but where a folder cannot be read: any name may stand there."""
+        self._kept_runs = USUAL_RUNS
         project = str(self._place.project)
         return self._chance.choice([
             ["update", "--force", "--shape", "pmup.plb"], ["update", "--force", "--all-shapes", "--keep-run", "3"],
@@ -192,7 +196,7 @@ ROLLING_BACK = Command(1, recovering("--roll-back"), share_hit=0.5)
 FINISHING = Command(1, recovering("--finish"), share_hit=0.5, is_cancelled=True)
 RESTORING = Command(5, Walk.restoring, share_hit=0.5)
 PRUNING = Command(1, Walk.pruning, share_hit=0.3)
-MISTYPED = Command(2, Walk.mistyped, changes=False)
+MISTYPED = Command(2, Walk.mistyped)
 READING = Command(2, Walk.reading, changes=False)
 DRY_RUN = Command(1, Walk.dry_run, changes=False)
 
