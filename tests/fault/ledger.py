@@ -51,7 +51,8 @@ class Ledger:
     def user_changed(self, before: Tree, after: Tree) -> None:
         """What is gone now, the user has removed; what is new in "scr", the user has written."""
         present = files_in(after, "scr").keys()
-        standing = self._standing(after)
+        # What an interrupted run has copied is no reason to ask for what the user has replaced.
+        standing = self._standing({path: entry for path, entry in after.items() if not path.startswith("scr_temp/")})
         for file, entries in list(self._entries_of.items()):
             if file not in standing or (not entries and file not in present):
                 del self._entries_of[file]
