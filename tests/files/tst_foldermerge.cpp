@@ -108,9 +108,12 @@ void TestFolderMerge::removesTwinsOnly()
     project.write(u"kept/other.psc"_s, "before");
     project.write(u"scr/other.psc"_s, "after");
     project.write(u"kept/alone.txt"_s, "alone");
+    project.write(u"kept/shorter.psc"_s, "the begin");
+    project.write(u"scr/shorter.psc"_s, "the beginning");
     project.link(u"nowhere"_s, u"kept/link"_s);
     QVERIFY(!removeTwins(project.path(u"kept"_s), project.path(u"scr"_s)));
-    QCOMPARE(project.files(u"kept"_s), (QStringList{u"alone.txt"_s, u"link"_s, u"other.psc"_s}));
+    QCOMPARE(project.files(u"kept"_s),
+             (QStringList{u"alone.txt"_s, u"link"_s, u"other.psc"_s, u"shorter.psc"_s}));
     QVERIFY(!project.exists(u"kept/hall"_s));
     for (const QString &name : project.files(u"kept"_s))
         project.remove(u"kept/"_s + name);

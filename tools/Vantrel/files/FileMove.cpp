@@ -10,6 +10,7 @@
 #include <QStringView>
 
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <filesystem>
@@ -173,4 +174,16 @@ bool renameAll(const QList<FileMove> &moves, const QString &root)
         return false;
     }
     return true;
+}
+
+bool renameToNothing(const QByteArray &from, const QByteArray &to)
+{
+    if (renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0)
+        return true;
+    if (errno != EINVAL && errno != ENOSYS)
+        return false;
+    struct stat status = {};
+    if (lstat(to.constData(), &status) == 0)
+        errno = EEXIST;
+    return errno == ENOENT && std::rename(from.constData(), to.constData()) == 0;
 }

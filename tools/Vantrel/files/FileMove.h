@@ -1,6 +1,7 @@
 // Moving files by renaming them.
 #pragma once
 
+#include <QByteArray>
 #include <QList>
 #include <QString>
 
@@ -16,3 +17,7 @@ struct FileMove
 /// on the file system of its target's folder; no target exists; no folder of `root` is protected. Each file
 /// lies whole in one of its two places at any instant.
 bool renameAll(const QList<FileMove> &moves, const QString &root);
+
+/// Renames a file, link or folder to a path where nothing lies. Returns false where it did not; errno
+/// tells why, EEXIST where something lies there. A file system that cannot refuse by itself is asked first.
+bool renameToNothing(const QByteArray &from, const QByteArray &to);

@@ -1,15 +1,15 @@
 // Bringing back what a folder held beside what it holds now.
 #include "FolderMerge.h"
 
+#include "FileComparison.h"
+#include "FileMove.h"
 #include "FolderListing.h"
 #include "SafeCopy.h"
 
 #include <QFile>
 
 #include <cerrno>
-#include <cstdio>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -29,22 +29,12 @@ Kind kindOf(const QByteArray &path)
     return S_ISREG(status.st_mode) ? Kind::File : Kind::Other;
 }
 
-/// To where nothing lies. What somebody has put there meanwhile is not replaced, but on a file system
-/// that cannot do without.
-bool moveTo(const QByteArray &from, const QByteArray &to)
-{
-    if (renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0)
-        return true;
-    const bool isRefused = errno == EINVAL || errno == ENOSYS;
-    return isRefused && std::rename(from.constData(), to.constData()) == 0;
-}
-
 /// Paths as the file system has them: a name need not be a text.
 QString merge(const QByteArray &from, const QByteArray &to)
 {
     const Kind target = kindOf(to);
     if (target == Kind::Nothing) {
-        if (moveTo(from, to))
+        if (renameToNothing(from, to))
             return {};
         return u"%1 could not be moved to %2: %3"_s.arg(QFile::decodeName(from), QFile::decodeName(to),
                                                         qt_error_string(errno));
@@ -69,8 +59,11 @@ QString merge(const QByteArray &from, const QByteArray &to)
 bool removeTwin(const QByteArray &from, const QByteArray &to)
 {
     const Kind kind = kindOf(from);
-    if (kind == Kind::File)
-        return removeContained(QFile::decodeName(from), QFile::decodeName(to));
+    if (kind == Kind::File) {
+        const QString file = QFile::decodeName(from);
+        const QString twin = QFile::decodeName(to);
+        return haveSameContent(file, twin) && !areOneFile(file, twin) && QFile::remove(file);
+    }
     if (kind != Kind::Folder)
         return false;
     for (const FolderEntry &entry : OpenFolder(from).list().entries)

@@ -3,6 +3,7 @@
 
 #include "EngineLog.h"
 #include "FileIo.h"
+#include "FileMove.h"
 #include "RunSummary.h"
 #include "updUtils.h"
 
@@ -11,7 +12,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstdio>
 
 using namespace Qt::StringLiterals;
 
@@ -80,21 +80,16 @@ void RunArchive::write(const RunSummary &summary) const
         logError(failure, LogPlace::History);
 }
 
-/// Returns 0, or an errno.
+/// Returns 0, or an errno. What lies there already is not replaced.
 int RunArchive::moveAway(const QString &folder, const QString &name) const
 {
-    const QByteArray path = QFile::encodeName(m_projectDir + u'/' + folder);
-    const QByteArray place = QFile::encodeName(freePlace(name));
-    if (std::rename(path.constData(), place.constData()) == 0)
-        return 0;
-    // Whatever else the system says, it has not said that nothing lies there.
-    return errno == ENOENT && !mayExist(QFile::decodeName(path)) ? 0 : errno;
-}
-
-QString RunArchive::freePlace(const QString &name) const
-{
+    const QString path = m_projectDir + u'/' + folder;
     QString place = m_history.pathOf(m_entry, name);
-    for (int number = 2; mayExist(place); ++number)
+    for (int number = 2; !renameToNothing(QFile::encodeName(path), QFile::encodeName(place)); ++number) {
+        // Whatever else the system says, it has not said that nothing lies there.
+        if (errno != EEXIST)
+            return errno == ENOENT && !mayExist(path) ? 0 : errno;
         place = m_history.pathOf(m_entry, u"%1.%2"_s.arg(name).arg(number));
-    return place;
+    }
+    return 0;
 }

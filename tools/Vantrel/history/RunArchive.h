@@ -35,7 +35,6 @@ public:
 
 private:
     bool hasSomethingToKeep() const;
-    QString freePlace(const QString &name) const;
     int moveAway(const QString &folder, const QString &name) const;
 
     QString m_projectDir;
