@@ -20,6 +20,7 @@ void keep(const TestProject &project, const QString &entry, HistoryKind kind = H
     QCOMPARE(history.make(entry), QString());
     RunSummary summary;
     summary.kind = kind;
+    summary.ended = begin;
     QCOMPARE(writeSummary(history.pathOf(entry), summary), QString());
 }
 
@@ -46,6 +47,7 @@ private Q_SLOTS:
     void saysWhatCannotBeMade();
     void tellsWhatIsInItsWay();
     void keepsTheNewestRunsAndAllThatIsNewer();
+    void countsNoRunThatKeptNothing();
     void keepsNothingWhereNothingIsWanted();
     void removesWhatAnInterruptionLeft();
     void findsTheNewestRun();
@@ -178,6 +180,24 @@ void TestRunHistory::keepsTheNewestRunsAndAllThatIsNewer()
     QVERIFY(!project.exists(u".vantrel.history/removed"_s));
 }
 
+/// One that was killed before it displaced anything, or the second entry of one that was completed later.
+void TestRunHistory::countsNoRunThatKeptNothing()
+{
+    const TestProject project;
+    keep(project, u"2026-03-01_00-00-00"_s);
+    project.write(u".vantrel.history/2026-03-02_00-00-00/run.json.new"_s, "{");
+    QCOMPARE(writeSummary(project.path(u".vantrel.history/2026-03-02_00-00-00"_s), RunSummary()), QString());
+    project.write(u".vantrel.history/2026-03-03_00-00-00/run.json.new"_s, "{");
+    const RunHistory history(project.dir());
+    QCOMPARE(history.keepNewest(1), QString());
+    QCOMPARE(history.newestRun(), u"2026-03-01_00-00-00"_s);
+    // What has no list of what it is may be all that there is of a run.
+    project.write(u".vantrel.history/2026-03-03_00-00-00/scr/notes.txt"_s, "notes");
+    QCOMPARE(history.newestRun(), u"2026-03-03_00-00-00"_s);
+    QCOMPARE(history.keepNewest(1), QString());
+    QCOMPARE(history.entries(), QStringList{u"2026-03-03_00-00-00"_s});
+}
+
 void TestRunHistory::keepsNothingWhereNothingIsWanted()
 {
     const TestProject project;
@@ -207,6 +227,7 @@ void TestRunHistory::findsTheNewestRun()
     QCOMPARE(history.newestRun(), u"2026-03-01_00-00-00"_s);
     // What nobody can read may be a run's.
     project.write(u".vantrel.history/2026-03-02_00-00-00/run.json"_s, "{");
+    project.write(u".vantrel.history/2026-03-02_00-00-00/scr/notes.txt"_s, "notes");
     QCOMPARE(history.newestRun(), u"2026-03-02_00-00-00"_s);
 }
 

@@ -170,7 +170,18 @@ QString RunHistory::keepNewest(int mostRuns) const
 bool RunHistory::isRun(const QString &entry) const
 {
     const std::optional<RunSummary> summary = readSummary(pathOf(entry));
-    return !summary || summary->kind == HistoryKind::Run;
+    return summary ? summary->kind == HistoryKind::Run && (summary->ended.isValid() || !isHollow(entry))
+                   : !isHollow(entry);
+}
+
+/// Whether a run, or what wrote the entry, was killed before it put anything into it.
+bool RunHistory::isHollow(const QString &entry) const
+{
+    const FolderListing listing = OpenFolder(QFile::encodeName(pathOf(entry))).list();
+    return listing.error == 0 &&
+           std::all_of(listing.entries.cbegin(), listing.entries.cend(), [](const FolderEntry &held) {
+               return held.name == "run.json" || held.name == "run.json.new";
+           });
 }
 
 HistorySize RunHistory::sizeOf(const QString &entry) const

@@ -66,6 +66,8 @@ public:
     QString pathOf(const QString &entry, const QString &name = {}) const;
 
 private:
+    bool isHollow(const QString &entry) const;
+
     QString m_projectDir;
     QString m_root;
 };
