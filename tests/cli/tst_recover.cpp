@@ -143,6 +143,15 @@ void makeNewerThanStage(const TestProject &project, const QString &name)
         file.setFileTime(QDateTime::currentDateTime().addSecs(aWhile), QFileDevice::FileModificationTime));
 }
 
+/// As if somebody had brought the file from elsewhere, with its time.
+void writeOld(const TestProject &project, const QString &name, const QByteArray &bytes)
+{
+    project.write(name, bytes);
+    QFile file(project.path(name));
+    QVERIFY(file.open(QIODevice::ReadWrite) &&
+            file.setFileTime(QDateTime(QDate(2001, 1, 1), QTime(0, 0)), QFileDevice::FileModificationTime));
+}
+
 /// Makes a file whose name is not valid UTF-8.
 void makeUnnamableFile(const TestProject &project, const char *name)
 {
@@ -296,11 +305,15 @@ private Q_SLOTS:
     void takesRunsBackOneByOne();
     void takesARunOverNoScreensBack();
     void leavesScreensThatWereEditedSince();
+    void leavesLinksThatCameAfterTheRun();
     void bringsBackWhatAnInterruptedRunDisplaced_data();
     void bringsBackWhatAnInterruptedRunDisplaced();
     void setsAsideWhatItDoesNotKnow();
+    void setsAsideWhatCameInTheMiddleOfAnUndoing();
+    void removesNoBackupThatIsPartOfAnEditedScreen();
     void looksAtTheFoldersWhereNothingTellsOfARun();
     void undoesBehindACancelledRun();
+    void touchesNothingWhereItRefusesBehindACancelledRun();
     void keepsScreensThatCameLater();
     void keepsTheOriginalOfAScreenThatWasChangedLater();
     void canBeRepeatedWhereTheStageCannotBeWritten_data();
@@ -594,6 +607,31 @@ void TestRecover::leavesScreensThatWereEditedSince()
     QCOMPARE(project.read(u"scr_bak/a.psc"_s), SmallPlant::screenWith("pump.plb"));
 }
 
+/// A run makes none, and what they lead to is not the project's.
+void TestRecover::leavesLinksThatCameAfterTheRun()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    COMPARE_EXIT_CODE(CliRun().execute({u"update"_s, u"--project"_s, project.dir(), u"--all-shapes"_s}),
+                      Done);
+    writeOld(project, u"elsewhere/a.psc"_s, "of another project");
+    project.remove(u"scr/a.psc"_s);
+    project.link(project.path(u"elsewhere/a.psc"_s), u"scr/a.psc"_s);
+    project.link(project.path(u"elsewhere/a.psc"_s), u"scr/later.psc"_s);
+    project.link(project.path(u"elsewhere"_s), u"scr/shared"_s);
+    project.write(u"scr_bak/shared/b.psc"_s, "of the project");
+    const CliResult result = recover(project, {u"--undo"_s});
+    COMPARE_EXIT_CODE(result, DoneWithFindings);
+    QVERIFY2(result.output.contains("scr/a.psc: hint: it was changed after the run, and stays as it is"),
+             result.output);
+    for (const QString &link : {u"scr/a.psc"_s, u"scr/later.psc"_s, u"scr/shared"_s})
+        QVERIFY2(QFileInfo(project.path(link)).isSymLink(), qUtf8Printable(link));
+    QCOMPARE(project.files(u"elsewhere"_s), QStringList{u"a.psc"_s});
+    QCOMPARE(project.read(u"elsewhere/a.psc"_s), "of another project");
+    QCOMPARE(project.read(u"scr_bak/a.psc"_s), SmallPlant::screenWith("pump.plb"));
+    QCOMPARE(project.read(u"scr_bak/shared/b.psc"_s), "of the project");
+}
+
 void TestRecover::bringsBackWhatAnInterruptedRunDisplaced_data()
 {
     QTest::addColumn<RunStage>("stage");
@@ -636,15 +674,47 @@ void TestRecover::setsAsideWhatItDoesNotKnow()
     const TestProject project;
     putOriginals(project, u"scr_bak"_s);
     putConverted(project, u"scr"_s);
-    project.write(u"scr/a.psc"_s, "put back by hand");
-    QFile old(project.path(u"scr/a.psc"_s));
-    QVERIFY(old.open(QIODevice::ReadWrite) &&
-            old.setFileTime(QDateTime(QDate(2001, 1, 1), QTime(0, 0)), QFileDevice::FileModificationTime));
-    old.close();
+    writeOld(project, u"scr/a.psc"_s, "put back by hand");
     writeStage(project, RunStage::CopyingBack);
     COMPARE_EXIT_CODE(recover(project, {u"--roll-back"_s}), Done);
     QCOMPARE(bytesBelow(project, u"scr"_s), originals());
     QCOMPARE(setAsideIn(project).value(u"a.psc"_s), "put back by hand");
+}
+
+/// Once with bytes that nobody has, once with those that were set aside before.
+void TestRecover::setsAsideWhatCameInTheMiddleOfAnUndoing()
+{
+    const TestProject project;
+    putOriginals(project, u"scr_bak"_s);
+    putConverted(project, u"scr"_s);
+    const QString entry = u"2024-03-06_00-00-00"_s;
+    const QString kept = u".vantrel.history/%1/"_s.arg(entry);
+    putConverted(project, kept + u"scr"_s);
+    project.write(kept + u"run.json"_s, "{}");
+    writeOld(project, u"scr/a.psc"_s, "put there in between");
+    RunFacts facts = someFacts();
+    facts.setAsideEntry = entry;
+    StageFile(project.dir(), facts)
+        .enter({.stage = RunStage::RollingBack, .unsaved = {}, .endedAt = RunStage::Done});
+    COMPARE_EXIT_CODE(recover(project, {u"--undo"_s}), Done);
+    QCOMPARE(bytesBelow(project, u"scr"_s), originals());
+    QCOMPARE(project.read(kept + u"scr/a.psc"_s), converted(u"a.psc"_s));
+    QCOMPARE(project.files(kept + u"scr.2"_s), QStringList{u"a.psc"_s});
+    QCOMPARE(project.read(kept + u"scr.2/a.psc"_s), "put there in between");
+}
+
+/// In an undoing there is no copy that was broken off.
+void TestRecover::removesNoBackupThatIsPartOfAnEditedScreen()
+{
+    const TestProject project;
+    putOriginals(project, u"scr_bak"_s);
+    putOriginals(project, u"scr"_s);
+    writeOld(project, u"scr/a.psc"_s, original(u"a.psc"_s) + "more");
+    writeStage(project, {.stage = RunStage::RolledBack, .unsaved = {}, .endedAt = RunStage::Done});
+    COMPARE_EXIT_CODE(recover(project, {u"--undo"_s}), Done);
+    QCOMPARE(project.read(u"scr/a.psc"_s), original(u"a.psc"_s) + "more");
+    QCOMPARE(project.files(u"scr_bak"_s), QStringList{u"a.psc"_s});
+    QCOMPARE(project.read(u"scr_bak/a.psc"_s), original(u"a.psc"_s));
 }
 
 /// The file that told of the run is gone.
@@ -675,6 +745,18 @@ void TestRecover::undoesBehindACancelledRun()
     QCOMPARE(bytesBelow(project, u"scr"_s), originals());
     QVERIFY(!project.exists(u"scr_temp"_s));
     QVERIFY(!StageFile::exists(project.dir()));
+}
+
+void TestRecover::touchesNothingWhereItRefusesBehindACancelledRun()
+{
+    const TestProject project;
+    putOriginals(project, u"scr"_s);
+    putConverted(project, u"scr_temp"_s, {u"00.psc"_s});
+    writeStage(project, RunStage::Cancelled);
+    makeUnnamableFile(project, "scr/\xff.psc");
+    const QStringList before = describeTree(project.dir());
+    COMPARE_EXIT_CODE(recover(project, {u"--undo"_s}), Refused);
+    QCOMPARE(describeTree(project.dir()), before);
 }
 
 void TestRecover::keepsScreensThatCameLater()

@@ -3,6 +3,7 @@
 
 #include "FileComparison.h"
 #include "FileIo.h"
+#include "FileMove.h"
 #include "FolderListing.h"
 #include "FolderMerge.h"
 #include "RunArchive.h"
@@ -47,6 +48,16 @@ void addMissing(QStringList &names, const QStringList &others)
     const QSet<QString> known = toSet(names);
     std::copy_if(others.cbegin(), others.cend(), std::back_inserter(names),
                  [&known](const QString &name) { return !known.contains(name); });
+}
+
+/// Whether a link leads there, so that it need not be the project's.
+bool isBehindLink(const ScreenPlaces &places, const QString &screen)
+{
+    for (qsizetype end = screen.size(); end > 0; end = screen.lastIndexOf(u'/', end - 1)) {
+        if (QFileInfo(places.inPlace(screen.first(end))).isSymLink())
+            return true;
+    }
+    return false;
 }
 
 bool isImageFile(const ScreenPlaces &places, const QString &screen)
@@ -144,6 +155,9 @@ QString RollBack::setScreensAside() const
     if (!isWhole)
         return u"\"scr\" could not be read whole"_s;
     for (const QString &screen : screens) {
+        // What a link leads to stays where it is.
+        if (isBehindLink(m_places, screen))
+            continue;
         if (const QString error = setAside(screen); !error.isEmpty())
             return error;
     }
@@ -166,12 +180,22 @@ QString RollBack::makeSetAside() const
     return writeSummary(path, summary);
 }
 
-/// Copies a screen as it is in "scr" into the history.
+/// Copies a screen as it is in "scr" into the history; a link is moved there. What was set aside
+/// before is not replaced.
 QString RollBack::setAside(const QString &screen) const
 {
-    const QString error = makeSetAside();
-    return error.isEmpty() ? putCopy(m_places.inPlace(screen), m_places.kept(m_facts.setAsideEntry, screen))
-                           : error;
+    if (const QString error = makeSetAside(); !error.isEmpty())
+        return error;
+    const QString place = m_places.inPlace(screen);
+    QString target = m_places.kept(m_facts.setAsideEntry, screen);
+    for (int number = 2; mayExist(target) && !haveSameContent(place, target); ++number)
+        target = m_history.pathOf(m_facts.setAsideEntry, u"scr.%1"_s.arg(number)) + u'/' + screen;
+    if (!QFileInfo(place).isSymLink())
+        return putCopy(place, target);
+    QDir().mkpath(QFileInfo(target).path());
+    if (renameToNothing(QFile::encodeName(place), QFile::encodeName(target)))
+        return {};
+    return u"%1 could not be moved to %2: %3"_s.arg(place, target, qt_error_string(errno));
 }
 
 QString RollBack::restoreScreens()
@@ -190,9 +214,8 @@ QString RollBack::restoreScreens()
 QString RollBack::restoreScreen(const QString &screen)
 {
     const QString place = m_places.inPlace(screen);
-    // All that a completed run had made is set aside already.
-    const bool isKnown = isUndoing() || !mayExist(place) || isOfInterruptedRun(screen) ||
-                         haveSameContent(place, m_plan.original(m_places, screen));
+    const bool isKnown = !mayExist(place) || haveSameContent(place, m_plan.original(m_places, screen)) ||
+                         (isUndoing() ? isSetAside(screen) : isOfInterruptedRun(screen));
     if (!isKnown) {
         if (const QString error = setAside(screen); !error.isEmpty())
             return error;
@@ -207,9 +230,17 @@ bool RollBack::isOfInterruptedRun(const QString &screen) const
     return mayExist(converted) && isBeginningOf(m_places.inPlace(screen), converted);
 }
 
-/// What a completed run has made is older than its end.
+/// All that a completed run had made is, unless somebody has changed it in the middle of an undoing.
+bool RollBack::isSetAside(const QString &screen) const
+{
+    return haveSameContent(m_places.inPlace(screen), m_places.kept(m_facts.setAsideEntry, screen));
+}
+
+/// What a completed run has made is older than its end, and no link.
 bool RollBack::isEdited(const QString &screen) const
 {
+    if (isUndoing() && isBehindLink(m_places, screen))
+        return true;
     const QFileInfo file(m_places.inPlace(screen));
     return m_runEnded.isValid() && file.isFile() && file.lastModified() > m_runEnded;
 }
@@ -315,7 +346,8 @@ void RollBack::removeBackup() const
         const QString backup = m_places.backup(screen);
         // Where somebody has changed the screen since, its original stays beside it.
         const bool isChanged = isEdited(screen) || !isOlderThanStage(m_places, inPlace);
-        if (!isChanged || haveSameContent(inPlace, backup))
+        // Where the run was interrupted, a copy may have been broken off.
+        if (haveSameContent(inPlace, backup) || (!isChanged && !isUndoing()))
             removeContained(backup, inPlace);
     }
     // What else somebody has put there stays.
@@ -339,8 +371,9 @@ RunRecord recordOfCompletedRun(const ScreenPlaces &places, bool &isWhole)
     record.state = {.stage = RunStage::Done, .unsaved = {}, .endedAt = RunStage::Done};
     const QSet<QString> screens = toSet(record.facts.screens);
     const QStringList present = places.screensInPlace(isWhole);
-    std::copy_if(present.cbegin(), present.cend(), std::back_inserter(record.facts.olderFiles),
-                 [&screens](const QString &screen) { return !screens.contains(screen); });
+    std::copy_if(
+        present.cbegin(), present.cend(), std::back_inserter(record.facts.olderFiles),
+        [&](const QString &screen) { return !screens.contains(screen) && !isBehindLink(places, screen); });
     return record;
 }
 

@@ -42,6 +42,7 @@ private:
     QString setScreensAside() const;
     QString restoreScreens();
     QString restoreScreen(const QString &screen);
+    bool isSetAside(const QString &screen) const;
     bool isEdited(const QString &screen) const;
     bool isOfInterruptedRun(const QString &screen) const;
     QString returnOlderFiles() const;

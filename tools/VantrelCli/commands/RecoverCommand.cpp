@@ -166,10 +166,8 @@ ExitCode RecoverCommand::findNothing()
 
 ExitCode RecoverCommand::findCancelled()
 {
-    if (m_options.action == RecoverAction::Undo) {
-        putCancelledRunAway(m_options.projectDir, m_leftOver->record().facts.keptRuns);
+    if (m_options.action == RecoverAction::Undo)
         return undo();
-    }
     return endWith(ExitCode::Done,
                    u"The last run was cancelled: \"scr\" is untouched. There is nothing to recover; the next "
                    "run puts \"scr_temp\" into the history."_s,
@@ -317,7 +315,10 @@ ExitCode RecoverCommand::undo()
             "history."_s);
     }
     const RecoveryPlan plan = makeRecoveryPlan(m_places, record);
-    return plan.isDecidable() ? takeBack(plan) : refuseUndecided(plan);
+    if (!plan.isDecidable())
+        return refuseUndecided(plan);
+    putCancelledRunAway(m_options.projectDir, m_leftOver->record().facts.keptRuns);
+    return takeBack(plan);
 }
 
 ExitCode RecoverCommand::takeBack(const RecoveryPlan &plan)
