@@ -136,6 +136,7 @@ private Q_SLOTS:
     void startsOverACancelledRun_data();
     void startsOverACancelledRun();
     void keepsNoEntryWhereACancelledRunLeftNothing();
+    void tellsWhatItCannotRemoveAtItsEnd();
     void putsOthersBackWhereAsked_data();
     void putsOthersBackWhereAsked();
     void breaksOffWhereOthersHaveNoPlace();
@@ -965,6 +966,27 @@ void TestConverter::keepsNothingOfAStoppedRun()
     converter.convert();
     QVERIFY(!project.exists(u".vantrel.history"_s));
     QCOMPARE(project.read(u"scr_bak/a.psc"_s), "old");
+}
+
+void TestConverter::tellsWhatItCannotRemoveAtItsEnd()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, plain);
+    Converter converter(project.dir());
+    const LogRecorder log;
+    connect(&converter, &Converter::sigProgressChanged, this, [&](int count, int index) {
+        if (index < count)
+            return;
+        project.remove(u".vantrel.run"_s);
+        project.makeFolder(u".vantrel.run"_s);
+    });
+    converter.convert();
+    QCOMPARE(log.entries.size(), 1);
+    QVERIFY2(log.entries.first().endsWith(
+                 u"%1 could not be removed: Is a directory. It tells of a run that came "
+                 "to its end, and the next run replaces it"_s.arg(project.path(u".vantrel.run"_s))),
+             qUtf8Printable(log.entries.first()));
+    QCOMPARE(project.read(u"scr/a.psc"_s), plain);
 }
 
 void TestConverter::startsOverACancelledRun_data()

@@ -73,7 +73,7 @@ void ConversionRun::leaveCancelled()
     m_facts.screens.clear();
     StageFile file(m_settings.projectDir, m_facts, IfUnwritable::Stop);
     if (!file.enter({.stage = RunStage::Cancelled, .unsaved = {}, .endedAt = RunStage::Cancelled}))
-        m_stageFile->remove();
+        removeStageFile();
 }
 
 /// Where a stage could not be written down, nothing of it was begun, and what the file tells of is
@@ -81,12 +81,22 @@ void ConversionRun::leaveCancelled()
 void ConversionRun::end()
 {
     if (m_stageFile->error() == 0) {
-        m_stageFile->remove();
+        removeStageFile();
         return;
     }
     logError(u"The run was broken off: %1. No screen is lost: \"vantrel-cli recover\" completes the run, or "
              "puts the screens back"_s.arg(m_stageFile->errorText()),
              LogPlace::Run);
+}
+
+void ConversionRun::removeStageFile()
+{
+    if (m_stageFile->remove())
+        return;
+    logError(
+        u"%1 could not be removed: %2. It tells of a run that came to its end, and the next run replaces it"_s
+            .arg(StageFile::path(m_settings.projectDir), qt_error_string(m_stageFile->error())),
+        LogPlace::Run);
 }
 
 void ConversionRun::takeReport(const STBlock &report)

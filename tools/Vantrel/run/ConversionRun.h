@@ -55,6 +55,7 @@ private:
     bool isLeftOver() const;
     bool enterConversion(const FoundImageFiles &found);
     void end();
+    void removeStageFile();
     void leaveCancelled();
     void reportHiddenFiles(const FoundImageFiles &found) const;
     bool convertImageFiles(const QList<QFileInfo> &imageFiles);
