@@ -23,7 +23,7 @@ from faults import (Setting, Undisturbed, injections, require_nothing_lost, requ
 from plants import linked, mixed, sound, stopped
 from programs import Failure, Outcome, require_no_crash
 from tracing import ONLY_ON_PROJECT, Calls, Injection, fast_tracer, options_for, record, require_injected, tracer
-from trees import HISTORY, RUN_FILES, Entry, Tree, below, differences
+from trees import HISTORY, RUN_FILES, Entry, Tree, below, differences, place_in_backup
 
 SETTINGS = (
     Setting("by renaming", sound, surveyed=False),
@@ -109,8 +109,15 @@ def require_as_before(before: Tree, after: Tree) -> None:
 def require_finished(before: Tree, after: Tree, undisturbed: Undisturbed, ended: bool) -> None:
     if ended:
         require_unchanged_or_done(before, after, undisturbed)
-    elif changed := differences(undisturbed.tree, after):
+    elif changed := differences(undisturbed.tree, {**kept_backups(after, undisturbed.tree), **after}):
         raise Failure(f"not finished: {'; '.join(changed[:4])}")
+
+
+def kept_backups(tree: Tree, expected: Tree) -> Tree:
+    """Screens that could not be copied to the backup lie in the history, as they were."""
+    kept = {path.split("/", 2)[2]: entry for path, entry in below(tree, HISTORY).items() if path.count("/") > 2}
+    return {place_in_backup(path): entry for path, entry in kept.items()
+            if path.startswith("scr/") and place_in_backup(path) in expected}
 
 
 def require_unchanged_or_done(before: Tree, after: Tree, undisturbed: Undisturbed) -> None:
@@ -239,10 +246,11 @@ def undoing(place: Site) -> list[str]:
 
 
 def set_aside(tree: Tree) -> list[Tree]:
-    """What each undoing has put into the history, named as it lay in the project."""
+    """What each undoing has put into the history, named as it lay in the project; it may not know whether a place is free."""
     entries = {path.split("/")[1] for path in below(tree, HISTORY)}
     undoings = [entry for entry in entries if b'"undo"' in tree.get(f"{HISTORY}/{entry}/run.json", NO_FILE).content]
-    return [{path.removeprefix(f"{HISTORY}/{entry}/"): found for path, found in below(tree, f"{HISTORY}/{entry}").items()}
+    return [{path.removeprefix(f"{HISTORY}/{entry}/").replace("scr.2/", "scr/", 1): found
+             for path, found in below(tree, f"{HISTORY}/{entry}").items()}
             for entry in undoings]
 
 

@@ -133,7 +133,7 @@ void tellEverything(Presenter &presenter, const Converter::STBlock &report)
     CommandEnd end;
     end.command = "update"_L1;
     end.projectDir = report.imageFile;
-    end.lostScreens = {report.imageFile};
+    end.lostScreens = {{.path = report.imageFile, .backup = text}};
     end.message = text;
     presenter.showEnd(end);
 }
