@@ -105,6 +105,14 @@ def work_folder() -> pathlib.Path:
     return folder
 
 
+def built_beside(program: str, name: str) -> str:
+    """Another file of the build that the program is of."""
+    file = pathlib.Path(program).parents[2] / name
+    if not file.exists():
+        raise Failure(f"there is no {file}")
+    return str(file)
+
+
 def copy_for_others(program: str, folder: pathlib.Path) -> str:
     """Copies the program and its own library to where any user may run them."""
     folder.mkdir(exist_ok=True)
@@ -113,6 +121,8 @@ def copy_for_others(program: str, folder: pathlib.Path) -> str:
     libraries = [line.split()[2] for line in listing.splitlines() if "libQel" in line]
     for file in [program, *libraries]:
         target = folder / pathlib.Path(file).name
+        if target.exists():  # copied for another program
+            continue
         shutil.copy(file, target)
         target.chmod(0o755)
     return str(folder / pathlib.Path(program).name)

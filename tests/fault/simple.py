@@ -15,7 +15,7 @@ from cases import Case, Surroundings, site
 from faults import Setting, Undisturbed, study
 from kills import PROMISES, SETTINGS, check_recovery, kills_of
 from plants import sound
-from programs import Failure, require_no_crash
+from programs import Failure, built_beside, require_no_crash
 from tracing import ONLY_ON_PROJECT, fast_tracer, record
 from trees import differences
 
@@ -32,10 +32,8 @@ def strange(root: pathlib.Path) -> None:
 
 def on_simple_files(surroundings: Surroundings) -> Surroundings:
     """The same with the library that the build has put beside the tests."""
-    library = pathlib.Path(surroundings.program).parents[2] / "tests/fault/libvantrel_simple_files.so"
-    if not library.exists():
-        raise Failure(f"there is no {library}")
-    return dataclasses.replace(surroundings, preload=str(library))
+    library = built_beside(surroundings.program, "tests/fault/libvantrel_simple_files.so")
+    return dataclasses.replace(surroundings, preload=library)
 
 
 def require_simple(log: pathlib.Path) -> None:

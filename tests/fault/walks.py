@@ -21,7 +21,7 @@ from ledger import File, Ledger, files_in, is_interrupted
 from names import printable
 from permissions import AS_NOBODY, give_away, program_for_others
 from plants import SHAPE_NAMES, Plant, linked, mixed, sound, stopped
-from programs import Failure, Outcome, require_no_crash
+from programs import Failure, Outcome, built_beside, copy_for_others, require_no_crash
 from tracing import Injection, tracer
 from trees import HISTORY, RUN_FILES, Tree, below, describe, tree_of, without_logs
 from users import User, opened
@@ -40,8 +40,9 @@ MOST_RUNS = 5
 
 # Calls at which a command is hit, and about how often a thread makes them. The first of "openat" and
 # "close" load libraries.
-CALLS = (("rename", 12), ("renameat2", 12), ("unlink", 10), ("unlinkat", 2), ("mkdir", 10), ("rmdir", 3), ("linkat", 7),
-         ("openat", 150), ("close", 150), ("fsync", 13), ("write", 15), ("fchmod", 5), ("utimensat", 10))
+CALLS_ON_NAMES = (("rename", 12), ("renameat2", 12), ("unlink", 10), ("unlinkat", 2), ("mkdir", 10), ("rmdir", 3),
+                  ("linkat", 7), ("fsync", 13), ("fchmod", 5), ("utimensat", 10))
+CALLS = (*CALLS_ON_NAMES, ("openat", 150), ("close", 150), ("write", 15))
 
 CANCELLING = ("SIGINT", "SIGTERM")
 
@@ -49,8 +50,9 @@ CANCELLING = ("SIGINT", "SIGTERM")
 class Walk:
     """One project and what happens to it."""
 
-    def __init__(self, place: Site, prefix: list[str], chance: random.Random) -> None:
+    def __init__(self, place: Site, window: str, prefix: list[str], chance: random.Random) -> None:
         self._place = place
+        self._window = dataclasses.replace(place.program, path=window)
         self._prefix = prefix
         self._chance = chance
         self._user = User(place.project, chance)
@@ -81,18 +83,23 @@ class Walk:
         commands = COMMANDS_WHEN_INTERRUPTED if is_interrupted(self._tree) else COMMANDS
         command = self._chance.choices(commands, [command.weight for command in commands])[0]
         arguments = command.arguments(self)
-        words = [arguments[0], "--project", str(self._place.project), *arguments[1:]]
         injection = self._any_injection(command)
         tracing = tracer(self._place.folder / "trace", injection.options()) if injection else []
         self.steps.append(printable(" ".join(arguments)) + (f", {injection}" if injection else ""))
-        outcome = self._place.program.run(words, [*self._prefix, *tracing])
+        project = str(self._place.project)
+        if command.is_of_window:
+            program, words = self._window, [project, *arguments[1:]]
+        else:
+            program, words = self._place.program, [arguments[0], "--project", project, *arguments[1:]]
+        outcome = program.run(words, [*self._prefix, *tracing])
         self.steps[-1] += f": exit code {outcome.code}"
         self._compare(command, outcome)
 
     def _any_injection(self, command: Command) -> Injection | None:
         if self._chance.random() >= command.share_hit:
             return None
-        call, most = self._chance.choice(CALLS)
+        # A window makes thousands of the others before it has anything to do with a project.
+        call, most = self._chance.choice(CALLS_ON_NAMES if command.is_of_window else CALLS)
         name = self._chance.choice(["SIGKILL", *(CANCELLING if command.is_cancelled else ())])
         return Injection(call, self._chance.randint(1, self._chance.randint(1, most)), f"signal={name}")
 
@@ -172,6 +179,14 @@ class Walk:
         self._kept_runs = self._chance.randint(USUAL_RUNS, MOST_RUNS)
         return ["history", "--prune", str(self._kept_runs)]
 
+    def window(self) -> list[str]:
+        """A start, cancelled at some screen or not, and the button for a run that was interrupted."""
+        self._kept_runs = USUAL_RUNS
+        shapes = self._chance.choices(SHAPE_NAMES, k=self._chance.randint(0, len(SHAPE_NAMES)))
+        screens = self._chance.choice([0, 0, self._chance.randint(1, 6)])
+        button = self._chance.choice(["btnPutBack", "btnPutBack", "btnComplete", "btnComplete", "btnCancel"])
+        return ["window", ",".join(shapes), button, str(screens)]
+
     def any_entry(self) -> str:
         return self._chance.choice(sorted(self._entries)) if self._entries else ""
 
@@ -183,6 +198,7 @@ class Command:
     changes: bool = True
     share_hit: float = 0.0  # how many of them are killed
     is_cancelled: bool = False  # or stopped by a signal that it heeds
+    is_of_window: bool = False
 
 
 def recovering(option: str) -> Callable[[Walk], list[str]]:
@@ -194,13 +210,14 @@ UNFORCED_UPDATE = Command(1, Walk.unforced_update, share_hit=0.5, is_cancelled=T
 UNDOING = Command(4, recovering("--undo"), share_hit=0.5)
 ROLLING_BACK = Command(1, recovering("--roll-back"), share_hit=0.5)
 FINISHING = Command(1, recovering("--finish"), share_hit=0.5, is_cancelled=True)
+WINDOW = Command(4, Walk.window, share_hit=0.5, is_of_window=True)
 RESTORING = Command(5, Walk.restoring, share_hit=0.5)
 PRUNING = Command(1, Walk.pruning, share_hit=0.3)
 MISTYPED = Command(2, Walk.mistyped)
 READING = Command(2, Walk.reading, changes=False)
 DRY_RUN = Command(1, Walk.dry_run, changes=False)
 
-COMMANDS = (UPDATE, UNFORCED_UPDATE, UNDOING, ROLLING_BACK, FINISHING, RESTORING, PRUNING, MISTYPED, READING, DRY_RUN)
+COMMANDS = (UPDATE, UNFORCED_UPDATE, WINDOW, UNDOING, ROLLING_BACK, FINISHING, RESTORING, PRUNING, MISTYPED, READING, DRY_RUN)
 
 
 def of_weight(weight: int, command: Command) -> Command:
@@ -208,7 +225,7 @@ def of_weight(weight: int, command: Command) -> Command:
 
 
 COMMANDS_WHEN_INTERRUPTED = (
-    of_weight(6, ROLLING_BACK), of_weight(6, FINISHING), of_weight(3, UNDOING),
+    of_weight(6, ROLLING_BACK), of_weight(6, FINISHING), of_weight(3, UNDOING), of_weight(6, WINDOW),
     *(of_weight(1, command) for command in (UPDATE, RESTORING, PRUNING, MISTYPED, READING, DRY_RUN)))
 
 
@@ -225,10 +242,10 @@ def described(lost: set[File], before: Tree) -> list[str]:
     return [f"{printable(places[file])}, a {file[1]} with {file[2][:60]!r}" for file in sorted(lost) if file in places]
 
 
-def check_walk(surroundings: Surroundings, prefix: list[str], seed: int) -> None:
+def check_walk(surroundings: Surroundings, window: str, prefix: list[str], seed: int) -> None:
     chance = random.Random(seed)
     with site(surroundings, owned(chance.choice(PLANTS), bool(prefix))) as place:
-        walk = Walk(place, prefix, chance)
+        walk = Walk(place, window, prefix, chance)
         try:
             walk.go()
         except (Failure, OSError) as failure:
@@ -252,9 +269,11 @@ def name_of(seed: int) -> str:
 
 def random_walks(surroundings: Surroundings) -> list[Case]:
     """As an ordinary user: no folder is closed to root."""
+    window = built_beside(surroundings.program, "tests/fault/vantrel_window_step")
     prefix = []
     if os.geteuid() == 0:
         surroundings = dataclasses.replace(surroundings, program=program_for_others(surroundings))
+        window = copy_for_others(window, pathlib.Path(surroundings.program).parent)
         prefix = AS_NOBODY
-    return [Case(name_of(seed), functools.partial(check_walk, surroundings, prefix, seed))
+    return [Case(name_of(seed), functools.partial(check_walk, surroundings, window, prefix, seed))
             for seed in surroundings.thinned(list(range(SEEDS)))]

@@ -17,10 +17,16 @@ class StartedWindow final
 {
 public:
     explicit StartedWindow(const TestProject &project)
+        : StartedWindow(project.dir(), {})
+    {
+    }
+
+    StartedWindow(const QString &projectDir, const QSet<QString> &shapeNames)
         : m_window(std::make_unique<TestWindow>())
     {
         m_window->show();
-        m_window->ui.lnProjectPath->setText(project.dir());
+        m_window->ui.lnProjectPath->setText(projectDir);
+        m_window->selectedFilterNames = shapeNames;
         press(m_window->ui.btnStart);
     }
 
