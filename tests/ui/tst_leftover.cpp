@@ -3,6 +3,7 @@
 #include "HeldFile.h"
 #include "LeftOverRun.h"
 #include "LeftOverTexts.h"
+#include "MessageBar.h"
 #include "ProjectLock.h"
 #include "RunHistory.h"
 #include "StageFile.h"
@@ -11,9 +12,11 @@
 #include "Surroundings.h"
 #include "TestSuite.h"
 #include "Translations.h"
+#include "UserSettings.h"
 
 #include <QAccessible>
 #include <QApplication>
+#include <QLabel>
 #include <QMap>
 #include <QPointer>
 #include <QRegularExpression>
@@ -129,6 +132,33 @@ QString textOf(const QMessageBox *box)
     return box->text().remove(QChar(0x200b));
 }
 
+MessageBar &barOf(const StartedWindow &window)
+{
+    return *window->findChild<MessageBar *>(u"messageBar"_s);
+}
+
+QString messageIn(const StartedWindow &window)
+{
+    return barOf(window).isHidden() ? QString() : barOf(window).findChild<QLabel *>(u"messageText"_s)->text();
+}
+
+/// Cancels a run before its second screen, and waits for the worker.
+std::unique_ptr<StartedWindow> cancelledWindow(const TestProject &project)
+{
+    put(project, u"scr"_s, original);
+    project.makeFolder(u"log"_s);
+    auto window = std::make_unique<StartedWindow>(project.dir(), QSet<QString>());
+    {
+        WorkerGate gate(WorkerGate::BeforeFile, *(*window)->converter);
+        if (!gate.isReached())
+            qFatal("the run does not begin");
+        StartedWindow::press((*window)->ui.btnStart);
+        gate.openWhenStopped(*(*window)->converter);
+        waitForQueuedCalls(*(*window)->converter);
+    }
+    return window;
+}
+
 LeftOver leftOverIn(const TestProject &project)
 {
     return LeftOverRun(project.dir()).kind();
@@ -178,6 +208,15 @@ private Q_SLOTS:
     void tellsWhyItFailed();
     void tellsOfChangedFiles();
     void tellsOfScreensThatWereNotConverted();
+
+    void offersToPutAwayWhatACancelledRunHasLeft();
+    void putsAwayInto_data();
+    void putsAwayInto();
+    void offersNothingWhereTheCancelCameTooLate();
+    void takesTheOfferBack_data();
+    void takesTheOfferBack();
+    void tellsWhyNothingWasPutAway_data();
+    void tellsWhyNothingWasPutAway();
 
     void stopsBeforeTheNextScreen();
     void showsWhatIsUnderWayInsteadOfStarting();
@@ -613,6 +652,115 @@ void TestLeftOver::tellsOfScreensThatWereNotConverted()
     QVERIFY2(textOf(window.end()).endsWith(u"lie in \"scr_bak\":\nb.psc"_s),
              qPrintable(textOf(window.end())));
     QCOMPARE(window.end()->icon(), QMessageBox::Warning);
+}
+
+void TestLeftOver::offersToPutAwayWhatACancelledRunHasLeft()
+{
+    const TestProject project;
+    const auto window = cancelledWindow(project);
+    AWAIT(!messageIn(*window).isEmpty());
+    QCOMPARE(
+        messageIn(*window),
+        u"Cancelled after 1 of 3 screens. \"scr\" is untouched. What was converted lies in \"scr_temp\", "
+        "and takes part in the next run."_s);
+    QVERIFY((*window)->isIdle());
+    QCOMPARE(leftOverIn(project), LeftOver::Cancelled);
+    press(barOf(*window).findChild<QPushButton *>(u"btnPutAway"_s));
+    AWAIT(messageIn(*window) == u"\"scr_temp\" was put away. The next run converts all screens anew."_s);
+    QVERIFY(barOf(*window).findChildren<QPushButton *>().isEmpty());
+    QCOMPARE((*window)->logMessages().first(), messageIn(*window));
+    QVERIFY(!project.exists(u"scr_temp"_s));
+    QCOMPARE(project.keptFiles(), QStringList{u"scr_temp/00.psc"_s});
+    QCOMPARE(leftOverIn(project), LeftOver::Nothing);
+    QCOMPARE(below(project, u"scr"_s), all(original));
+    QVERIFY(window->question() == nullptr && window->end() == nullptr);
+}
+
+void TestLeftOver::putsAwayInto_data()
+{
+    QTest::addColumn<int>("keptRuns");
+    QTest::addColumn<QStringList>("kept");
+    QTest::newRow("the history") << 1 << QStringList{u"scr_temp/00.psc"_s};
+    QTest::newRow("nothing, where the user keeps nothing") << 0 << QStringList();
+}
+
+void TestLeftOver::putsAwayInto()
+{
+    QFETCH(const int, keptRuns);
+    QFETCH(const QStringList, kept);
+    UserSettings().setValue("history"_L1, keptRuns);
+    const TestProject project;
+    const auto window = cancelledWindow(project);
+    AWAIT(!messageIn(*window).isEmpty());
+    press(barOf(*window).findChild<QPushButton *>(u"btnPutAway"_s));
+    AWAIT(messageIn(*window).startsWith(u"\"scr_temp\" was put away."_s));
+    QVERIFY(!project.exists(u"scr_temp"_s));
+    QCOMPARE(project.keptFiles(), kept);
+}
+
+void TestLeftOver::offersNothingWhereTheCancelCameTooLate()
+{
+    const TestProject project;
+    put(project, u"scr"_s, original);
+    project.makeFolder(u"log"_s);
+    const StartedWindow window(project);
+    {
+        WorkerGate gate(WorkerGate::AfterCopyBack, *window->converter);
+        QVERIFY(gate.isReached());
+        press(window->ui.btnStart);
+    }
+    AWAIT(window->logMessages().count(u"End"_s) == 2);
+    QCOMPARE(messageIn(window), QString());
+}
+
+void TestLeftOver::takesTheOfferBack_data()
+{
+    QTest::addColumn<bool>("isStarted");
+    QTest::newRow("when a run begins") << true;
+    QTest::newRow("when the path changes") << false;
+}
+
+void TestLeftOver::takesTheOfferBack()
+{
+    QFETCH(const bool, isStarted);
+    const TestProject project;
+    const auto window = cancelledWindow(project);
+    AWAIT(!messageIn(*window).isEmpty());
+    if (isStarted)
+        press((*window)->ui.btnStart);
+    else
+        (*window)->ui.lnProjectPath->setText(project.beside(u"other"_s));
+    QCOMPARE(messageIn(*window), QString());
+    AWAIT((*window)->isIdle());
+    QCOMPARE(messageIn(*window), QString());
+}
+
+void TestLeftOver::tellsWhyNothingWasPutAway_data()
+{
+    QTest::addColumn<bool>("isInUse");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("no history")
+        << false
+        << u"\".vantrel.history\" cannot be used: it is no folder. \"scr_temp\" stays "
+           "where it is, and takes part in the next run."_s;
+    QTest::newRow("in use") << true << u"Nothing was touched: the project is in use by "_s;
+}
+
+void TestLeftOver::tellsWhyNothingWasPutAway()
+{
+    QFETCH(const bool, isInUse);
+    QFETCH(const QString, text);
+    const TestProject project;
+    const auto window = cancelledWindow(project);
+    AWAIT(!messageIn(*window).isEmpty());
+    std::unique_ptr<ProjectLock> lock;
+    if (isInUse)
+        lock = std::make_unique<ProjectLock>(project.dir());
+    else
+        project.write(u".vantrel.history"_s, "a file");
+    press(barOf(*window).findChild<QPushButton *>(u"btnPutAway"_s));
+    AWAIT(messageIn(*window).startsWith(text));
+    QCOMPARE(project.files(u"scr_temp"_s), QStringList{u"00.psc"_s});
 }
 
 void TestLeftOver::stopsBeforeTheNextScreen()

@@ -175,6 +175,7 @@ void TestVantrelWindow::placesItsWidgets_data()
         QTest::newRow(name) << QString::fromLatin1(name) << place;
     };
     row("horizontalLayout", {0, 0, 2, 3});
+    row("messageBar", {3, 0, 1, 3}); // hidden but for messages
     row("label_2", {7, 0, 1, 1});
     row("rplShapeTable", {9, 0, 1, 2});
     row("verticalLayout_2", {9, 2, 1, 1});
@@ -191,7 +192,7 @@ void TestVantrelWindow::placesItsWidgets()
     QFETCH(const Place, place);
     const TestWindow window;
     const QGridLayout &grid = *window.ui.gridLayout;
-    QCOMPARE(grid.count(), 9);
+    QCOMPARE(grid.count(), 10);
     for (int index = 0; index < grid.count(); ++index) {
         QLayoutItem &item = *grid.itemAt(index);
         const QObject *object = item.layout() != nullptr ? static_cast<const QObject *>(item.layout())

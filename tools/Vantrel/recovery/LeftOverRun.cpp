@@ -1,9 +1,12 @@
 // A run that did not come to its end, looked at and put right.
 #include "LeftOverRun.h"
 
+#include "CancelledRun.h"
+#include "FileIo.h"
 #include "FinishRun.h"
 #include "ProjectLock.h"
 #include "RollBack.h"
+#include "RunHistory.h"
 #include "StageFile.h"
 
 #include <QFileInfo>
@@ -98,6 +101,18 @@ RecoveryResult LeftOverRun::complete()
     default:
         return closed(finish());
     }
+}
+
+RecoveryResult LeftOverRun::putAway()
+{
+    const QString &projectDir = m_places.projectDir();
+    const int keptRuns = m_record.facts.keptRuns;
+    const QString obstacle = keptRuns > 0 ? RunHistory(projectDir).obstacle() : QString();
+    if (!obstacle.isEmpty())
+        return failed(u"\".vantrel.history\" cannot be used: %1"_s.arg(obstacle));
+    putCancelledRunAway(projectDir, keptRuns);
+    const QString folder = m_places.folder(u"scr_temp"_s);
+    return mayExist(folder) ? failed(u"%1 could not be moved"_s.arg(folder)) : closed({});
 }
 
 RecoveryResult LeftOverRun::rollBack()

@@ -65,6 +65,9 @@ public:
     RecoveryResult putBack();
     /// Does what remains of a run or an undoing. The plan must be decidable.
     RecoveryResult complete();
+    /// Moves "scr_temp" of a cancelled run into the history, or removes it where that run was to keep
+    /// nothing. Where the history cannot be used, nothing is touched.
+    RecoveryResult putAway();
 
     /// The screens from before it that are not in "scr" now.
     QStringList unconverted() { return screensNotInPlace(); }

@@ -7,6 +7,7 @@
 #include "Filters_UI.h"
 #include "ImageFileSearch.h"
 #include "LogView.h"
+#include "MessageBar.h"
 #include "PlainToolTip.h"
 #include "ProjectCompleter.h"
 #include "ProjectDrop.h"
@@ -85,7 +86,8 @@ Vantrel::Vantrel(QWidget *parent)
     converter = std::make_unique<Converter>();
     watcher = std::make_unique<WatchFolderThread>(imageFolder());
     notifier = std::make_unique<RunNotifier>(*this);
-    recovery = std::make_unique<RecoveryFlow>(*this);
+    setUpMessageBar();
+    recovery = std::make_unique<RecoveryFlow>(*this, *messageBar);
     connectSignals();
     connectRecovery();
     keepWorkerNear();
@@ -139,6 +141,15 @@ void Vantrel::setUpProjectLine()
 {
     new ProjectCompleter(*ui.lnProjectPath);
     new ProjectDrop(*this, *ui.lnProjectPath, [this](const QString &project) { openProject(project); });
+}
+
+/// In rows of the form that are empty: without a message it is as it was.
+void Vantrel::setUpMessageBar()
+{
+    constexpr int row = 3;
+    messageBar = new MessageBar(this);
+    ui.gridLayout->addWidget(messageBar, row, 0, 1, ui.gridLayout->columnCount());
+    messageBar->follow(*ui.btnBrowse);
 }
 
 /// Keys click their buttons: what is disabled does nothing, and a button's own key would be lost
@@ -276,6 +287,8 @@ void Vantrel::onBtnStartPressed()
 void Vantrel::startRun(const QString &projectDir, const RunFacts *interruptedRun)
 {
     run.start(projectDir);
+    messageBar->withdraw();
+    screensBegun = allScreens = 0;
     showRunning();
     removeRows(*ui.logTable);
     removeRows(*ui.rplShapeTable);
@@ -304,11 +317,16 @@ void Vantrel::cancelRun()
 void Vantrel::onConvertEnd()
 {
     // The worker may tell the end of a cancelled run while a newer one is shown.
-    if (isToldByConverter() && run.takeEnd() == ShownRun::End::OfEarlierRun) {
+    const ShownRun::End end = isToldByConverter() ? run.takeEnd() : ShownRun::End::OfShownRun;
+    if (end == ShownRun::End::OfEarlierRun) {
         logMilestone(u"End"_s, __LINE__);
         return;
     }
     showIdle();
+    const bool isOfOpenProject = run.projectDir() == ui.lnProjectPath->text();
+    // A window that is left offers nothing any more.
+    if (end == ShownRun::End::OfCancelledRun && isOfOpenProject && recovery)
+        recovery->offerToPutAway(run.projectDir(), screensBegun, allScreens);
     notifier->runEnds();
 }
 
@@ -347,6 +365,9 @@ void Vantrel::showIdle()
 
 void Vantrel::onProgressChanged(int max, int pos)
 {
+    // The screen at this place is converted before a cancelled run ends.
+    screensBegun = std::min(pos + 1, max);
+    allScreens = max;
     // The bar would paint the whole window at each step; so it is painted with everything else.
     ui.progressBar->setUpdatesEnabled(false);
     ui.progressBar->setMaximum(max);
@@ -396,6 +417,7 @@ void Vantrel::onBtnBrowsePressed()
 void Vantrel::onFolderPathChanged()
 {
     watcher->changeFolder(imageFolder());
+    messageBar->withdraw();
     selectedFilterNames.clear();
     filterNamesStale = true;
 }

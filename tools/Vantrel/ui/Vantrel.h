@@ -14,6 +14,7 @@
 
 class CGuiFunc;
 class LogView;
+class MessageBar;
 class RecoveryFlow;
 class RunNotifier;
 class WatchFolderThread;
@@ -78,6 +79,7 @@ private:
     void setUpWidgets();
     void setUpShapeTable();
     void setUpProjectLine();
+    void setUpMessageBar();
     void setUpKeys();
     void closeProposals();
     void connectSignals();
@@ -97,5 +99,8 @@ private:
     QString imageFolder() const;
 
     std::unique_ptr<LogView> logView;
+    MessageBar *messageBar = nullptr;
+    int screensBegun = 0; ///< by the run that was started last, as far as it has told
+    int allScreens = 0;
     std::unique_ptr<RecoveryFlow> recovery;
 };

@@ -86,10 +86,41 @@ Ausgeblendete Namen übernimmt OK nicht. Taste: Strg+F</translation>
     </message>
 </context>
 <context>
+    <name>MessageBar</name>
+    <message>
+        <source>Information</source>
+        <translation>Hinweis</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Warnung</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Closes this message. Nothing else is changed.</source>
+        <translation>Schließt diese Meldung. Sonst ändert sich nichts.</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+</context>
+<context>
     <name>RecoveryFlow</name>
     <message>
         <source>Vantrel Info</source>
         <translation>Vantrel-Info</translation>
+    </message>
+    <message>
+        <source>Put &amp;Away</source>
+        <translation>&amp;Weglegen</translation>
+    </message>
+    <message>
+        <source>Moves &quot;scr_temp&quot; to the earlier runs, so that the next run converts all screens anew.</source>
+        <translation>Legt &quot;scr_temp&quot; zu den früheren Läufen, damit der nächste Lauf alle Bilder neu umwandelt.</translation>
     </message>
 </context>
 <context>
@@ -319,6 +350,30 @@ Ausgeblendete Namen übernimmt OK nicht. Taste: Strg+F</translation>
     <message>
         <source>&quot;scr&quot; is as it was before the run.</source>
         <translation>&quot;scr&quot; ist wieder, wie es vor dem Lauf war.</translation>
+    </message>
+    <message>
+        <source>&quot;scr_temp&quot; was put away. The next run converts all screens anew.</source>
+        <translation>&quot;scr_temp&quot; ist weggelegt. Der nächste Lauf wandelt alle Bilder neu um.</translation>
+    </message>
+    <message>
+        <source>&quot;scr_temp&quot; stays where it is, and takes part in the next run.</source>
+        <translation>&quot;scr_temp&quot; bleibt, wo es ist, und geht in den nächsten Lauf ein.</translation>
+    </message>
+    <message>
+        <source>Cancelled before the first screen. &quot;scr&quot; is untouched.</source>
+        <translation>Vor dem ersten Bild abgebrochen. &quot;scr&quot; ist unberührt.</translation>
+    </message>
+    <message>
+        <source>Cancelled after %1 of %2 screens. &quot;scr&quot; is untouched.</source>
+        <translation>Nach %1 von %2 Bildern abgebrochen. &quot;scr&quot; ist unberührt.</translation>
+    </message>
+    <message>
+        <source>What was converted lies in &quot;scr_temp&quot;, and takes part in the next run.</source>
+        <translation>Was umgewandelt wurde, liegt in &quot;scr_temp&quot; und geht in den nächsten Lauf ein.</translation>
+    </message>
+    <message>
+        <source>Putting away what a cancelled run over %1 has left...</source>
+        <translation>Was ein abgebrochener Lauf über %1 hinterlassen hat, wird weggelegt...</translation>
     </message>
 </context>
 <context>

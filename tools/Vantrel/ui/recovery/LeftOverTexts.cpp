@@ -232,6 +232,17 @@ void tellCompleted(Story &story, const QStringList &unconverted)
     story.list(unconverted);
 }
 
+void tellPutAway(Story &story, const RecoveryResult &result)
+{
+    if (result.outcome == RecoveryOutcome::Done) {
+        story.say(
+            QT_TRANSLATE_NOOP("Story", "\"scr_temp\" was put away. The next run converts all screens anew."));
+        return;
+    }
+    story.say("%1.", {result.error});
+    story.say(QT_TRANSLATE_NOOP("Story", "\"scr_temp\" stays where it is, and takes part in the next run."));
+}
+
 void tellFailure(Story &story, const QString &projectDir, const RecoveryResult &result)
 {
     if (!result.error.isEmpty())
@@ -287,12 +298,27 @@ Story questionAbout(const QString &projectDir, const RecoveryAnswer &answer)
     return story;
 }
 
+Story summaryOfCancelled(int screens, int allScreens)
+{
+    Story story;
+    if (screens == 0) {
+        story.say(QT_TRANSLATE_NOOP("Story", "Cancelled before the first screen. \"scr\" is untouched."));
+        return story;
+    }
+    story.say(QT_TRANSLATE_NOOP("Story", "Cancelled after %1 of %2 screens. \"scr\" is untouched."),
+              {QString::number(screens), QString::number(allScreens)});
+    story.say(QT_TRANSLATE_NOOP("Story",
+                                "What was converted lies in \"scr_temp\", and takes part in the next run."));
+    return story;
+}
+
 Story nameOf(RecoveryTask task, const QString &projectDir)
 {
     static constexpr std::array names{
         QT_TRANSLATE_NOOP("Story", "Looking what an interrupted run has left in %1..."),
         QT_TRANSLATE_NOOP("Story", "Putting the screens of %1 back..."),
         QT_TRANSLATE_NOOP("Story", "Completing the interrupted run over %1..."),
+        QT_TRANSLATE_NOOP("Story", "Putting away what a cancelled run over %1 has left..."),
     };
     Story story;
     story.say(names[static_cast<std::size_t>(task)], {projectDir});
@@ -307,7 +333,9 @@ RecoveryEnd endOf(const QString &projectDir, const RecoveryAnswer &answer)
         return end;
     }
     end.isGood = answer.result->outcome == RecoveryOutcome::Done && answer.result->unconverted.isEmpty();
-    if (answer.result->outcome != RecoveryOutcome::Done)
+    if (answer.task == RecoveryTask::PutAway)
+        tellPutAway(end.story, *answer.result);
+    else if (answer.result->outcome != RecoveryOutcome::Done)
         tellFailure(end.story, projectDir, *answer.result);
     else if (answer.task == RecoveryTask::PutBack)
         tellPutBack(end.story, answer);

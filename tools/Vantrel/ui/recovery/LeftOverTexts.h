@@ -11,6 +11,9 @@ Story summaryOf(const QString &projectDir, const RecoveryAnswer &answer);
 /// The same, with what lies where, and what each way out of it does.
 Story questionAbout(const QString &projectDir, const RecoveryAnswer &answer);
 
+/// That a run was cancelled, after so many of all screens, and what it has left.
+Story summaryOfCancelled(int screens, int allScreens);
+
 /// What is being done.
 Story nameOf(RecoveryTask task, const QString &projectDir);
 

@@ -1,9 +1,11 @@
 // The way from a start over an interrupted run to a project that is in order.
 #include "RecoveryFlow.h"
 
+#include "CancelledRun.h"
 #include "LeftOverDialog.h"
 #include "LeftOverTexts.h"
 #include "Logger.h"
+#include "MessageBar.h"
 #include "RecoveryProgress.h"
 #include "StageFile.h"
 
@@ -32,8 +34,9 @@ LeftOverDialog::Ways waysOutOf(const RecoveryAnswer &answer)
 
 } // namespace
 
-RecoveryFlow::RecoveryFlow(QWidget &window)
+RecoveryFlow::RecoveryFlow(QWidget &window, MessageBar &bar)
     : m_window(window)
+    , m_bar(bar)
 {
     connect(&m_thread, &RecoveryThread::sigAnswered, this, &RecoveryFlow::onAnswered);
 }
@@ -51,6 +54,32 @@ bool RecoveryFlow::takesOver(const QString &projectDir)
     m_projectDir = projectDir;
     begin(RecoveryTask::Look);
     return true;
+}
+
+void RecoveryFlow::offerToPutAway(const QString &projectDir, int screens, int allScreens)
+{
+    // It may have been too late to be cancelled.
+    if (!hasCancelledRun(projectDir))
+        return;
+    m_bar.tell(
+        {.level = MessageLevel::Information,
+         .text = summaryOfCancelled(screens, allScreens).shown(),
+         .buttons = {{.text = tr("Put &Away"),
+                      .name = u"btnPutAway"_s,
+                      .toolTip = tr("Moves \"scr_temp\" to the earlier runs, so that the next run converts "
+                                    "all screens anew."),
+                      .press = [this, projectDir] { putAway(projectDir); }}}});
+}
+
+void RecoveryFlow::putAway(const QString &projectDir)
+{
+    if (isUnderWay()) {
+        bringUp();
+        return;
+    }
+    m_hasLeft = false;
+    m_projectDir = projectDir;
+    begin(RecoveryTask::PutAway);
 }
 
 bool RecoveryFlow::isUnderWay() const
@@ -131,6 +160,11 @@ void RecoveryFlow::tell(const RecoveryAnswer &answer)
 {
     const RecoveryEnd end = endOf(m_projectDir, answer);
     log(end, __LINE__);
+    if (answer.task == RecoveryTask::PutAway) {
+        const MessageLevel level = end.isGood ? MessageLevel::Information : MessageLevel::Warning;
+        m_bar.tell({.level = level, .text = end.story.shown(), .buttons = {}});
+        return;
+    }
     auto *box = new QMessageBox(end.isGood ? QMessageBox::Information : QMessageBox::Warning,
                                 tr("Vantrel Info"), end.story.shown(), QMessageBox::Ok, &m_window);
     box->setObjectName("recoveryEnd"_L1);

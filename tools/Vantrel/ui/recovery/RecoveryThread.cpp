@@ -17,6 +17,11 @@ void perform(const QString &projectDir, RecoveryAnswer &answer)
     LeftOverRun run(projectDir);
     answer.kind = run.kind();
     answer.holder = run.holder();
+    if (answer.task == RecoveryTask::PutAway) {
+        if (answer.kind == LeftOver::Cancelled)
+            answer.result = run.putAway();
+        return;
+    }
     const bool isCompleted = answer.kind == LeftOver::Run && run.record().state.stage == RunStage::Done;
     if (isCompleted || answer.kind == LeftOver::Cancelled)
         answer.kind = LeftOver::Nothing;

@@ -11,7 +11,7 @@
 
 class QThread;
 
-enum class RecoveryTask { Look, PutBack, Complete };
+enum class RecoveryTask { Look, PutBack, Complete, PutAway };
 
 /// What came of a task.
 struct RecoveryAnswer
