@@ -181,19 +181,21 @@ void UpdateCommand::tellObstacles(const QList<Finding> &obstacles)
 ExitCode UpdateCommand::changeProject()
 {
     const RunResult result = convert(m_options.projectDir, {});
-    if (!hasBegun(result))
-        return endWith(m_stopSignals.received() == 0 ? ExitCode::Refused
-                                                     : stoppedBy(m_stopSignals.received()));
+    if (!hasBegun(result)) {
+        const int signal = m_stopSignals.received();
+        return endWith(signal == 0 ? ExitCode::Refused : stoppedBy(signal));
+    }
     CommandEnd end = describeEnd(result, {});
     end.changeLogPath = QFileInfo::exists(result.changeLogPath) ? result.changeLogPath : QString();
     if (!findLeftOverRun(m_options.projectDir).isEmpty()) {
         end.exitCode = ExitCode::FilesMissing;
         end.message =
             u"The run did not come to its end; see \"%1\"."_s.arg(recoverCommandFor(m_options.projectDir));
-    } else if (!result.isCompleted)
+    } else if (!result.isCompleted) {
         end.message =
             u"Stopped. \"scr\" is untouched; \"scr_temp\" keeps the files converted so far, and the next "
             "run puts it into the history."_s;
+    }
     return finish(end);
 }
 
