@@ -520,19 +520,22 @@ void TestUpdUtils::copiesEveryByte()
 void TestUpdUtils::makesFolders()
 {
     const TestProject project;
-    updUtils::makeFolder(project.path(u"a/b"_s), FolderCreation::OneLevel);
+    const RootFolder root(project.dir());
+    FolderMaker folders(root, FolderCreation::OneLevel);
+    folders.make(project.path(u"a/b"_s));
     QVERIFY(!project.exists(u"a"_s));
-    updUtils::makeFolder(project.path(u"a"_s), FolderCreation::OneLevel);
+    folders.make(project.path(u"a"_s));
     QVERIFY(project.exists(u"a"_s));
-    updUtils::makeFolder(project.path(u"a"_s), FolderCreation::OneLevel);
-    updUtils::makeFolder(project.path(u"c/d/e"_s), FolderCreation::WithParents);
+    folders.make(project.path(u"a"_s));
+    FolderMaker(root, FolderCreation::WithParents).make(project.path(u"c/d/e"_s));
     QVERIFY(project.exists(u"c/d/e"_s));
 }
 
 void TestUpdUtils::makesAFolderAgainUntilItIsThere()
 {
     const TestProject project;
-    FolderMaker folders(FolderCreation::OneLevel);
+    const RootFolder root(project.dir());
+    FolderMaker folders(root, FolderCreation::OneLevel);
     folders.make(project.path(u"a/b"_s));
     QVERIFY(!project.exists(u"a/b"_s));
     folders.make(project.path(u"a"_s));

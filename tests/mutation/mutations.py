@@ -147,11 +147,19 @@ FILES = _table(
     "files/updUtils.cpp",
     ("if (entry.kind != EntryKind::Folder)\n", "if (entry.kind == EntryKind::File)\n"),
     ("if (inner.isOpen() && !removeEntries(inner))\n            return false;", ""),
-    ("S_ISLNK(status.st_mode))\n        return unlink(folderPath.constData()) == 0;", "false)\n        return false;"),
+    ("S_ISLNK(status.st_mode))\n        return unlinkat(parent.descriptor(), name.constData(), 0) == 0;",
+     "false)\n        return false;"),
     ("return copyAll(moves) && found.isWhole() && holdsOnlyCopied(moves, source);", "return copyAll(moves);"),
     ("found.isWhole() && renameAll(moves, source)", "renameAll(moves, source)"),
     ("    removeDirOrLog(projectDir + from);\n", ""),
-    ("creation == FolderCreation::WithParents ? QDir()", "creation == FolderCreation::OneLevel ? QDir()"),
+)
+
+ROOT_FOLDER = _table(
+    "files/RootFolder.cpp",
+    ("errno != ENOENT || creation == FolderCreation::OneLevel", "errno != ENOENT"),
+    ("return OpenFolder::beneath(m_folder, QFile::encodeName(relative));",
+     "return OpenFolder(QFile::encodeName(path));"),
+    ("(errno == EEXIST && isFolder(parent, name))", "errno == EEXIST"),
 )
 
 SEARCH = _table(
@@ -244,4 +252,4 @@ CHANGE_LOG = _table(
 )
 
 MUTATIONS = (RECORD + GRAMMAR + CUTTER + RECTANGLES + REFERENCES + PLACEMENT + FILE_IO + CHECK + CONVERTER + RUN +
-             FILES + SEARCH + LIBRARY + BITMAPS + MOVES + EXCHANGE + CHANGE_LOG)
+             FILES + ROOT_FOLDER + SEARCH + LIBRARY + BITMAPS + MOVES + EXCHANGE + CHANGE_LOG)

@@ -48,6 +48,10 @@ public:
         if (m_descriptor >= 0)
             ::close(m_descriptor);
     }
+    Descriptor(Descriptor &&other) noexcept
+        : m_descriptor(std::exchange(other.m_descriptor, -1))
+    {
+    }
     Descriptor(const Descriptor &) = delete;
     Descriptor &operator=(const Descriptor &) = delete;
 
@@ -57,14 +61,18 @@ private:
     int m_descriptor;
 };
 
-/// Opens a regular file and tells its status. No other is opened: a pipe would wait for its writer.
+/// Opens a regular file and tells its status. No other is opened: a pipe would wait for its writer,
+/// and so would one that takes the file's place meanwhile.
 Descriptor openFile(const QString &path, struct stat &status)
 {
     constexpr int none = -1;
     const QByteArray name = QFile::encodeName(path);
     if (stat(name.constData(), &status) != 0 || !S_ISREG(status.st_mode))
         return Descriptor(none);
-    return Descriptor(uninterrupted([&] { return ::open(name.constData(), O_RDONLY | O_CLOEXEC); }));
+    Descriptor file(uninterrupted(
+        [&] { return ::open(name.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
+    const bool isRegular = file.get() >= 0 && fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode);
+    return isRegular ? std::move(file) : Descriptor(none);
 }
 
 ssize_t readBlock(const Descriptor &file, char *block, qsizetype size)

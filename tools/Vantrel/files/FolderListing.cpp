@@ -1,12 +1,17 @@
 // What a folder holds, or why that could not be read.
 #include "FolderListing.h"
 
+#include <QList>
+
+#include <array>
 #include <cerrno>
 #include <string_view>
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <linux/openat2.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace {
@@ -56,6 +61,38 @@ int errorUnless(bool isDone)
 
 constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
+/// The system follows the whole path by itself.
+int openBeneath(int root, const QByteArray &path)
+{
+    open_how how = {};
+    how.flags = folderFlags;
+    how.resolve = RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS | RESOLVE_NO_MAGICLINKS;
+    return static_cast<int>(syscall(SYS_openat2, root, path.constData(), &how, sizeof(how)));
+}
+
+/// Old kernels cannot, and some sandboxes forbid it.
+bool isUnknownCall(int error)
+{
+    return error == ENOSYS || error == EPERM;
+}
+
+int openStepByStep(int root, const QByteArray &path)
+{
+    int folder = fcntl(root, F_DUPFD_CLOEXEC, 0);
+    const QList<QByteArray> names = path.split('/');
+    for (const QByteArray &name : names) {
+        if (folder < 0 || name.isEmpty() || name == ".")
+            continue;
+        const bool leadsUp = name == "..";
+        const int inner = leadsUp ? -1 : openat(folder, name.constData(), folderFlags | O_NOFOLLOW);
+        const int error = leadsUp ? EXDEV : errno;
+        close(folder);
+        folder = inner;
+        errno = error;
+    }
+    return folder;
+}
+
 } // namespace
 
 OpenFolder::OpenFolder(const QByteArray &path)
@@ -68,6 +105,20 @@ OpenFolder::OpenFolder(const OpenFolder &parent, const QByteArray &name)
     : m_descriptor(openat(parent.m_descriptor, name.constData(), folderFlags | O_NOFOLLOW))
     , m_error(errorUnless(isOpen()))
 {
+}
+
+OpenFolder::OpenFolder(int descriptor)
+    : m_descriptor(descriptor)
+    , m_error(errorUnless(isOpen()))
+{
+}
+
+OpenFolder OpenFolder::beneath(const OpenFolder &root, const QByteArray &path)
+{
+    errno = root.m_error;
+    const int folder = root.isOpen() ? openBeneath(root.m_descriptor, path) : -1;
+    const bool isStepByStep = folder < 0 && isUnknownCall(errno);
+    return OpenFolder(isStepByStep ? openStepByStep(root.m_descriptor, path) : folder);
 }
 
 OpenFolder::~OpenFolder()

@@ -35,6 +35,9 @@ public:
     explicit OpenFolder(const QByteArray &path);
     /// Opens a folder in an open one; a link to a folder is none.
     OpenFolder(const OpenFolder &parent, const QByteArray &name);
+    /// Opens a folder any number of folders below an open one. Where a link is on the way or at its
+    /// end, or the path leads up, it is not opened.
+    static OpenFolder beneath(const OpenFolder &root, const QByteArray &path);
     ~OpenFolder();
 
     bool isOpen() const { return m_descriptor >= 0; }
@@ -46,6 +49,8 @@ public:
     FolderListing list() const;
 
 private:
+    explicit OpenFolder(int descriptor);
+
     int m_descriptor;
     int m_error;
 };

@@ -9,7 +9,6 @@
 #include "ImageFileSearch.h"
 #include "Interruption.h"
 
-#include <QDir>
 #include <QFile>
 #include <QStringList>
 
@@ -118,19 +117,23 @@ bool removeEntries(const OpenFolder &folder)
 
 bool updUtils::removeDir(const QString &path)
 {
-    const QByteArray folderPath = QFile::encodeName(path);
+    const OpenFolder parent(QFile::encodeName(parentPathOf(path)));
+    if (saysMissing(parent.error()))
+        return true;
+    const QByteArray name = lastNameOf(path);
     struct stat status = {};
     // What a link leads to is not the project's.
-    if (lstat(folderPath.constData(), &status) == 0 && S_ISLNK(status.st_mode))
-        return unlink(folderPath.constData()) == 0;
+    if (fstatat(parent.descriptor(), name.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+        S_ISLNK(status.st_mode))
+        return unlinkat(parent.descriptor(), name.constData(), 0) == 0;
     {
-        const OpenFolder folder(folderPath);
+        const OpenFolder folder(parent, name);
         if (saysMissing(folder.error()))
             return true;
         if (folder.isOpen() && !removeEntries(folder))
             return false;
     }
-    return rmdir(folderPath.constData()) == 0;
+    return unlinkat(parent.descriptor(), name.constData(), AT_REMOVEDIR) == 0;
 }
 
 bool updUtils::removeDirOrLog(const QString &path)
@@ -162,7 +165,8 @@ bool updUtils::transferImageFiles(const QString &from, const QString &to, const 
     const FoundImageFiles found = searchImageFiles(source);
     logFailures(found);
 
-    FolderMaker folders(creation);
+    const RootFolder root(projectDir);
+    FolderMaker folders(root, creation);
     QList<FileMove> moves;
     for (const QFileInfo &file : found.files) {
         folders.make(mapped(file.absolutePath(), from, to));
@@ -179,22 +183,14 @@ void updUtils::findFileInBmpFolders(const QString &folder, const QString &fileNa
     found = found || BitmapFolders(folder).contains(fileName);
 }
 
-bool updUtils::makeFolder(const QString &path, FolderCreation creation)
-{
-    if (QDir(path).exists())
-        return true;
-    errno = 0;
-    if (creation == FolderCreation::WithParents ? QDir().mkpath(path) : QDir().mkdir(path))
-        return true;
-    if (isFailureOfDisk(errno))
-        logError(u"Could not make Folder %1: %2"_s.arg(path, qt_error_string(errno)));
-    return false;
-}
-
 void FolderMaker::make(const QString &path)
 {
-    if (!m_present.contains(path) && updUtils::makeFolder(path, m_creation))
+    if (m_present.contains(path))
+        return;
+    if (m_root.makeFolder(path, m_creation))
         m_present.insert(path);
+    else if (isFailureOfDisk(errno))
+        logError(u"Could not make Folder %1: %2"_s.arg(path, qt_error_string(errno)));
 }
 
 bool FolderMaker::makeAgain(const QString &path)

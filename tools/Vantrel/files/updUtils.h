@@ -1,16 +1,12 @@
 // File-system operations of a conversion run.
 #pragma once
 
+#include "RootFolder.h"
+
 #include <QFileInfo>
 #include <QList>
 #include <QSet>
 #include <QString>
-
-/// How a missing folder is made.
-enum class FolderCreation {
-    OneLevel,    ///< only where its parent exists
-    WithParents, ///< with all that is missing above it
-};
 
 /// Finding, moving and removing the files of a project. Paths use '/'.
 class updUtils
@@ -47,27 +43,27 @@ public:
     /// Looks for a file in the folders below `folder` whose path contains "/bmp", all folder names
     /// in lower case. Sets `found` where it exists; the caller clears it first.
     static void findFileInBmpFolders(const QString &folder, const QString &fileName, bool &found);
-
-    /// Makes the folder where it is missing. Returns whether it is there; what cannot be made
-    /// shows when it is used, too.
-    static bool makeFolder(const QString &path, FolderCreation creation);
 };
 
-/// Makes folders as they are needed, and looks for each only until it is there.
+/// Makes folders as they are needed, and looks for each only until it is there. The root must live
+/// as long as it.
 class FolderMaker final
 {
 public:
-    explicit FolderMaker(FolderCreation creation)
-        : m_creation(creation)
+    FolderMaker(const RootFolder &root, FolderCreation creation)
+        : m_root(root)
+        , m_creation(creation)
     {
     }
 
+    /// What cannot be made shows when it is used, too.
     void make(const QString &path);
     /// Looks anew for a folder that was there, and makes it where it has gone since. Returns
     /// whether it was there; one that never was is left to the next make().
     bool makeAgain(const QString &path);
 
 private:
+    const RootFolder &m_root;
     FolderCreation m_creation;
     QSet<QString> m_present;
 };

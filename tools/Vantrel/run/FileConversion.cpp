@@ -42,7 +42,8 @@ void appendLines(const FileLines &lines, const STBlock &range, TextBuffer<char> 
 FileConversion::FileConversion(const ConversionSettings &settings, const RunReports &reports)
     : m_settings(settings)
     , m_reports(reports)
-    , m_tempFolders(settings.folderCreation)
+    , m_root(settings.projectDir)
+    , m_tempFolders(m_root, settings.folderCreation)
     , m_library(settings.projectDir)
 {
 }

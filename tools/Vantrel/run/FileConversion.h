@@ -2,6 +2,7 @@
 #pragma once
 
 #include "OpenedShapes.h"
+#include "RootFolder.h"
 #include "RunHistory.h"
 #include "STBlock.h"
 #include "ShapeLibrary.h"
@@ -59,6 +60,7 @@ private:
 
     const ConversionSettings &m_settings;
     const RunReports &m_reports;
+    RootFolder m_root;
     FolderMaker m_tempFolders;
     ShapeLibrary m_library;
     OpenedShapes m_shapes{m_library};

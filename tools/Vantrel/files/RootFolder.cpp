@@ -1,0 +1,97 @@
+// The folder below which the program writes.
+#include "RootFolder.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace {
+
+constexpr mode_t usualRights = 0777; // but for what the process's mask takes
+
+QString withoutLastSlashes(QString path)
+{
+    while (path.size() > 1 && path.endsWith(u'/'))
+        path.chop(1);
+    return path;
+}
+
+/// Whether a folder is there, itself and not over a link.
+bool isFolder(const OpenFolder &parent, const QByteArray &name)
+{
+    struct stat status = {};
+    if (fstatat(parent.descriptor(), name.constData(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return false;
+    errno = S_ISLNK(status.st_mode) ? ELOOP : ENOTDIR;
+    return S_ISDIR(status.st_mode);
+}
+
+bool makeFolderIn(const OpenFolder &parent, const QByteArray &name)
+{
+    const bool isMade = mkdirat(parent.descriptor(), name.constData(), usualRights) == 0;
+    return isMade || (errno == EEXIST && isFolder(parent, name));
+}
+
+} // namespace
+
+RootFolder::RootFolder(const QString &path)
+    : m_path(path)
+    , m_absolutePath(QFileInfo(path).absoluteFilePath())
+    , m_folder(QFile::encodeName(path))
+{
+}
+
+bool RootFolder::isBelow(const QString &path, QString &relative) const
+{
+    for (const QString &root : {m_path, m_absolutePath}) {
+        if (path == root || path.startsWith(root + u'/')) {
+            relative = path == root ? QString(u'.') : path.sliced(root.size() + 1);
+            return true;
+        }
+    }
+    return false;
+}
+
+OpenFolder RootFolder::folder(const QString &path) const
+{
+    QString relative;
+    if (isBelow(path, relative))
+        return OpenFolder::beneath(m_folder, QFile::encodeName(relative));
+    return OpenFolder(QFile::encodeName(path));
+}
+
+OpenFolder RootFolder::parentOf(const QString &path) const
+{
+    return folder(parentPathOf(path));
+}
+
+bool RootFolder::makeFolder(const QString &path, FolderCreation creation) const
+{
+    {
+        const OpenFolder parent = parentOf(path);
+        if (parent.isOpen())
+            return makeFolderIn(parent, lastNameOf(path));
+        errno = parent.error();
+    }
+    const QString above = parentPathOf(path);
+    if (errno != ENOENT || creation == FolderCreation::OneLevel || above == path)
+        return false;
+    return makeFolder(above, creation) && makeFolder(path, FolderCreation::OneLevel);
+}
+
+QString parentPathOf(const QString &path)
+{
+    const QString trimmed = withoutLastSlashes(path);
+    const qsizetype slash = trimmed.lastIndexOf(u'/');
+    return slash > 0 ? trimmed.first(slash) : QString(slash == 0 ? u'/' : u'.');
+}
+
+QByteArray lastNameOf(const QString &path)
+{
+    const QString trimmed = withoutLastSlashes(path);
+    return QFile::encodeName(trimmed.sliced(trimmed.lastIndexOf(u'/') + 1));
+}

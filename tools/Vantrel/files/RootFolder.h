@@ -1,0 +1,48 @@
+// The folder below which the program writes.
+#pragma once
+
+#include "FolderListing.h"
+
+#include <QByteArray>
+#include <QString>
+
+/// How a missing folder is made.
+enum class FolderCreation {
+    OneLevel,    ///< only where its parent exists
+    WithParents, ///< with all that is missing above it
+};
+
+/// The folder of a project, held open. What is written, made, moved or removed below it is reached
+/// from there, and never over a link: what a link leads to is not the project's, whoever has put it
+/// there and whenever.
+///
+/// The names of a project's folders are mapped as texts, so that a path may lead beside the project.
+/// Such a path is followed as it stands; only its last name is never followed over a link.
+class RootFolder final
+{
+    Q_DISABLE_COPY_MOVE(RootFolder)
+
+public:
+    explicit RootFolder(const QString &path);
+
+    /// A folder of the project, by its path from the top. ELOOP or ENOTDIR where a link is in the way.
+    OpenFolder folder(const QString &path) const;
+    /// The folder that holds an entry.
+    OpenFolder parentOf(const QString &path) const;
+
+    /// Makes a folder where it is missing. Returns whether it is there; a link is no folder. errno
+    /// tells why not.
+    bool makeFolder(const QString &path, FolderCreation creation) const;
+
+private:
+    bool isBelow(const QString &path, QString &relative) const;
+
+    QString m_path;
+    QString m_absolutePath;
+    OpenFolder m_folder;
+};
+
+/// The folder of a path, by the path alone.
+QString parentPathOf(const QString &path);
+/// The last name of a path, as the file system has it.
+QByteArray lastNameOf(const QString &path);
