@@ -27,7 +27,7 @@ from trees import Tree, below, differences, screens
 Change = Callable[[pathlib.Path], None]
 
 # The first of them comes between the listing of the screens and the reading of the first one.
-FIRST_OF_A_RUN = ("mkdir", "mkdirat")
+FIRST_OF_A_RUN = "mkdirat"
 STEPS_OF_A_RUN = ("mkdir", "mkdirat", "rename", "renameat2", "linkat", "rmdir", "unlink", "unlinkat", "sendfile")
 
 STOP = "signal=SIGSTOP"
@@ -199,17 +199,14 @@ def check_folder_change(surroundings: Surroundings, setting: Setting, change_fol
             raise Failure(f"not reported, exit code 0: {'; '.join(changed[:4])}")
 
 
-def first_call(counts: dict[str, int]) -> Injection:
-    return next(Injection(call, 1, STOP) for call in FIRST_OF_A_RUN if call in counts)
-
-
 def intruders(surroundings: Surroundings) -> list[Case]:
     cases = []
     for setting in SETTINGS[:2]:
         undisturbed = study(surroundings, setting)
         counts = undisturbed.calls.counts
         cases += [Case(f"{setting.name}: {name} {file_change.name}",
-                       functools.partial(check_file_change, surroundings, setting, file_change, name, first_call(counts)))
+                       functools.partial(check_file_change, surroundings, setting, file_change, name,
+                                         Injection(FIRST_OF_A_RUN, 1, STOP)))
                   for file_change in FILE_CHANGES for name in ("scr/area/dosing.psc", "scr/units.psc", "scr/legend.psc")]
         points = [Injection(call, number, STOP) for call in STEPS_OF_A_RUN
                   for number in range(1, counts.get(call, 0) + 1)]

@@ -125,7 +125,7 @@ def check_cancelled_runs(surroundings: Surroundings, number: int, moments: list[
 def check_stopped_recovery(surroundings: Surroundings, undisturbed: Undisturbed, stop: Injection) -> None:
     """A run that was killed while it converted is performed anew, and that is stopped in turn."""
     with site(surroundings, SETTINGS[0].plant) as place:
-        Kill(Injection("mkdir", 1, KILL), undisturbed.calls).of(place, SETTINGS[0].arguments(place))
+        Kill(Injection("mkdirat", 1, KILL), undisturbed.calls).of(place, SETTINGS[0].arguments(place))
         options = stop.options() + options_for(stop.call, place.project, undisturbed.calls.paths)
         outcome = place.program.run(["recover", "--project", str(place.project), "--finish"],
                                     tracer(place.folder / "trace", options))

@@ -40,9 +40,9 @@ MOST_RUNS = 5
 
 # Calls at which a command is hit, and about how often a thread makes them. The first of "openat" and
 # "close" load libraries.
-CALLS_ON_NAMES = (("rename", 12), ("renameat2", 12), ("unlink", 10), ("unlinkat", 2), ("mkdir", 10), ("rmdir", 3),
-                  ("linkat", 7), ("fsync", 13), ("fchmod", 5), ("utimensat", 10))
-CALLS = (*CALLS_ON_NAMES, ("openat", 150), ("close", 150), ("write", 15))
+CALLS_ON_NAMES = (("rename", 12), ("renameat2", 12), ("unlink", 10), ("unlinkat", 2), ("mkdir", 10), ("mkdirat", 10),
+                  ("rmdir", 3), ("linkat", 7), ("fsync", 13), ("fchmod", 5), ("utimensat", 10))
+CALLS = (*CALLS_ON_NAMES, ("openat", 150), ("openat2", 60), ("close", 150), ("write", 15))
 
 CANCELLING = ("SIGINT", "SIGTERM")
 
