@@ -2,6 +2,7 @@
 #include "FileComparison.h"
 #include "FileIo.h"
 #include "Interruption.h"
+#include "RootFolder.h"
 #include "SafeCopy.h"
 #include "TestProject.h"
 #include "TestSuite.h"
@@ -56,8 +57,9 @@ void TestInterruption::beginsNoFile_data()
 {
     QTest::addColumn<Work>("work");
     const auto row = [](const char *name, const Work &work) { QTest::newRow(name) << work; };
-    row("copying",
-        [](const TestProject &project) { copyFile(project.path(u"scr/a.psc"_s), project.path(u"b.psc"_s)); });
+    row("copying", [](const TestProject &project) {
+        copyFile(project.path(u"scr/a.psc"_s), RootFolder(project.dir()), project.path(u"b.psc"_s));
+    });
     row("comparing", [](const TestProject &project) {
         haveSameContent(project.path(u"scr/a.psc"_s), project.path(u"scr/a.psc"_s));
     });
@@ -65,7 +67,7 @@ void TestInterruption::beginsNoFile_data()
         isBeginningOf(project.path(u"scr/a.psc"_s), project.path(u"scr/a.psc"_s));
     });
     row("putting a copy in place", [](const TestProject &project) {
-        putCopy(project.path(u"scr/a.psc"_s), project.path(u"scr/c.psc"_s));
+        putCopy(project.path(u"scr/a.psc"_s), RootFolder(project.dir()), project.path(u"scr/c.psc"_s));
     });
     row("removing a folder", [](const TestProject &project) { updUtils::removeDir(project.path(u"scr"_s)); });
 }

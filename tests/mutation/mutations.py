@@ -149,7 +149,7 @@ FILES = _table(
     ("if (inner.isOpen() && !removeEntries(inner))\n            return false;", ""),
     ("S_ISLNK(status.st_mode))\n        return unlinkat(parent.descriptor(), name.constData(), 0) == 0;",
      "false)\n        return false;"),
-    ("return copyAll(moves) && found.isWhole() && holdsOnlyCopied(moves, source);", "return copyAll(moves);"),
+    ("return copyAll(moves, root) && found.isWhole() && holdsOnlyCopied(moves, source);", "return copyAll(moves, root);"),
     ("found.isWhole() && renameAll(moves, source)", "renameAll(moves, source)"),
     ("    removeDirOrLog(projectDir + from);\n", ""),
 )
@@ -234,11 +234,17 @@ PLACEMENT = _table(
 FILE_IO = _table(
     "files/FileIo.cpp",
     (" || status.st_size > largestFile)", ")"),
-    ("    if (m_isThere)\n        ::unlink(m_path.constData());\n    return false;", "    return false;"),
-    ("    close();\n    if (m_isThere)\n        ::unlink(m_path.constData());\n", "    close();\n"),
-    ("O_CREAT | O_EXCL, mode", "O_CREAT, mode"),
+)
+
+FILE_WRITER = _table(
+    "files/FileWriter.cpp",
+    ("    removeNamed();\n    return false;", "    return false;"),
+    ("    close();\n    removeNamed();\n", "    close();\n"),
+    ("O_CREAT | O_EXCL | O_NOFOLLOW", "O_CREAT | O_NOFOLLOW"),
     ("if (count <= 0) {", "if (count < 0) {"),
-    ("file.isOpen() && !file.setMode(mode)) {", "false) {"),
+    ("else if (!setMode(mode))", "else if (false)"),
+    ("if (m_error == 0 && ifThere == IfThere::Replace)", "if (false)"),
+    ("        if (m_ifThere == IfThere::Replace)\n            unlinkat(folder, unfinishedFile, 0);\n", ""),
 )
 
 CHANGE_LOG = _table(
@@ -251,5 +257,5 @@ CHANGE_LOG = _table(
     (" || status.st_dev != m_device || status.st_ino != m_inode", ""),
 )
 
-MUTATIONS = (RECORD + GRAMMAR + CUTTER + RECTANGLES + REFERENCES + PLACEMENT + FILE_IO + CHECK + CONVERTER + RUN +
-             FILES + ROOT_FOLDER + SEARCH + LIBRARY + BITMAPS + MOVES + EXCHANGE + CHANGE_LOG)
+MUTATIONS = (RECORD + GRAMMAR + CUTTER + RECTANGLES + REFERENCES + PLACEMENT + FILE_IO + FILE_WRITER + CHECK +
+             CONVERTER + RUN + FILES + ROOT_FOLDER + SEARCH + LIBRARY + BITMAPS + MOVES + EXCHANGE + CHANGE_LOG)

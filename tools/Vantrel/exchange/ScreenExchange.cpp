@@ -6,6 +6,7 @@
 #include "FileIo.h"
 #include "FolderMerge.h"
 #include "ImageFileSearch.h"
+#include "RootFolder.h"
 #include "SafeCopy.h"
 #include "StageFile.h"
 
@@ -76,13 +77,14 @@ void ScreenExchange::putOthersBack() const
     const QString kept = RunHistory(m_projectDir).pathOf(m_archive.entry(), u"scr"_s);
     if (const QString error = mergeBack(kept, folder("/scr"_L1)); !error.isEmpty())
         logError(error, LogPlace::History);
+    const RootFolder root(m_projectDir);
     for (const QString &screen : m_facts.screens) {
         const QString place = folder("/scr/"_L1) + screen;
         QString backup = "/scr/"_L1 + screen;
         backup = m_projectDir + backup.replace("/scr"_L1, "/scr_bak"_L1);
         if (mayExist(place) || !QFileInfo(backup).isFile())
             continue;
-        if (const QString error = putCopy(backup, place); !error.isEmpty())
+        if (const QString error = putCopy(backup, root, place); !error.isEmpty())
             logError(error, LogPlace::History);
     }
 }

@@ -1,11 +1,11 @@
 // Reading and writing whole files.
 #include "FileIo.h"
 
+#include "FileWriter.h"
 #include "Interruption.h"
 #include "Limits.h"
 
 #include <QFile>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <array>
@@ -21,9 +21,7 @@
 namespace {
 
 constexpr unsigned permissionBits = 0777;
-constexpr unsigned usualPermissions = 0666;
 constexpr qsizetype largestBlock = 1 << 18;
-constexpr const char *openFiles = "/proc/self/fd";
 
 /// Calls once more what a signal has interrupted.
 template <typename Call>
@@ -61,6 +59,27 @@ private:
     int m_descriptor;
 };
 
+Descriptor openAs(const QByteArray &name, int flags)
+{
+    return Descriptor(
+        uninterrupted([&] { return ::open(name.constData(), O_RDONLY | O_NOCTTY | O_CLOEXEC | flags); }));
+}
+
+bool isRegular(const Descriptor &file, struct stat &status)
+{
+    return file.get() >= 0 && fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+/// Waits for a server that holds the file for one of its users, and gives it back when it is asked.
+Descriptor openHeld(const QByteArray &name)
+{
+    constexpr int none = -1;
+    struct stat status = {};
+    const Descriptor place = openAs(name, O_PATH);
+    return isRegular(place, status) ? openAs("/proc/self/fd/" + QByteArray::number(place.get()), 0)
+                                    : Descriptor(none);
+}
+
 /// Opens a regular file and tells its status. No other is opened: a pipe would wait for its writer,
 /// and so would one that takes the file's place meanwhile.
 Descriptor openFile(const QString &path, struct stat &status)
@@ -69,10 +88,10 @@ Descriptor openFile(const QString &path, struct stat &status)
     const QByteArray name = QFile::encodeName(path);
     if (stat(name.constData(), &status) != 0 || !S_ISREG(status.st_mode))
         return Descriptor(none);
-    Descriptor file(uninterrupted(
-        [&] { return ::open(name.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
-    const bool isRegular = file.get() >= 0 && fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode);
-    return isRegular ? std::move(file) : Descriptor(none);
+    Descriptor file = openAs(name, O_NONBLOCK);
+    if (file.get() < 0 && errno == EWOULDBLOCK)
+        return openHeld(name);
+    return isRegular(file, status) ? std::move(file) : Descriptor(none);
 }
 
 ssize_t readBlock(const Descriptor &file, char *block, qsizetype size)
@@ -136,7 +155,7 @@ std::optional<FileContent> readFile(const QString &path)
     return content;
 }
 
-int copyFile(const QString &from, const QString &to)
+int copyFile(const QString &from, const RootFolder &root, const QString &to)
 {
     endIfInterrupted();
     errno = 0;
@@ -144,7 +163,7 @@ int copyFile(const QString &from, const QString &to)
     const Descriptor source = openFile(from, status);
     if (source.get() < 0)
         return errno == 0 ? EIO : errno;
-    FileWriter file = FileWriter::appearing(to, status.st_mode & permissionBits);
+    FileWriter file(root, to, status.st_mode & permissionBits, IfThere::Fail);
     QByteArray block(largestBlock, Qt::Uninitialized);
     while (file.isOpen()) {
         const ssize_t count = readBlock(source, block.data(), block.size());
@@ -156,128 +175,4 @@ int copyFile(const QString &from, const QString &to)
             file.append(block.constData(), count);
     }
     return file.error();
-}
-
-FileWriter::FileWriter(const QString &path, int flags, unsigned mode)
-    : m_path(QFile::encodeName(path))
-    , m_descriptor(uninterrupted([&] {
-        // A pipe that lies there is not waited for.
-        return ::open(m_path.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC | flags, mode);
-    }))
-    , m_error(m_descriptor < 0 ? errno : 0)
-{
-}
-
-FileWriter::FileWriter(FileWriter &&other) noexcept
-    : m_path(std::move(other.m_path))
-    , m_descriptor(std::exchange(other.m_descriptor, -1))
-    , m_error(other.m_error)
-    , m_isThere(other.m_isThere)
-{
-}
-
-FileWriter::~FileWriter()
-{
-    if (isOpen())
-        ::close(m_descriptor);
-}
-
-FileWriter FileWriter::overwriting(const QString &path)
-{
-    return {path, O_CREAT | O_TRUNC, usualPermissions};
-}
-
-FileWriter FileWriter::creating(const QString &path, unsigned mode)
-{
-    FileWriter file(path, O_CREAT | O_EXCL, mode);
-    if (file.isOpen() && !file.setMode(mode)) {
-        file.close();
-        ::unlink(file.m_path.constData());
-    }
-    return file;
-}
-
-FileWriter FileWriter::appearing(const QString &path, unsigned mode)
-{
-    // There a file that has no name yet is found to be given one.
-    static const bool canBeNamed = access(openFiles, X_OK) == 0;
-    if (!canBeNamed)
-        return creating(path, mode);
-    FileWriter file(QFileInfo(path).path(), O_TMPFILE, mode);
-    if (!file.isOpen() && (file.m_error == EOPNOTSUPP || file.m_error == EISDIR))
-        return creating(path, mode);
-    file.m_path = QFile::encodeName(path);
-    file.m_isThere = false;
-    if (file.isOpen() && !file.setMode(mode))
-        file.close();
-    return file;
-}
-
-/// Gives a file without a name its name.
-bool FileWriter::appear()
-{
-    const QByteArray nameless = QByteArray(openFiles) + '/' + QByteArray::number(m_descriptor);
-    m_isThere = linkat(AT_FDCWD, nameless.constData(), AT_FDCWD, m_path.constData(), AT_SYMLINK_FOLLOW) == 0;
-    if (!m_isThere)
-        m_error = errno;
-    return m_isThere;
-}
-
-/// The process's mask may have taken some of the permissions away.
-bool FileWriter::setMode(unsigned mode)
-{
-    if (fchmod(m_descriptor, mode) == 0)
-        return true;
-    m_error = errno;
-    return false;
-}
-
-bool FileWriter::write(const char *bytes, qsizetype size)
-{
-    return append(bytes, size) && finish();
-}
-
-bool FileWriter::append(const char *bytes, qsizetype size)
-{
-    while (size > 0) {
-        const ssize_t count =
-            uninterrupted([&] { return ::write(m_descriptor, bytes, static_cast<std::size_t>(size)); });
-        if (count <= 0) {
-            // Nothing that is taken without an error would be offered for ever.
-            discard(count < 0 ? errno : EIO);
-            return false;
-        }
-        bytes += count;
-        size -= count;
-    }
-    return true;
-}
-
-bool FileWriter::finish()
-{
-    const bool hasAppeared = m_isThere || appear();
-    if (close() && hasAppeared)
-        return true;
-    if (m_isThere)
-        ::unlink(m_path.constData());
-    return false;
-}
-
-void FileWriter::discard(int error)
-{
-    m_error = error;
-    close();
-    if (m_isThere)
-        ::unlink(m_path.constData());
-}
-
-bool FileWriter::close()
-{
-    const int result = ::close(m_descriptor);
-    m_descriptor = -1;
-    if (result == 0)
-        return true;
-    if (m_error == 0)
-        m_error = errno;
-    return false;
 }

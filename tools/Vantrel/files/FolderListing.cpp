@@ -6,6 +6,7 @@
 #include <array>
 #include <cerrno>
 #include <string_view>
+#include <utility>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -67,7 +68,11 @@ int openBeneath(int root, const QByteArray &path)
     open_how how = {};
     how.flags = folderFlags;
     how.resolve = RESOLVE_BENEATH | RESOLVE_NO_SYMLINKS | RESOLVE_NO_MAGICLINKS;
-    return static_cast<int>(syscall(SYS_openat2, root, path.constData(), &how, sizeof(how)));
+    int folder = -1;
+    do {
+        folder = static_cast<int>(syscall(SYS_openat2, root, path.constData(), &how, sizeof(how)));
+    } while (folder < 0 && errno == EINTR);
+    return folder;
 }
 
 /// Old kernels cannot, and some sandboxes forbid it.
@@ -119,6 +124,12 @@ OpenFolder OpenFolder::beneath(const OpenFolder &root, const QByteArray &path)
     const int folder = root.isOpen() ? openBeneath(root.m_descriptor, path) : -1;
     const bool isStepByStep = folder < 0 && isUnknownCall(errno);
     return OpenFolder(isStepByStep ? openStepByStep(root.m_descriptor, path) : folder);
+}
+
+OpenFolder::OpenFolder(OpenFolder &&other) noexcept
+    : m_descriptor(std::exchange(other.m_descriptor, -1))
+    , m_error(other.m_error)
+{
 }
 
 OpenFolder::~OpenFolder()

@@ -28,8 +28,6 @@ struct FolderListing
 /// astray when a part of the path is exchanged.
 class OpenFolder final
 {
-    Q_DISABLE_COPY_MOVE(OpenFolder)
-
 public:
     /// Opens the folder that the path leads to, over links too.
     explicit OpenFolder(const QByteArray &path);
@@ -39,6 +37,10 @@ public:
     /// end, or the path leads up, it is not opened.
     static OpenFolder beneath(const OpenFolder &root, const QByteArray &path);
     ~OpenFolder();
+
+    OpenFolder(OpenFolder &&other) noexcept;
+    OpenFolder(const OpenFolder &) = delete;
+    OpenFolder &operator=(const OpenFolder &) = delete;
 
     bool isOpen() const { return m_descriptor >= 0; }
     /// Why it could not be opened; 0 where it is open.

@@ -8,6 +8,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -81,6 +82,16 @@ bool RootFolder::makeFolder(const QString &path, FolderCreation creation) const
     if (errno != ENOENT || creation == FolderCreation::OneLevel || above == path)
         return false;
     return makeFolder(above, creation) && makeFolder(path, FolderCreation::OneLevel);
+}
+
+bool RootFolder::removeFile(const QString &path) const
+{
+    const OpenFolder parent = parentOf(path);
+    if (!parent.isOpen()) {
+        errno = parent.error();
+        return errno == ENOENT;
+    }
+    return unlinkat(parent.descriptor(), lastNameOf(path).constData(), 0) == 0 || errno == ENOENT;
 }
 
 QString parentPathOf(const QString &path)

@@ -34,6 +34,9 @@ public:
     /// tells why not.
     bool makeFolder(const QString &path, FolderCreation creation) const;
 
+    /// Removes a file or a link, never what it leads to. Returns whether it is gone; errno tells why not.
+    bool removeFile(const QString &path) const;
+
 private:
     bool isBelow(const QString &path, QString &relative) const;
 

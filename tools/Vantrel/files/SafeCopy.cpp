@@ -3,8 +3,9 @@
 
 #include "FileComparison.h"
 #include "FileIo.h"
+#include "FileWriter.h"
+#include "RootFolder.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 
@@ -21,55 +22,44 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The name of a copy that has not taken its place. One that an interruption left is replaced by
-/// the next, since copies are made in one order.
-constexpr auto unfinishedCopy = "/.vantrel.copy"_L1;
-
-/// Makes an exchange of names in a folder last.
-void syncFolder(const QString &path)
-{
-    const int folder = open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (folder < 0)
-        return;
-    fsync(folder);
-    close(folder);
-}
-
 /// A file that comes back is as old as it was. A disk that cannot do that keeps the bytes all the same.
-void keepTime(const QString &from, const QString &to)
+void keepTime(const QString &from, const OpenFolder &folder, const QByteArray &name)
 {
     struct stat status = {};
     if (stat(QFile::encodeName(from).constData(), &status) != 0)
         return;
     const std::array times{timespec{0, UTIME_OMIT}, status.st_mtim};
-    utimensat(AT_FDCWD, QFile::encodeName(to).constData(), times.data(), AT_SYMLINK_NOFOLLOW);
+    utimensat(folder.descriptor(), name.constData(), times.data(), AT_SYMLINK_NOFOLLOW);
 }
 
 } // namespace
 
-QString putCopy(const QString &source, const QString &target)
+QString putCopy(const QString &source, const RootFolder &root, const QString &target)
 {
+    const QString folderPath = QFileInfo(target).path();
+    const QByteArray name = lastNameOf(target);
     if (haveSameContent(source, target)) {
-        keepTime(source, target);
+        keepTime(source, root.folder(folderPath), name);
         return {};
     }
-    const QString folder = QFileInfo(target).path();
-    const QString beside = folder + unfinishedCopy;
-    QDir().mkpath(folder);
-    QFile::remove(beside);
-    if (const int error = copyFile(source, beside); error != 0)
-        return u"%1 could not be copied to %2: %3"_s.arg(source, folder, qt_error_string(error));
+    const QString beside = folderPath + u'/' + QLatin1StringView(unfinishedFile);
+    root.makeFolder(folderPath, FolderCreation::WithParents);
+    root.removeFile(beside);
+    if (const int error = copyFile(source, root, beside); error != 0)
+        return u"%1 could not be copied to %2: %3"_s.arg(source, folderPath, qt_error_string(error));
     if (!isWholeCopy(source, beside)) {
-        QFile::remove(beside);
-        return u"%1 could not be copied to %2 whole"_s.arg(source, folder);
+        root.removeFile(beside);
+        return u"%1 could not be copied to %2 whole"_s.arg(source, folderPath);
     }
-    keepTime(source, beside);
-    if (std::rename(QFile::encodeName(beside).constData(), QFile::encodeName(target).constData()) != 0) {
+    const OpenFolder folder = root.folder(folderPath);
+    keepTime(source, folder, unfinishedFile);
+    if (renameat(folder.descriptor(), unfinishedFile, folder.descriptor(), name.constData()) != 0) {
         const QString reason = QString::fromLocal8Bit(std::strerror(errno));
-        QFile::remove(beside);
+        root.removeFile(beside);
         return u"%1 could not be put in place: %2"_s.arg(target, reason);
     }
-    syncFolder(folder);
+    // Makes the exchange of names last.
+    fsync(folder.descriptor());
     return {};
 }
 
@@ -84,9 +74,9 @@ bool areOneFile(const QString &first, const QString &second)
     return isUnknown ? a.isFile() && b.isFile() : path == otherPath;
 }
 
-bool removeContained(const QString &file, const QString &holder)
+bool removeContained(const RootFolder &root, const QString &file, const QString &holder)
 {
     if (!mayExist(file))
         return true;
-    return !areOneFile(file, holder) && isBeginningOf(file, holder) && QFile::remove(file);
+    return !areOneFile(file, holder) && isBeginningOf(file, holder) && root.removeFile(file);
 }

@@ -39,9 +39,9 @@ bool hasArrived(const FileMove &move)
 
 /// Why a file was not copied is told only where the disk is to blame: a file in its place and a
 /// missing folder follow from how a project is laid out.
-bool copy(const FileMove &move)
+bool copy(const FileMove &move, const RootFolder &root)
 {
-    const int error = copyFile(move.from, move.to);
+    const int error = copyFile(move.from, root, move.to);
     if (error == 0)
         return hasArrived(move);
     if (error != EEXIST && error != ENOENT && error != ENOTDIR)
@@ -50,9 +50,10 @@ bool copy(const FileMove &move)
 }
 
 /// Copies every file, also after one that could not be copied.
-bool copyAll(const QList<FileMove> &moves)
+bool copyAll(const QList<FileMove> &moves, const RootFolder &root)
 {
-    return std::count_if(moves.cbegin(), moves.cend(), [](const FileMove &move) { return !copy(move); }) == 0;
+    return std::count_if(moves.cbegin(), moves.cend(),
+                         [&root](const FileMove &move) { return !copy(move, root); }) == 0;
 }
 
 /// Whether all image files below a folder are known: one may have come since it was listed, and
@@ -175,7 +176,7 @@ bool updUtils::transferImageFiles(const QString &from, const QString &to, const 
     // Renaming leaves what copying and removing leave, without moving a byte.
     if (found.isWhole() && renameAll(moves, source))
         return holdsNoImageFile(source);
-    return copyAll(moves) && found.isWhole() && holdsOnlyCopied(moves, source);
+    return copyAll(moves, root) && found.isWhole() && holdsOnlyCopied(moves, source);
 }
 
 void updUtils::findFileInBmpFolders(const QString &folder, const QString &fileName, bool &found)

@@ -2,6 +2,8 @@
 #include "RunSummary.h"
 
 #include "FileIo.h"
+#include "FileWriter.h"
+#include "RootFolder.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -113,8 +115,9 @@ QString writeSummary(const QString &entryPath, const RunSummary &summary)
     const QByteArray text = QJsonDocument(toJson(summary)).toJson();
     const QString path = entryPath + fileName;
     const QString beside = path + ".new"_L1;
-    QFile::remove(beside);
-    FileWriter writer = FileWriter::creating(beside, readableByAll);
+    const RootFolder root(entryPath);
+    root.removeFile(beside);
+    FileWriter writer(root, beside, readableByAll, IfThere::Fail);
     const bool isWritten = writer.isOpen() && writer.write(text.constData(), text.size());
     int error = isWritten ? 0 : writer.error();
     if (isWritten &&

@@ -18,6 +18,7 @@ using namespace Qt::StringLiterals;
 
 EarlierFiles::EarlierFiles(const QString &projectDir, const QString &entry)
     : m_projectDir(projectDir)
+    , m_root(m_projectDir)
     , m_history(projectDir)
     , m_entry(entry)
 {
@@ -88,7 +89,7 @@ QString EarlierFiles::restore(const EarlierFile &file)
         if (const QString error = setAside(place, file.name); !error.isEmpty())
             return error;
     }
-    const QString error = putCopy(file.path, place);
+    const QString error = putCopy(file.path, m_root, place);
     m_restoredFiles += error.isEmpty() ? 1 : 0;
     return error;
 }
@@ -110,5 +111,5 @@ QString EarlierFiles::setAside(const QString &place, const QString &name)
         if (const QString error = writeSummary(m_history.pathOf(entry), summary); !error.isEmpty())
             return error;
     }
-    return putCopy(place, m_history.pathOf(m_replacedEntry, u"scr"_s) + u'/' + name);
+    return putCopy(place, m_root, m_history.pathOf(m_replacedEntry, u"scr"_s) + u'/' + name);
 }

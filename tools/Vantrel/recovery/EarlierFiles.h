@@ -1,6 +1,7 @@
 // The files of "scr" as they were before a run, wherever they lie now.
 #pragma once
 
+#include "RootFolder.h"
 #include "RunHistory.h"
 
 #include <QList>
@@ -46,6 +47,7 @@ private:
     QString setAside(const QString &place, const QString &name);
 
     QString m_projectDir;
+    RootFolder m_root;
     RunHistory m_history;
     QString m_entry;
     QList<EarlierFile> m_files;

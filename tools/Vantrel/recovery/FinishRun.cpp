@@ -82,7 +82,7 @@ FinishResult FinishRun::finishBackup()
     if (m_plan.inBackup.isEmpty())
         return backUpAnew(m_exchange.discardUnfinishedBackup());
     for (const QString &screen : m_plan.inPlace)
-        removeContained(m_places.backup(screen), m_places.inPlace(screen));
+        removeContained(m_places.root(), m_places.backup(screen), m_places.inPlace(screen));
     return resultOf(m_exchange.backUpAndGoOn());
 }
 
@@ -111,7 +111,7 @@ FinishResult FinishRun::finishCopyBack()
         return resultOf(m_exchange.removeAndGoOn());
     for (const QString &screen : present) {
         if (!unsaved.contains(screen))
-            removeContained(m_places.inPlace(screen), m_places.converted(screen));
+            removeContained(m_places.root(), m_places.inPlace(screen), m_places.converted(screen));
     }
     return resultOf(m_exchange.copyBack(m_plan.inPlace));
 }
@@ -126,7 +126,7 @@ FinishResult FinishRun::arriveRest(const QStringList &converted)
     if (!m_contradictoryFiles.isEmpty())
         return FinishResult::Contradictory;
     for (const QString &screen : converted) {
-        m_error = putCopy(m_places.converted(screen), m_places.inPlace(screen));
+        m_error = putCopy(m_places.converted(screen), m_places.root(), m_places.inPlace(screen));
         if (!m_error.isEmpty())
             return FinishResult::Failed;
     }

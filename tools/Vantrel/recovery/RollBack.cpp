@@ -191,7 +191,7 @@ QString RollBack::setAside(const QString &screen) const
     for (int number = 2; mayExist(target) && !haveSameContent(place, target); ++number)
         target = m_history.pathOf(m_facts.setAsideEntry, u"scr.%1"_s.arg(number)) + u'/' + screen;
     if (!QFileInfo(place).isSymLink())
-        return putCopy(place, target);
+        return putCopy(place, m_places.root(), target);
     QDir().mkpath(QFileInfo(target).path());
     if (renameToNothing(QFile::encodeName(place), QFile::encodeName(target)))
         return {};
@@ -220,7 +220,7 @@ QString RollBack::restoreScreen(const QString &screen)
         if (const QString error = setAside(screen); !error.isEmpty())
             return error;
     }
-    return putCopy(m_plan.original(m_places, screen), place);
+    return putCopy(m_plan.original(m_places, screen), m_places.root(), place);
 }
 
 /// Whether "scr_temp" holds every byte of a screen in "scr", which is a copy then, or the beginning of one.
@@ -322,9 +322,9 @@ QString RollBack::returnOlderFiles() const
             continue;
         }
         const QString converted = m_places.converted(screen);
-        if (const QString error = putCopy(inPlace, converted); !error.isEmpty())
+        if (const QString error = putCopy(inPlace, m_places.root(), converted); !error.isEmpty())
             return error;
-        removeContained(inPlace, converted);
+        removeContained(m_places.root(), inPlace, converted);
     }
     return {};
 }
@@ -334,7 +334,8 @@ void RollBack::removeSetAside() const
 {
     for (const QString &screen : m_facts.olderFiles) {
         if (!isEdited(screen))
-            removeContained(m_places.inPlace(screen), m_places.kept(m_facts.setAsideEntry, screen));
+            removeContained(m_places.root(), m_places.inPlace(screen),
+                            m_places.kept(m_facts.setAsideEntry, screen));
     }
 }
 
@@ -348,7 +349,7 @@ void RollBack::removeBackup() const
         const bool isChanged = isEdited(screen) || !isOlderThanStage(m_places, inPlace);
         // Where the run was interrupted, a copy may have been broken off.
         if (haveSameContent(inPlace, backup) || (!isChanged && !isUndoing()))
-            removeContained(backup, inPlace);
+            removeContained(m_places.root(), backup, inPlace);
     }
     // What else somebody has put there stays.
     removeEmptyFolders(m_places.folder(u"scr_bak"_s));

@@ -1,8 +1,12 @@
 // Where the versions of a project's screens lie while it is recovered.
 #pragma once
 
+#include "RootFolder.h"
+
 #include <QString>
 #include <QStringList>
+
+#include <memory>
 
 /// Names screens by their paths below "scr", and tells where their versions lie.
 class ScreenPlaces final
@@ -10,10 +14,13 @@ class ScreenPlaces final
 public:
     explicit ScreenPlaces(QString projectDir)
         : m_projectDir(std::move(projectDir))
+        , m_root(std::make_shared<const RootFolder>(m_projectDir))
     {
     }
 
     const QString &projectDir() const { return m_projectDir; }
+    /// The project's folder, below which all that is done to it is done.
+    const RootFolder &root() const { return *m_root; }
 
     QString inPlace(const QString &screen) const;   ///< below "scr"
     QString backup(const QString &screen) const;    ///< below "scr_bak"
@@ -37,4 +44,5 @@ private:
     QStringList screensIn(const QString &folder, bool &isWhole) const;
 
     QString m_projectDir;
+    std::shared_ptr<const RootFolder> m_root;
 };

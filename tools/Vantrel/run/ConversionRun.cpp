@@ -140,6 +140,7 @@ bool ConversionRun::enterConversion(const FoundImageFiles &found)
 {
     m_facts = factsOfRun(m_settings.projectDir, found.files);
     m_facts.listIsWhole = found.isWhole();
+    m_conversion.setTempFolderIsNew(!m_facts.hadTempFolder);
     m_facts.shapeNames = m_settings.filterNames.values();
     m_facts.shapeNames.sort();
     m_facts.keptRuns = m_settings.keptRuns;

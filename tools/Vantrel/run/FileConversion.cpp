@@ -87,23 +87,34 @@ void FileConversion::convertImage(const QString &imageFile)
 }
 
 /// Once more where the folder of the temp file was there and has gone since.
-template <typename Open>
-FileWriter FileConversion::openTempFile(const QString &imageFile, Open open)
+FileWriter FileConversion::openTempFile(const ImageFile &image, const QString &tempFile, IfThere ifThere)
 {
-    FileWriter file = open();
+    FileWriter file(m_root, tempFile, image.mode, ifThere);
     const bool isWithoutFolder = !file.isOpen() && file.error() == ENOENT;
-    if (isWithoutFolder && makeTempFolderAgain(imageFile))
-        return open();
+    if (isWithoutFolder && makeTempFolderAgain(image.path))
+        return {m_root, tempFile, image.mode, ifThere};
     return file;
+}
+
+/// Once more where the folder has gone while the file was written.
+bool FileConversion::writeTempFile(FileWriter &file, const ImageFile &image, const QString &tempFile,
+                                   IfThere ifThere, QByteArrayView bytes)
+{
+    if (!file.isOpen() || file.write(bytes.data(), bytes.size()))
+        return file.error() == 0;
+    if (file.error() != ENOENT || !makeTempFolderAgain(image.path))
+        return false;
+    FileWriter again(m_root, tempFile, image.mode, ifThere);
+    return again.isOpen() && again.write(bytes.data(), bytes.size());
 }
 
 /// Where its folder is missing, or a file lies there already, nothing is written.
 void FileConversion::copyUnchanged(const ImageFile &image)
 {
     const QString tempFile = inTempFolder(image.path);
-    FileWriter file = openTempFile(image.path, [&] { return FileWriter::creating(tempFile, image.mode); });
-    const bool isSkipped = !file.isOpen() && (file.error() == ENOENT || file.error() == EEXIST);
-    const bool isWritten = file.isOpen() && file.write(image.bytes.constData(), image.bytes.size());
+    FileWriter file = openTempFile(image, tempFile, IfThere::Fail);
+    const bool isWritten = writeTempFile(file, image, tempFile, IfThere::Fail, image.bytes);
+    const bool isSkipped = file.error() == ENOENT || (file.error() == EEXIST && !m_tempFolderIsNew);
     if (!isSkipped && !isWritten)
         m_reports.tellTempFileError(image.path, u"Could not write Temp File %1"_s.arg(tempFile),
                                     file.error());
@@ -112,7 +123,7 @@ void FileConversion::copyUnchanged(const ImageFile &image)
 void FileConversion::writeConverted(ImageFile &image)
 {
     const QString tempFile = inTempFolder(image.path);
-    FileWriter file = openTempFile(image.path, [&] { return FileWriter::overwriting(tempFile); });
+    FileWriter file = openTempFile(image, tempFile, IfThere::Replace);
     if (!file.isOpen()) {
         m_reports.tellTempFileError(image.path, u"Could not open Temp File %1"_s.arg(tempFile), 0);
         if (isFailureOfDisk(file.error()))
@@ -125,7 +136,7 @@ void FileConversion::writeConverted(ImageFile &image)
         file.discard(ENOMEM); // an empty file would pass for a converted one
         throw;
     }
-    if (!file.write(m_output.data(), m_output.size()))
+    if (!writeTempFile(file, image, tempFile, IfThere::Replace, {m_output.data(), m_output.size()}))
         m_reports.tellTempFileError(image.path, u"Could not write Temp File %1"_s.arg(tempFile),
                                     file.error());
 }

@@ -1,6 +1,7 @@
 // The conversion of one image file after the other.
 #pragma once
 
+#include "FileWriter.h"
 #include "OpenedShapes.h"
 #include "RootFolder.h"
 #include "RunHistory.h"
@@ -13,7 +14,6 @@
 #include <QString>
 #include <QStringList>
 
-class FileWriter;
 class RunReports;
 struct ImageFile;
 
@@ -37,6 +37,10 @@ class FileConversion final
 public:
     FileConversion(const ConversionSettings &settings, const RunReports &reports);
 
+    /// Nothing lies below "scr_temp" but what this run puts there. Else a file that lies in the place
+    /// of an unchanged image file stays, and passes for it.
+    void setTempFolderIsNew(bool isNew) { m_tempFolderIsNew = isNew; }
+
     /// Makes the folder of an image file below "scr_temp", where that is missing.
     void makeTempFolder(const QString &imageFile);
     /// The same where it was there and has gone since. Returns whether it was.
@@ -47,8 +51,9 @@ public:
     void convert(const QString &imageFile);
 
 private:
-    template <typename Open>
-    FileWriter openTempFile(const QString &imageFile, Open open);
+    FileWriter openTempFile(const ImageFile &image, const QString &tempFile, IfThere ifThere);
+    bool writeTempFile(FileWriter &file, const ImageFile &image, const QString &tempFile, IfThere ifThere,
+                       QByteArrayView bytes);
     void convertImage(const QString &imageFile);
     void copyUnchanged(const ImageFile &image);
     void writeConverted(ImageFile &image);
@@ -62,6 +67,7 @@ private:
     const RunReports &m_reports;
     RootFolder m_root;
     FolderMaker m_tempFolders;
+    bool m_tempFolderIsNew = false;
     ShapeLibrary m_library;
     OpenedShapes m_shapes{m_library};
     QStringList m_failedShapeFiles;
