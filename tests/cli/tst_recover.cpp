@@ -324,6 +324,8 @@ private Q_SLOTS:
     void usesNoHalfWrittenCopyThatItCannotRemove();
     void tellsThatItCouldNotRemoveTheTempFolder();
 
+    void changesNothingBehindLinks_data();
+    void changesNothingBehindLinks();
     void touchesNothingWhereItCannotDecide_data();
     void touchesNothingWhereItCannotDecide();
     void refusesToUndo_data();
@@ -1076,6 +1078,55 @@ void addWhatElseIsUnclear()
 }
 
 } // namespace
+
+void TestRecover::changesNothingBehindLinks_data()
+{
+    QTest::addColumn<QString>("folder");
+    QTest::addColumn<RunStage>("stage");
+    QTest::addColumn<bool>("hadTempFolder");
+    QTest::addColumn<QString>("option");
+    for (const QString &folder : {u"scr"_s, u"scr_bak"_s, u"scr_temp"_s, u"scr/hall"_s, u"scr_bak/hall"_s,
+                                  u"scr_temp/hall"_s, u".vantrel.history"_s}) {
+        for (const RunStage stage : {RunStage::Converting, RunStage::BackingUp, RunStage::Removing,
+                                     RunStage::CopyingBack, RunStage::RollingBack, RunStage::Done}) {
+            for (const bool hadTempFolder : {false, true}) {
+                for (const QString &option : {u"--roll-back"_s, u"--finish"_s, u"--undo"_s}) {
+                    QTest::addRow("%s, %s%s, %s", qUtf8Printable(folder), rowOf(stage).name,
+                                  hadTempFolder ? " with an older folder" : "", qUtf8Printable(option))
+                        << folder << stage << hadTempFolder << option;
+                }
+            }
+        }
+    }
+}
+
+/// Somebody has put a link into the place of a folder that a recovery writes to, or takes from.
+void TestRecover::changesNothingBehindLinks()
+{
+    QFETCH(const QString, folder);
+    QFETCH(const RunStage, stage);
+    QFETCH(const bool, hadTempFolder);
+    QFETCH(const QString, option);
+    const TestProject project;
+    putOriginals(project, u"scr_bak"_s);
+    putConverted(project, u"scr"_s);
+    putConverted(project, u"scr_temp"_s);
+    RunFacts facts = someFacts();
+    facts.hadTempFolder = hadTempFolder;
+    facts.historyEntry = u"2024-03-05_14-07-09"_s;
+    StageFile(project.dir(), facts)
+        .enter({.stage = stage,
+                .unsaved = {},
+                .endedAt = stage == RunStage::RollingBack ? RunStage::CopyingBack : stage});
+    for (const QString &screen : allScreens + QStringList{u"notes.txt"_s, u"deep/old.psc"_s})
+        project.write(u"../outside/"_s + screen, "of somebody else: " + screen.toUtf8());
+    if (project.exists(folder))
+        project.remove(folder);
+    project.link(project.beside(u"outside"_s), folder);
+    const QStringList outside = describeTree(project.beside(u"outside"_s));
+    recover(project, {option});
+    QCOMPARE(describeTree(project.beside(u"outside"_s)), outside);
+}
 
 void TestRecover::touchesNothingWhereItCannotDecide_data()
 {

@@ -57,6 +57,7 @@ private Q_SLOTS:
     void tellsThatItIsMissing();
     void removesNoFolderOverALink_data();
     void removesNoFolderOverALink();
+    void removesNothingBehindLinks();
     void splitsPaths();
 };
 
@@ -176,6 +177,25 @@ void TestRootFolder::removesNoFolderOverALink()
     QCOMPARE(project.outside(), outside);
     QVERIFY(QFileInfo((*project).beside(u"outside/folder"_s)).isDir());
     QCOMPARE((*project).exists(name), name == "scr/pipe"_L1);
+}
+
+void TestRootFolder::removesNothingBehindLinks()
+{
+    const StrangeProject project;
+    const QStringList outside = project.outside();
+    const RootFolder root((*project).dir());
+    QVERIFY(!root.removeFile(project.path(u"scr/outward/kept.psc"_s)));
+    QVERIFY(!root.removeEmptyFolder(project.path(u"scr/outward/folder"_s)));
+    QVERIFY(!root.removeFile(project.path(u"scr/../../outside/kept.psc"_s)));
+    QVERIFY(!root.removeFile(project.path(u"scr/hall"_s)));
+    QVERIFY(!root.removeEmptyFolder(project.path(u"scr/hall"_s)));
+    QVERIFY(root.removeFile(project.path(u"scr/missing/file"_s)));
+    QVERIFY(root.removeFile(project.path(u"scr/outward"_s)));
+    QVERIFY(root.removeFile(project.path(u"scr/hall/a.psc"_s)));
+    QVERIFY(root.removeEmptyFolder(project.path(u"scr/hall"_s)));
+    QVERIFY(!(*project).exists(u"scr/hall"_s));
+    QCOMPARE(project.outside(), outside);
+    QVERIFY(QFileInfo((*project).beside(u"outside/folder"_s)).isDir());
 }
 
 void TestRootFolder::splitsPaths()

@@ -81,6 +81,9 @@ private Q_SLOTS:
     void makesATempFolderAgainThatHasGone();
     void leavesTheTempFolderOfTheFileItStopsAt();
     void overwritesATempFileThatIsThere();
+    void writesNothingBehindLinks_data();
+    void writesNothingBehindLinks();
+    void reportsATempFileOfSomebodyElse();
     void goesOnAfterAShapeThatFailsItsCheck();
     void namesTheSameLineWheneverAShapeFails();
     void looksForTheShapeInItsFolders_data();
@@ -325,6 +328,55 @@ void TestConvertFile::overwritesATempFileThatIsThere()
     const Outcome outcome(project, {u"pump.plb"_s});
     QCOMPARE(outcome.recorder.statusWords(), QStringList{u"REPLACE"_s});
     QCOMPARE(project.read(u"scr/a.psc"_s), replacement("OBJ:new", 1));
+}
+
+void TestConvertFile::writesNothingBehindLinks_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("converted") << candidate("pump.plb", 1);
+    QTest::newRow("unchanged") << QByteArray(plainObject);
+}
+
+void TestConvertFile::writesNothingBehindLinks()
+{
+    QFETCH(const QByteArray, bytes);
+    const TestProject project;
+    project.write(u"mac/pump.plb"_s, shapeNamed("OBJ:new"));
+    for (const QString &file :
+         {u"linked.psc"_s, u"dangling.psc"_s, u"twin.psc"_s, u"sub/a.psc"_s, u"sub/there.psc"_s})
+        project.write(u"scr/"_s + file, bytes);
+    for (const QString &file : {u"target.psc"_s, u"twin.psc"_s, u"sub/there.psc"_s})
+        project.write(u"../outside/"_s + file, "of somebody else");
+    project.makeFolder(u"scr_temp"_s);
+    project.link(project.beside(u"outside/target.psc"_s), u"scr_temp/linked.psc"_s);
+    project.link(project.beside(u"outside/made.psc"_s), u"scr_temp/dangling.psc"_s);
+    project.link(project.beside(u"outside/sub"_s), u"scr_temp/sub"_s);
+    QVERIFY(link(QFile::encodeName(project.beside(u"outside/twin.psc"_s)).constData(),
+                 QFile::encodeName(project.path(u"scr_temp/twin.psc"_s)).constData()) == 0);
+    const QStringList outside = filesBelow(project.beside(u"outside"_s));
+    const Outcome outcome(project, {u"pump.plb"_s});
+    QCOMPARE(filesBelow(project.beside(u"outside"_s)), outside);
+    for (const QString &file : outside)
+        QCOMPARE(project.read(u"../outside/"_s + file), "of somebody else");
+}
+
+/// The run began without a folder "scr_temp".
+void TestConvertFile::reportsATempFileOfSomebodyElse()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, plainObject);
+    project.write(u"scr/b.psc"_s, plainObject);
+    Converter converter(project.dir());
+    const RunRecorder recorder(converter);
+    connect(&converter, &Converter::sigUpdFileName, this, [&](const QString &path) {
+        if (path.endsWith("b.psc"_L1))
+            project.write(u"scr_temp/b.psc"_s, "of somebody else");
+    });
+    converter.convert();
+    QCOMPARE(recorder.statusWords(), (QStringList{u"NO REPLACE"_s, u"NO REPLACE"_s, u"ERROR"_s}));
+    QVERIFY(toText(recorder.reports.constLast())
+                .contains("Could not write Temp File "_L1 + project.path(u"scr_temp/b.psc"_s)));
+    QCOMPARE(project.read(u"scr_bak/b.psc"_s), QByteArray(plainObject));
 }
 
 void TestConvertFile::goesOnAfterAShapeThatFailsItsCheck()

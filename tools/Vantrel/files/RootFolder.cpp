@@ -86,12 +86,22 @@ bool RootFolder::makeFolder(const QString &path, FolderCreation creation) const
 
 bool RootFolder::removeFile(const QString &path) const
 {
+    return remove(path, 0);
+}
+
+bool RootFolder::removeEmptyFolder(const QString &path) const
+{
+    return remove(path, AT_REMOVEDIR);
+}
+
+bool RootFolder::remove(const QString &path, int flags) const
+{
     const OpenFolder parent = parentOf(path);
     if (!parent.isOpen()) {
         errno = parent.error();
         return errno == ENOENT;
     }
-    return unlinkat(parent.descriptor(), lastNameOf(path).constData(), 0) == 0 || errno == ENOENT;
+    return unlinkat(parent.descriptor(), lastNameOf(path).constData(), flags) == 0 || errno == ENOENT;
 }
 
 QString parentPathOf(const QString &path)

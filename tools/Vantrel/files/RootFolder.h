@@ -36,8 +36,11 @@ public:
 
     /// Removes a file or a link, never what it leads to. Returns whether it is gone; errno tells why not.
     bool removeFile(const QString &path) const;
+    /// Removes a folder that holds nothing, with the same answers.
+    bool removeEmptyFolder(const QString &path) const;
 
 private:
+    bool remove(const QString &path, int flags) const;
     bool isBelow(const QString &path, QString &relative) const;
 
     QString m_path;

@@ -12,7 +12,6 @@
 #include "StageFile.h"
 #include "updUtils.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSet>
@@ -192,7 +191,7 @@ QString RollBack::setAside(const QString &screen) const
         target = m_history.pathOf(m_facts.setAsideEntry, u"scr.%1"_s.arg(number)) + u'/' + screen;
     if (!QFileInfo(place).isSymLink())
         return putCopy(place, m_places.root(), target);
-    QDir().mkpath(QFileInfo(target).path());
+    m_places.root().makeFolder(QFileInfo(target).path(), FolderCreation::WithParents);
     if (renameToNothing(QFile::encodeName(place), QFile::encodeName(target)))
         return {};
     return u"%1 could not be moved to %2: %3"_s.arg(place, target, qt_error_string(errno));
@@ -384,6 +383,9 @@ QString restoreTempFolder(const ScreenPlaces &places, const RunFacts &facts)
     if (!facts.hadTempFolder)
         return updUtils::removeDir(tempFolder) ? QString() : notRemoved(tempFolder);
 
+    // Nobody knows who has put a link there.
+    if (QFileInfo(tempFolder).isSymLink())
+        return {};
     namespace fs = std::filesystem;
     const QSet<QString> olderFiles = toSet(facts.olderFiles);
     const QSet<QString> olderFolders = toSet(facts.olderFolders);
@@ -406,12 +408,12 @@ QString restoreTempFolder(const ScreenPlaces &places, const RunFacts &facts)
     if (error && error != std::errc::no_such_file_or_directory)
         return u"%1 could not be listed: %2"_s.arg(tempFolder, qt_error_string(error.value()));
     for (const QString &file : std::as_const(newFiles)) {
-        if (!QFile::remove(file))
+        if (!places.root().removeFile(file))
             return notRemoved(file);
     }
     // The inner ones first; one that is not empty stays.
     std::sort(newFolders.begin(), newFolders.end(), std::greater<>());
     for (const QString &folder : std::as_const(newFolders))
-        QDir().rmdir(folder);
+        places.root().removeEmptyFolder(folder);
     return {};
 }
