@@ -2,6 +2,7 @@
 #include "FileMove.h"
 
 #include "FileComparison.h"
+#include "RootFolder.h"
 #include "TestProject.h"
 #include "TestSuite.h"
 #include "updUtils.h"
@@ -65,7 +66,8 @@ void TestFileMove::renamesEveryFile()
     project.makeFolder(u"to/sub"_s);
     const ino_t number = fileNumber(project.path(u"from/sub/b.psc"_s));
 
-    QVERIFY(renameAll(movesOf(project, {u"a.psc"_s, u"sub/b.psc"_s}), project.path(u"from"_s)));
+    QVERIFY(renameAll(movesOf(project, {u"a.psc"_s, u"sub/b.psc"_s}), RootFolder(project.dir()),
+                      project.path(u"from"_s)));
     QCOMPARE(project.files(u"from"_s), QStringList());
     QCOMPARE(project.files(u"to"_s), QStringList({u"a.psc"_s, u"sub/b.psc"_s}));
     QCOMPARE(fileNumber(project.path(u"to/sub/b.psc"_s)), number);
@@ -96,6 +98,12 @@ void TestFileMove::leavesAllWhereOneIsNotSafe_data()
     QTest::newRow("the file is missing") << SetUp([](const TestProject &) {});
     QTest::newRow("the file is a folder")
         << SetUp([](const TestProject &project) { project.makeFolder(u"from/z.psc"_s); });
+    QTest::newRow("the target's folder is a link") << SetUp([](const TestProject &project) {
+        project.write(u"from/z.psc"_s, "z");
+        project.remove(u"to"_s);
+        project.makeFolder(u"../outside"_s);
+        project.link(project.beside(u"outside"_s), u"to"_s);
+    });
     QTest::newRow("the target's folder is a file") << SetUp([](const TestProject &project) {
         project.write(u"from/z.psc"_s, "z");
         project.remove(u"to"_s);
@@ -112,7 +120,8 @@ void TestFileMove::leavesAllWhereOneIsNotSafe()
     setUp(project);
     const QStringList before = project.files(QString());
 
-    QVERIFY(!renameAll(movesOf(project, {u"a.psc"_s, u"z.psc"_s}), project.path(u"from"_s)));
+    QVERIFY(!renameAll(movesOf(project, {u"a.psc"_s, u"z.psc"_s}), RootFolder(project.dir()),
+                       project.path(u"from"_s)));
     QCOMPARE(project.files(QString()), before);
     QCOMPARE(project.read(u"from/a.psc"_s), "a");
 }
@@ -120,7 +129,7 @@ void TestFileMove::leavesAllWhereOneIsNotSafe()
 void TestFileMove::movesNothingForAnEmptyList()
 {
     const TestProject project;
-    QVERIFY(renameAll({}, project.path(u"from"_s)));
+    QVERIFY(renameAll({}, RootFolder(project.dir()), project.path(u"from"_s)));
 }
 
 void TestFileMove::copiesInstead_data()

@@ -150,7 +150,7 @@ FILES = _table(
     ("S_ISLNK(status.st_mode))\n        return unlinkat(parent.descriptor(), name.constData(), 0) == 0;",
      "false)\n        return false;"),
     ("return copyAll(moves, root) && found.isWhole() && holdsOnlyCopied(moves, source);", "return copyAll(moves, root);"),
-    ("found.isWhole() && renameAll(moves, source)", "renameAll(moves, source)"),
+    ("found.isWhole() && renameAll(moves, root, source)", "renameAll(moves, root, source)"),
     ("    removeDirOrLog(projectDir + from);\n", ""),
 )
 

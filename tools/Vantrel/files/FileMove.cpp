@@ -1,7 +1,7 @@
 // Moving files by renaming them.
 #include "FileMove.h"
 
-#include "FolderListing.h"
+#include "RootFolder.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -96,11 +96,11 @@ bool isShortEnough(const QByteArray &folder, const QByteArray &name)
     return folder.size() + 1 + name.size() < PATH_MAX;
 }
 
-bool canBeRenamed(const FolderMove &move)
+bool canBeRenamed(const RootFolder &project, const FolderMove &move)
 {
     const QByteArray targetPath = QFile::encodeName(move.to);
-    const OpenFolder source(QFile::encodeName(move.from));
-    const OpenFolder target(targetPath);
+    const OpenFolder source = project.folder(move.from);
+    const OpenFolder target = project.folder(move.to);
     struct stat targetStatus = {};
     if (!source.isOpen() || !target.isOpen() || fstat(target.descriptor(), &targetStatus) != 0)
         return false;
@@ -126,10 +126,10 @@ bool rename(const OpenFolder &from, const QByteArray &name, const OpenFolder &to
 }
 
 /// Renames the files in their order up to the first that cannot be renamed, and returns their number.
-qsizetype renameFiles(const FolderMove &move)
+qsizetype renameFiles(const RootFolder &project, const FolderMove &move)
 {
-    const OpenFolder source(QFile::encodeName(move.from));
-    const OpenFolder target(QFile::encodeName(move.to));
+    const OpenFolder source = project.folder(move.from);
+    const OpenFolder target = project.folder(move.to);
     const auto failed = std::find_if_not(move.files.cbegin(), move.files.cend(), [&](const Names &file) {
         return rename(source, file.from, target, file.to);
     });
@@ -137,17 +137,17 @@ qsizetype renameFiles(const FolderMove &move)
 }
 
 /// Renames the first files back, each that can be.
-void renameBack(const FolderMove &move, qsizetype count)
+void renameBack(const RootFolder &project, const FolderMove &move, qsizetype count)
 {
-    const OpenFolder source(QFile::encodeName(move.from));
-    const OpenFolder target(QFile::encodeName(move.to));
+    const OpenFolder source = project.folder(move.from);
+    const OpenFolder target = project.folder(move.to);
     std::for_each(move.files.cbegin(), move.files.cbegin() + count,
                   [&](const Names &file) { rename(target, file.to, source, file.from); });
 }
 
 } // namespace
 
-bool renameAll(const QList<FileMove> &moves, const QString &root)
+bool renameAll(const QList<FileMove> &moves, const RootFolder &project, const QString &root)
 {
     const auto isPlain = [&root](const FileMove &move) { return namesFolders(move, root); };
     // What a link leads to stays there.
@@ -160,17 +160,17 @@ bool renameAll(const QList<FileMove> &moves, const QString &root)
     };
     const QList<FolderMove> folders = byFolder(moves);
     if (!std::all_of(folders.cbegin(), folders.cend(), [&](const FolderMove &folder) {
-            return isReachedWithoutLinks(folder.from) && canBeRenamed(folder);
+            return isReachedWithoutLinks(folder.from) && canBeRenamed(project, folder);
         }))
         return false;
 
     for (auto folder = folders.cbegin(); folder != folders.cend(); ++folder) {
-        const qsizetype count = renameFiles(*folder);
+        const qsizetype count = renameFiles(project, *folder);
         if (count == folder->files.size())
             continue;
-        renameBack(*folder, count);
+        renameBack(project, *folder, count);
         std::for_each(folders.cbegin(), folder,
-                      [](const FolderMove &done) { renameBack(done, done.files.size()); });
+                      [&project](const FolderMove &done) { renameBack(project, done, done.files.size()); });
         return false;
     }
     return true;

@@ -174,7 +174,7 @@ bool updUtils::transferImageFiles(const QString &from, const QString &to, const 
         moves.append({file.filePath(), mapped(file.filePath(), from, to)});
     }
     // Renaming leaves what copying and removing leave, without moving a byte.
-    if (found.isWhole() && renameAll(moves, source))
+    if (found.isWhole() && renameAll(moves, root, source))
         return holdsNoImageFile(source);
     return copyAll(moves, root) && found.isWhole() && holdsOnlyCopied(moves, source);
 }
