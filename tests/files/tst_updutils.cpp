@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <type_traits>
 
+#include <array>
+
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -81,6 +83,7 @@ private Q_SLOTS:
     void movesBetweenPathsOfAnyForm();
     void copiesEveryByte();
     void makesFolders();
+    void givesCopiesOfFoldersTheirRights();
     void makesAFolderAgainUntilItIsThere();
 };
 
@@ -522,13 +525,41 @@ void TestUpdUtils::makesFolders()
     const TestProject project;
     const RootFolder root(project.dir());
     FolderMaker folders(root, FolderCreation::OneLevel);
-    folders.make(project.path(u"a/b"_s));
+    folders.make(project.path(u"a/b"_s), project.dir());
     QVERIFY(!project.exists(u"a"_s));
-    folders.make(project.path(u"a"_s));
+    folders.make(project.path(u"a"_s), project.dir());
     QVERIFY(project.exists(u"a"_s));
-    folders.make(project.path(u"a"_s));
-    FolderMaker(root, FolderCreation::WithParents).make(project.path(u"c/d/e"_s));
+    folders.make(project.path(u"a"_s), project.dir());
+    FolderMaker(root, FolderCreation::WithParents).make(project.path(u"c/d/e"_s), project.dir());
     QVERIFY(project.exists(u"c/d/e"_s));
+}
+
+void TestUpdUtils::givesCopiesOfFoldersTheirRights()
+{
+    const TestProject project;
+    project.write(u"scr/open/closed/a.psc"_s, "a");
+    project.write(u"scr/b.psc"_s, "b");
+    constexpr std::array rights{mode_t(0750), mode_t(02775), mode_t(0500)};
+    const QStringList names{u"scr"_s, u"scr/open"_s, u"scr/open/closed"_s};
+    for (std::size_t index = 0; index < rights.size(); ++index)
+        QCOMPARE(
+            chmod(QFile::encodeName(project.path(names.at(qsizetype(index)))).constData(), rights.at(index)),
+            0);
+    QVERIFY(
+        updUtils::transferImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir(), FolderCreation::WithParents));
+    const auto rightsOf = [&project](const QString &name) {
+        struct stat status = {};
+        return stat(QFile::encodeName(project.path(name)).constData(), &status) == 0 ? status.st_mode & 07777
+                                                                                     : 0;
+    };
+    QCOMPARE(rightsOf(u"scr_bak"_s), mode_t(0750));
+    QCOMPARE(rightsOf(u"scr_bak/open"_s), mode_t(02775));
+    QCOMPARE(rightsOf(u"scr_bak/open/closed"_s), mode_t(0700)); // or nobody could write into it
+    project.makeFolder(u"there"_s);
+    const mode_t before = rightsOf(u"there"_s);
+    const RootFolder root(project.dir());
+    FolderMaker(root, FolderCreation::OneLevel).make(project.path(u"there"_s), project.path(u"scr/open"_s));
+    QCOMPARE(rightsOf(u"there"_s), before);
 }
 
 void TestUpdUtils::makesAFolderAgainUntilItIsThere()
@@ -536,10 +567,10 @@ void TestUpdUtils::makesAFolderAgainUntilItIsThere()
     const TestProject project;
     const RootFolder root(project.dir());
     FolderMaker folders(root, FolderCreation::OneLevel);
-    folders.make(project.path(u"a/b"_s));
+    folders.make(project.path(u"a/b"_s), project.dir());
     QVERIFY(!project.exists(u"a/b"_s));
-    folders.make(project.path(u"a"_s));
-    folders.make(project.path(u"a/b"_s));
+    folders.make(project.path(u"a"_s), project.dir());
+    folders.make(project.path(u"a/b"_s), project.dir());
     QVERIFY(project.exists(u"a/b"_s));
 }
 

@@ -15,6 +15,8 @@
 
 #include <unistd.h>
 
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -137,6 +139,7 @@ private Q_SLOTS:
     void startsOverACancelledRun();
     void keepsNoEntryWhereACancelledRunLeftNothing();
     void tellsWhatItCannotRemoveAtItsEnd();
+    void keepsTheRightsOfScreensAndFolders();
     void putsOthersBackWhereAsked_data();
     void putsOthersBackWhereAsked();
     void breaksOffWhereOthersHaveNoPlace();
@@ -987,6 +990,31 @@ void TestConverter::tellsWhatItCannotRemoveAtItsEnd()
                  "to its end, and the next run replaces it"_s.arg(project.path(u".vantrel.run"_s))),
              qUtf8Printable(log.entries.first()));
     QCOMPARE(project.read(u"scr/a.psc"_s), plain);
+}
+
+void TestConverter::keepsTheRightsOfScreensAndFolders()
+{
+    const TestProject project;
+    const QByteArray object = "ID;1;Rect;N\nLIB;pump.plb;1;Plant/1;Obj\nPSDV;1;2;3;4;2;1;15;8;1;0;1;0\n";
+    project.write(u"scr/a.psc"_s, object);
+    project.write(u"scr/hall/b.psc"_s, plain);
+    project.write(u"mac/pump.plb"_s, "ID;1;Ellipse;Body\nLIB;pump.plb;2;Lib/Pump;Lib/Pump\n"
+                                     "PSDV;0;0;19;19;2;1;7;0;2;0;0;0\n");
+    const QMap<QString, mode_t> rights{
+        {u"a.psc"_s, 0600}, {u"hall/b.psc"_s, 0640}, {u"hall"_s, 0700}, {u""_s, 0750}};
+    for (auto name = rights.cbegin(); name != rights.cend(); ++name)
+        QCOMPARE(chmod(QFile::encodeName(project.path(u"scr/"_s + name.key())).constData(), name.value()), 0);
+    Converter converter(project.dir());
+    converter.setFilterNames({u"pump.plb"_s});
+    converter.convert();
+    QVERIFY(project.read(u"scr/a.psc"_s) != object);
+    for (const QString &folder : {u"scr/"_s, u"scr_bak/"_s}) {
+        for (auto name = rights.cbegin(); name != rights.cend(); ++name) {
+            struct stat status = {};
+            QCOMPARE(stat(QFile::encodeName(project.path(folder + name.key())).constData(), &status), 0);
+            QCOMPARE(status.st_mode & 07777, name.value());
+        }
+    }
 }
 
 void TestConverter::startsOverACancelledRun_data()

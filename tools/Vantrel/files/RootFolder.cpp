@@ -104,6 +104,22 @@ bool RootFolder::remove(const QString &path, int flags) const
     return unlinkat(parent.descriptor(), lastNameOf(path).constData(), flags) == 0 || errno == ENOENT;
 }
 
+bool RootFolder::makeFolder(const QString &path, unsigned rights) const
+{
+    const OpenFolder parent = parentOf(path);
+    const QByteArray name = lastNameOf(path);
+    errno = parent.error();
+    if (!parent.isOpen())
+        return false;
+    if (mkdirat(parent.descriptor(), name.constData(), rights) != 0)
+        return errno == EEXIST && isFolder(parent, name);
+    // The mask has only taken some away; a disk that knows no rights keeps none.
+    const OpenFolder folder(parent, name);
+    if (folder.isOpen())
+        fchmod(folder.descriptor(), rights);
+    return true;
+}
+
 QString parentPathOf(const QString &path)
 {
     const QString trimmed = withoutLastSlashes(path);

@@ -33,6 +33,9 @@ public:
     /// Makes a folder where it is missing. Returns whether it is there; a link is no folder. errno
     /// tells why not.
     bool makeFolder(const QString &path, FolderCreation creation) const;
+    /// The same for one level, with these rights whatever the process's mask takes. One that is there
+    /// keeps its own.
+    bool makeFolder(const QString &path, unsigned rights) const;
 
     /// Removes a file or a link, never what it leads to. Returns whether it is gone; errno tells why not.
     bool removeFile(const QString &path) const;

@@ -82,6 +82,16 @@ bool holdsNoImageFile(const QString &folder)
     return holdsOnly({}, folder);
 }
 
+/// Those of a folder, so that nobody reads in its copy what was closed to them.
+unsigned rightsLike(const QString &folder)
+{
+    constexpr mode_t usualRights = 0755;
+    constexpr mode_t allRights = 07777;
+    struct stat status = {};
+    const bool isKnown = stat(QFile::encodeName(folder).constData(), &status) == 0;
+    return (isKnown ? status.st_mode & allRights : usualRights) | S_IRWXU;
+}
+
 bool removeEntries(const OpenFolder &folder);
 
 bool removeEntry(const OpenFolder &folder, const FolderEntry &entry)
@@ -170,7 +180,7 @@ bool updUtils::transferImageFiles(const QString &from, const QString &to, const 
     FolderMaker folders(root, creation);
     QList<FileMove> moves;
     for (const QFileInfo &file : found.files) {
-        folders.make(mapped(file.absolutePath(), from, to));
+        folders.make(mapped(file.absolutePath(), from, to), file.absolutePath());
         moves.append({file.filePath(), mapped(file.filePath(), from, to)});
     }
     // Renaming leaves what copying and removing leave, without moving a byte.
@@ -184,20 +194,32 @@ void updUtils::findFileInBmpFolders(const QString &folder, const QString &fileNa
     found = found || BitmapFolders(folder).contains(fileName);
 }
 
-void FolderMaker::make(const QString &path)
+void FolderMaker::make(const QString &path, const QString &like)
 {
     if (m_present.contains(path))
         return;
-    if (m_root.makeFolder(path, m_creation))
+    if (makeLevels(path, like))
         m_present.insert(path);
     else if (isFailureOfDisk(errno))
         logError(u"Could not make Folder %1: %2"_s.arg(path, qt_error_string(errno)));
 }
 
-bool FolderMaker::makeAgain(const QString &path)
+/// Folders above have the rights of those above.
+bool FolderMaker::makeLevels(const QString &path, const QString &like) const
+{
+    const unsigned rights = rightsLike(like);
+    if (m_root.makeFolder(path, rights))
+        return true;
+    const QString above = parentPathOf(path);
+    if (errno != ENOENT || m_creation == FolderCreation::OneLevel || above == path)
+        return false;
+    return makeLevels(above, parentPathOf(like)) && m_root.makeFolder(path, rights);
+}
+
+bool FolderMaker::makeAgain(const QString &path, const QString &like)
 {
     if (!m_present.remove(path))
         return false;
-    make(path);
+    make(path, like);
     return true;
 }

@@ -56,13 +56,16 @@ public:
     {
     }
 
-    /// What cannot be made shows when it is used, too.
-    void make(const QString &path);
+    /// What cannot be made shows when it is used, too. A new folder has the rights of `like`, and its
+    /// owner may write into it.
+    void make(const QString &path, const QString &like);
     /// Looks anew for a folder that was there, and makes it where it has gone since. Returns
     /// whether it was there; one that never was is left to the next make().
-    bool makeAgain(const QString &path);
+    bool makeAgain(const QString &path, const QString &like);
 
 private:
+    bool makeLevels(const QString &path, const QString &like) const;
+
     const RootFolder &m_root;
     FolderCreation m_creation;
     QSet<QString> m_present;

@@ -50,12 +50,12 @@ FileConversion::FileConversion(const ConversionSettings &settings, const RunRepo
 
 void FileConversion::makeTempFolder(const QString &imageFile)
 {
-    m_tempFolders.make(tempFolderOf(imageFile));
+    m_tempFolders.make(tempFolderOf(imageFile), QFileInfo(imageFile).absolutePath());
 }
 
 bool FileConversion::makeTempFolderAgain(const QString &imageFile)
 {
-    return m_tempFolders.makeAgain(tempFolderOf(imageFile));
+    return m_tempFolders.makeAgain(tempFolderOf(imageFile), QFileInfo(imageFile).absolutePath());
 }
 
 void FileConversion::convert(const QString &imageFile)
