@@ -414,6 +414,7 @@ private Q_SLOTS:
     void findsEachKind();
     void findsWhatItMayNotRead_data();
     void findsWhatItMayNotRead();
+    void findsItsWayOutOfAMaze();
     void tellsNothingButWhoseRunIsUnderWay_data();
     void tellsNothingButWhoseRunIsUnderWay();
     void takesNoLeftOverLockForARun_data();
@@ -522,6 +523,20 @@ void TestCheck::findsWhatItMayNotRead()
     QVERIFY(::chmod(qPrintable(project.path(path)), 0700) == 0);
     QCOMPARE(result.output, findings + '\n' + end);
     QCOMPARE(result.exitCode, static_cast<int>(exitCodeFor(findings)));
+}
+
+void TestCheck::findsItsWayOutOfAMaze()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    makeMaze(project, u"scr"_s, SmallPlant::plainScreen());
+    const CliResult result = check(project);
+    QVERIFY2(result.output.contains(
+                 ": obstacle: it could not be listed: links lead to more than 1000 folders, of which this "
+                 "one and all after it are left out; take the links away that lead to it\n"),
+             result.output.constData());
+    QVERIFY2(result.output.contains("\nFiles         1004\n"), result.output.right(300).constData());
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Refused));
 }
 
 namespace {

@@ -101,6 +101,7 @@ private Q_SLOTS:
     void worksBesideAFolderForTemporaryFilesWithCapitals();
     void passesOverATempFolderThatLeadsNowhere();
     void leavesNothingBehind();
+    void findsItsWayOutOfAMaze();
     void tellsWhatKeepsARunFromStarting_data();
     void tellsWhatKeepsARunFromStarting();
     void tellsOfALeftOverRun();
@@ -283,6 +284,23 @@ void TestDryRun::leavesNothingBehind()
     run.setVariable(u"TMPDIR"_s, project.beside(u"temporary"_s));
     QCOMPARE(run.execute(dryRunOf(project.dir())).exitCode, static_cast<int>(ExitCode::Done));
     QCOMPARE(describeTree(project.beside(u"temporary"_s)), QStringList());
+}
+
+void TestDryRun::findsItsWayOutOfAMaze()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    makeMaze(project, u"scr"_s, SmallPlant::plainScreen());
+    const QStringList tree = describeTree(project.dir());
+    const CliResult result = dryRun(project);
+    QVERIFY2(result.errorOutput.contains("links lead to more than 1000 folders"),
+             result.errorOutput.constData());
+    // The order of folders that are not sorted tells how many; at most with the plant's own screen,
+    // and the seven that no link leads to.
+    const QByteArray count = result.output.mid(result.output.lastIndexOf("\nFiles") + 7).trimmed();
+    QVERIFY2(count.left(count.indexOf('\n')).toInt() <= 1008, count.constData());
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Refused));
+    QCOMPARE(describeTree(project.dir()), tree);
 }
 
 void TestDryRun::tellsWhatKeepsARunFromStarting_data()

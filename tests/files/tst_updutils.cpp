@@ -65,6 +65,9 @@ private Q_SLOTS:
     void findsNoPipesAndNoDanglingLinks();
     void followsLinksToFolders();
     void neverEntersAFolderThatItIsInsideOf();
+    void findsAllThatAThousandLinksLeadTo();
+    void leavesOutWhatMoreLinksLeadTo();
+    void findsItsWayOutOfAMaze();
 
     void movesImageFilesToTheMappedPlace();
     void removesAllOfTheSourceOnlyWhenEveryFileWasCopied();
@@ -77,6 +80,7 @@ private Q_SLOTS:
     void makesFoldersWithTheirParentsWhenAskedTo();
     void leavesASourceThatCouldNotBeListed();
     void leavesASourceWithANameThatIsNotText();
+    void leavesASourceWithTooManyLinks();
     void countsNothingToMoveAsMoved_data();
     void countsNothingToMoveAsMoved();
     void movesBetweenPathsOfAnyForm_data();
@@ -302,6 +306,56 @@ void TestUpdUtils::neverEntersAFolderThatItIsInsideOf()
     QCOMPARE(found(project, u"scr"_s), (QStringList{u"scr/a.psc"_s, u"scr/sub/b.psc"_s}));
 }
 
+void TestUpdUtils::findsAllThatAThousandLinksLeadTo()
+{
+    const TestProject project;
+    project.write(u"elsewhere/sub/a.psc"_s, QByteArray());
+    project.write(u"scr/z/b.psc"_s, QByteArray());
+    // Each leads to a folder with another one in it.
+    for (int link = 0; link < mostFoldersOverLinks / 2; ++link)
+        project.link(u"../elsewhere"_s, u"scr/link %1"_s.arg(link, 4, 10, '0'_L1));
+    const FoundImageFiles files = searchImageFiles(project.path(u"scr"_s));
+    QVERIFY(files.isWhole());
+    QCOMPARE(files.files.size(), mostFoldersOverLinks / 2 + 1);
+}
+
+void TestUpdUtils::leavesOutWhatMoreLinksLeadTo()
+{
+    const TestProject project;
+    project.write(u"elsewhere/a.psc"_s, QByteArray());
+    project.write(u"scr/z/b.psc"_s, QByteArray());
+    for (int link = 0; link < mostFoldersOverLinks + 2; ++link)
+        project.link(u"../elsewhere"_s, u"scr/link %1"_s.arg(link, 4, 10, '0'_L1));
+    project.link(u"../elsewhere/a.psc"_s, u"scr/m.psc"_s);
+    const FoundImageFiles files = searchImageFiles(project.path(u"scr"_s));
+    QVERIFY(!files.isWhole());
+    QCOMPARE(files.failures.size(), 1);
+    QCOMPARE(
+        messageOf(files.failures.first()),
+        u"Could not list Folder %1: links lead to more than 1000 folders, of which this one and all after "
+        "it are left out"_s.arg(project.path(u"scr/link 1000"_s)));
+    // What no link leads to, and a link to a file, is found behind them, too.
+    QCOMPARE(files.files.size(), mostFoldersOverLinks + 2);
+    QCOMPARE(files.files.at(mostFoldersOverLinks - 1).filePath(), project.path(u"scr/link 0999/a.psc"_s));
+    QCOMPARE(files.files.at(mostFoldersOverLinks).filePath(), project.path(u"scr/m.psc"_s));
+    QCOMPARE(files.files.last().filePath(), project.path(u"scr/z/b.psc"_s));
+}
+
+void TestUpdUtils::findsItsWayOutOfAMaze()
+{
+    const TestProject project;
+    makeMaze(project, u"scr"_s, QByteArray());
+    const FoundImageFiles files = searchImageFiles(project.path(u"scr"_s));
+    QVERIFY(!files.isWhole());
+    QCOMPARE(files.failures.size(), 1);
+    QCOMPARE(files.files.constFirst().filePath(), project.path(u"scr/1/2/3/4/5/6/7/a.psc"_s));
+    // All that no link leads to, and what was found before the search turned round.
+    for (int folder = 1; folder <= 7; ++folder)
+        QVERIFY(files.files.contains(QFileInfo(project.path(u"scr/%1/a.psc"_s.arg(folder)))));
+    // Four folders deep, in each of which a screen stands behind the links.
+    QCOMPARE(files.files.size(), mostFoldersOverLinks + 7 - 4);
+}
+
 void TestUpdUtils::movesImageFilesToTheMappedPlace()
 {
     const TestProject project;
@@ -455,6 +509,17 @@ void TestUpdUtils::leavesASourceWithANameThatIsNotText()
     project.remove(u"scr_bak"_s);
     QVERIFY(updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir()));
     QVERIFY(!project.exists(u"scr"_s));
+}
+
+void TestUpdUtils::leavesASourceWithTooManyLinks()
+{
+    const TestProject project;
+    makeMaze(project, u"scr"_s, "a"_ba);
+    project.write(u"scr/z.psc"_s, "z"_ba);
+    const QStringList before = project.files(u"scr"_s);
+    QVERIFY(!updUtils::moveImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir(), FolderCreation::WithParents));
+    QCOMPARE(project.files(u"scr"_s), before);
+    QCOMPARE(project.read(u"scr_bak/z.psc"_s), "z"_ba);
 }
 
 void TestUpdUtils::countsNothingToMoveAsMoved_data()

@@ -167,6 +167,8 @@ SEARCH = _table(
     ('!path.contains(".psc")', '!path.endsWith(".psc")'),
     ("if (entry.name.startsWith('.'))\n                continue;", ""),
     ("if (std::find(m_trail.begin(), m_trail.end(), here) != m_trail.end())\n        return false;", ""),
+    ("m_linksInside == 0 || ++m_foldersOverLinks <= mostFoldersOverLinks", "true"),
+    ("m_linksInside > 0 && m_foldersOverLinks > mostFoldersOverLinks", "m_foldersOverLinks > mostFoldersOverLinks"),
     ("name.toLower()});", "name});"),
     ("error != 0 && !saysMissing(error)", "error != 0"),
 )

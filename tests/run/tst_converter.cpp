@@ -125,6 +125,8 @@ private Q_SLOTS:
     void breaksOffWhereALaterStageCannotBeWritten();
 
     void reportsFoldersThatCannotBeListed();
+    void losesNoScreenInAMazeOfLinks_data();
+    void losesNoScreenInAMazeOfLinks();
     void reportsNamesThatAreNotText();
     void backsUpImageFilesOnly();
     void replacesTheBackupOfTheRunBefore();
@@ -807,6 +809,44 @@ void TestConverter::reportsFoldersThatCannotBeListed()
     // All that could be read is converted, and nothing is lost.
     QCOMPARE(project.files(u"scr"_s), QStringList{u"a.psc"_s});
     QCOMPARE(project.keptFiles(), (QStringList{u"scr/a.psc"_s, u"scr/sub/b.psc"_s}));
+}
+
+void TestConverter::losesNoScreenInAMazeOfLinks_data()
+{
+    QTest::addColumn<int>("keptRuns");
+    QTest::newRow("with a history") << 1;
+    QTest::newRow("without one") << 0;
+}
+
+void TestConverter::losesNoScreenInAMazeOfLinks()
+{
+    QFETCH(const int, keptRuns);
+    const TestProject project;
+    makeMaze(project, u"scr"_s, plain);
+    // Only a link that is left out leads to this one, which the run does not see.
+    project.write(u"elsewhere/c.psc"_s, candidate);
+    project.link(u"../elsewhere"_s, u"scr/y"_s);
+    project.write(u"scr/z.psc"_s, plain);
+    const QStringList before = project.files(u"scr"_s);
+    Converter converter(project.dir());
+    converter.setKeptRuns(keptRuns);
+    const RunRecorder recorder(converter);
+    const LogRecorder log;
+    converter.convert();
+
+    QCOMPARE(recorder.events.constFirst(), u"report ERROR"_s);
+    QVERIFY(recorder.reports.constFirst().error.contains(u"links lead to more than 1000 folders"_s));
+    QCOMPARE(log.entries.constFirst(), "error: "_L1 + recorder.reports.constFirst().error);
+    QCOMPARE(project.read(u"elsewhere/c.psc"_s), candidate);
+    if (keptRuns == 0) {
+        QCOMPARE(project.files(u"scr"_s), before);
+        return;
+    }
+    QCOMPARE(log.entries.constLast(), putAwayAsItWas(project));
+    // It is converted, though it comes behind the maze.
+    QCOMPARE(project.read(u"scr/z.psc"_s), plain);
+    const RunHistory history(project.dir());
+    QCOMPARE(filesBelow(history.pathOf(history.newestRun(), u"scr"_s)), before);
 }
 
 void TestConverter::reportsNamesThatAreNotText()

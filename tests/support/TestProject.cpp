@@ -170,6 +170,19 @@ void copyFolder(const QString &from, const QString &to)
     }
 }
 
+void makeMaze(const TestProject &project, const QString &folder, const QByteArray &screen)
+{
+    constexpr int folders = 7;
+    for (int from = 1; from <= folders; ++from) {
+        const QString inside = u"%1/%2/"_s.arg(folder).arg(from);
+        project.write(inside + "a.psc"_L1, screen);
+        for (int to = 1; to <= folders; ++to) {
+            if (to != from)
+                project.link(u"../%1"_s.arg(to), inside + QString::number(to));
+        }
+    }
+}
+
 OrdinaryUser::OrdinaryUser()
     : m_user(::geteuid())
 {

@@ -54,6 +54,10 @@ QStringList filesBelow(const QString &folder);
 /// Copies a folder with all files in it.
 void copyFolder(const QString &from, const QString &to);
 
+/// Makes seven folders "1" to "7" below a folder of the project, each with links to all others and
+/// a screen "a.psc": seven screens, to which more than ten thousand paths lead.
+void makeMaze(const TestProject &project, const QString &folder, const QByteArray &screen);
+
 /// While it lives, the file system treats this thread as an ordinary user's, so that
 /// permissions hold for the superuser too.
 class OrdinaryUser final

@@ -71,16 +71,23 @@ private:
     using Place = std::pair<dev_t, ino_t>;
 
     bool enter(const OpenFolder &folder, const QByteArray &path);
+    bool mayGoOn(const QByteArray &path);
+    bool isCutOff() const { return m_linksInside > 0 && m_foldersOverLinks > mostFoldersOverLinks; }
     void lookAt(const QByteArray &folder, const QString &folderText, const Candidate &candidate);
+    void searchInside(EntryKind entry, const QByteArray &path, const QString &text);
     void noteFailure(const QByteArray &path, int error);
 
     /// The folders that the search is inside of: links may lead back into them.
     std::vector<Place> m_trail;
+    int m_linksInside = 0; ///< of those folders, how many were entered over a link of their own
+    int m_foldersOverLinks = 0;
 };
 
 /// `text` is the path, or empty where no text can name it.
 void ImageFileSearch::search(const QByteArray &path, const QString &text)
 {
+    if (isCutOff())
+        return;
     std::vector<Candidate> candidates;
     {
         const OpenFolder folder(path);
@@ -100,12 +107,13 @@ void ImageFileSearch::search(const QByteArray &path, const QString &text)
         }
     }
     std::sort(candidates.begin(), candidates.end(), comesBefore);
-    for (const Candidate &candidate : candidates)
-        lookAt(path, text, candidate);
+    for (auto candidate = candidates.cbegin(); candidate != candidates.cend() && !isCutOff(); ++candidate)
+        lookAt(path, text, *candidate);
     m_trail.pop_back();
 }
 
-/// Returns false where the search is inside of the folder already.
+/// Returns false where the search is inside of the folder already, and where links have led to
+/// too many.
 bool ImageFileSearch::enter(const OpenFolder &folder, const QByteArray &path)
 {
     struct stat place = {};
@@ -116,8 +124,22 @@ bool ImageFileSearch::enter(const OpenFolder &folder, const QByteArray &path)
     const Place here{place.st_dev, place.st_ino};
     if (std::find(m_trail.begin(), m_trail.end(), here) != m_trail.end())
         return false;
+    if (!mayGoOn(path))
+        return false;
     m_trail.push_back(here);
     return true;
+}
+
+/// Counts a folder that links have led to.
+bool ImageFileSearch::mayGoOn(const QByteArray &path)
+{
+    if (m_linksInside == 0 || ++m_foldersOverLinks <= mostFoldersOverLinks)
+        return true;
+    found.failures.append(
+        {shownPath(path),
+         u"links lead to more than %1 folders, of which this one and all after it are left out"_s.arg(
+             mostFoldersOverLinks)});
+    return false;
 }
 
 void ImageFileSearch::lookAt(const QByteArray &folder, const QString &folderText, const Candidate &candidate)
@@ -135,13 +157,21 @@ void ImageFileSearch::lookAt(const QByteArray &folder, const QString &folderText
     const bool isNamable = !folderText.isEmpty() && !candidate.name.isEmpty();
     const QString text = isNamable ? joinedPath(folderText, candidate.name) : QString();
     if (kind == EntryKind::Folder)
-        search(path, text);
+        searchInside(candidate.entry.kind, path, text);
     else if (kind != EntryKind::File || !path.contains(".psc"))
         return;
     else if (isNamable)
         found.files.append(QFileInfo(text));
     else
         found.unnamable.append(path);
+}
+
+void ImageFileSearch::searchInside(EntryKind entry, const QByteArray &path, const QString &text)
+{
+    const int links = entry == EntryKind::Link ? 1 : 0;
+    m_linksInside += links;
+    search(path, text);
+    m_linksInside -= links;
 }
 
 void ImageFileSearch::noteFailure(const QByteArray &path, int error)

@@ -6,10 +6,14 @@
 #include <QList>
 #include <QString>
 
+/// How many folders one search enters over links, and below them. Links that lead to each other
+/// make more paths than anybody could walk, and one link may lead to all of a system's folders.
+inline constexpr int mostFoldersOverLinks = 1000;
+
 struct ListingFailure
 {
     QString folder;
-    QString reason; ///< in the system's words
+    QString reason; ///< in the system's words, or why it was not tried
 };
 
 struct FoundImageFiles
@@ -25,7 +29,9 @@ struct FoundImageFiles
 
 /// Finds the image files below a folder: every file that is not hidden and whose whole path
 /// contains ".psc". Follows links to folders, but never enters a folder that it is already
-/// inside of. A missing folder holds nothing.
+/// inside of. A missing folder holds nothing. Where links lead to more than mostFoldersOverLinks
+/// folders, the first of those that are left out is a failure; what is reached without links is
+/// found all the same.
 FoundImageFiles searchImageFiles(const QString &folder);
 
 /// Logs each folder that could not be listed, with the reason.

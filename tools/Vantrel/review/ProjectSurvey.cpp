@@ -3,12 +3,12 @@
 
 #include "CancelledRun.h"
 #include "FileIo.h"
+#include "ImageFileSearch.h"
 #include "LineCheck.h"
 #include "ProjectPath.h"
 #include "RunHistory.h"
 #include "ScreensOnlyInBackup.h"
 #include "StageFile.h"
-#include "updUtils.h"
 
 #include <QDir>
 #include <QFile>
@@ -114,6 +114,7 @@ private:
     QSet<QString> m_madeFolders;
     QSet<QString> m_foldersWithScreens;
     QSet<QString> m_foldersToRename;
+    QList<ListingFailure> m_unlisted;
     ProjectSurvey m_survey;
 };
 
@@ -219,13 +220,13 @@ void Surveyor::lookAtLogFolder()
 
 void Surveyor::listImageFiles()
 {
-    QList<QFileInfo> files;
-    updUtils::findImageFiles(m_imageFolder, files);
-    for (const QFileInfo &file : std::as_const(files))
+    const FoundImageFiles found = searchImageFiles(m_imageFolder);
+    m_unlisted = found.failures;
+    for (const QFileInfo &file : found.files)
         m_foldersWithScreens.insert(file.path());
-    for (const QFileInfo &file : std::as_const(files))
+    for (const QFileInfo &file : found.files)
         lookAtImageFile(file);
-    if (files.isEmpty() && QFileInfo(m_imageFolder).isDir()) {
+    if (found.files.isEmpty() && QFileInfo(m_imageFolder).isDir()) {
         note(FindingKind::NoScreens, m_imageFolder,
              u"it holds no screen: a run would convert nothing, and take \"scr\" and the last backup away"_s,
              u"put the screens into it"_s);
@@ -325,6 +326,12 @@ void Surveyor::lookForLosses()
         note(FindingKind::FolderUnreadable, m_imageFolder,
              u"it could not be read whole: %1"_s.arg(QString::fromStdString(error.message())),
              u"make every folder in it readable"_s);
+        return;
+    }
+    // All that lies there without links was listed.
+    for (const ListingFailure &failure : m_unlisted) {
+        note(FindingKind::FolderUnreadable, failure.folder,
+             u"it could not be listed: %1"_s.arg(failure.reason), u"take the links away that lead to it"_s);
     }
 }
 

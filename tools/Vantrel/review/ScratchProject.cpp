@@ -2,6 +2,7 @@
 #include "ScratchProject.h"
 
 #include "CancelledRun.h"
+#include "ImageFileSearch.h"
 
 #include <QDir>
 #include <QFile>
@@ -44,7 +45,7 @@ fs::path asPath(const QString &path)
 }
 
 /// Makes a folder with what another one holds. Links to folders are followed as a run follows
-/// them, so that no link to a folder comes of it.
+/// them, so that no link to a folder comes of it, and as far as it follows them.
 class FolderMirror final
 {
 public:
@@ -59,11 +60,16 @@ public:
         const fs::path place = fs::canonical(from, ignored);
         if (std::find(m_trail.begin(), m_trail.end(), place) != m_trail.end())
             return;
+        if (m_linksInside > 0 && ++m_foldersOverLinks > mostFoldersOverLinks)
+            return;
         fs::create_directory(to);
         m_trail.push_back(place);
         // A folder that cannot be listed is an empty one to a run, too.
-        for (const fs::directory_entry &entry : fs::directory_iterator(from, ignored))
+        for (const fs::directory_entry &entry : fs::directory_iterator(from, ignored)) {
+            if (isCutOff())
+                break;
             mirrorEntry(entry, to / entry.path().filename());
+        }
         m_trail.pop_back();
     }
 
@@ -79,8 +85,22 @@ private:
             fs::create_symlink(entry.path(), to);
     }
 
+    void mirrorInside(const fs::directory_entry &entry, const fs::path &to)
+    {
+        std::error_code ignored;
+        const int links = entry.is_symlink(ignored) ? 1 : 0;
+        m_linksInside += links;
+        if (!isCutOff())
+            mirror(entry.path(), to);
+        m_linksInside -= links;
+    }
+
+    bool isCutOff() const { return m_linksInside > 0 && m_foldersOverLinks > mostFoldersOverLinks; }
+
     Files m_files;
     std::vector<fs::path> m_trail;
+    int m_linksInside = 0;
+    int m_foldersOverLinks = 0;
 };
 
 void mirrorFolder(const fs::path &from, const fs::path &to, Files files)
