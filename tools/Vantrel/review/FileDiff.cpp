@@ -1,6 +1,7 @@
 // What differs between two versions of a file, line by line.
 #include "FileDiff.h"
 
+#include "EditScript.h"
 #include "FileIo.h"
 
 #include <QByteArrayView>
@@ -11,8 +12,6 @@
 #include <string_view>
 #include <unordered_map>
 #include <vector>
-
-#include <dtl/dtl.hpp>
 
 using namespace Qt::StringLiterals;
 
@@ -68,26 +67,15 @@ struct Step
 QList<Step> stepsBetween(const QList<QByteArrayView> &before, const QList<QByteArrayView> &after)
 {
     LineNumbers numbers;
-    constexpr bool deletesFirst = true;
-    dtl::Diff<int> diff(numbers.of(before), numbers.of(after), deletesFirst);
-    diff.compose();
-
-    // The library's own hunks are not used: on large files they can come out of order.
+    const std::vector<int> oldNumbers = numbers.of(before);
+    const std::vector<int> newNumbers = numbers.of(after);
     QList<Step> steps;
     qsizetype oldLine = 0;
     qsizetype newLine = 0;
-    for (const auto &[number, element] : diff.getSes().getSequence()) {
-        switch (element.type) {
-        case dtl::SES_DELETE:
-            steps.append({'-', before.at(oldLine++)});
-            break;
-        case dtl::SES_ADD:
-            steps.append({'+', after.at(newLine++)});
-            break;
-        default:
-            steps.append({' ', before.at(oldLine++)});
-            ++newLine;
-        }
+    for (const char sign : editScript(oldNumbers, newNumbers)) {
+        steps.append({sign, sign == '+' ? after.at(newLine) : before.at(oldLine)});
+        oldLine += sign == '+' ? 0 : 1;
+        newLine += sign == '-' ? 0 : 1;
     }
     return steps;
 }

@@ -1,0 +1,17 @@
+// The steps that lead from one list of lines to another.
+#pragma once
+
+#include <QByteArray>
+
+#include <cstddef>
+#include <vector>
+
+/// Bounds the time of one comparison: some 25,000 lines that all differ, or any number that are
+/// equal. Far more than what a run changes in one screen.
+inline constexpr std::size_t mostEditPoints = 50'000'000;
+
+/// One sign for each line that is kept (' '), removed ('-') or added ('+'), with numbers for lines:
+///     {1, 2, 3}, {1, 4, 3}  ->  " -+ "
+/// As few lines change as can be, for some thousand differences; more are found piece by piece.
+/// Where mostEditPoints are not enough, what is left of both lists is removed and added.
+QByteArray editScript(const std::vector<int> &before, const std::vector<int> &after);
