@@ -13,6 +13,7 @@
 #include <QTest>
 
 #include <csignal>
+#include <memory>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -101,6 +102,8 @@ private Q_SLOTS:
     void worksBesideAFolderForTemporaryFilesWithCapitals();
     void passesOverATempFolderThatLeadsNowhere();
     void leavesNothingBehind();
+    void takesAwayWhatAKilledOneHasLeft();
+    void leavesOneThatIsUnderWay();
     void findsItsWayOutOfAMaze();
     void tellsWhatKeepsARunFromStarting_data();
     void tellsWhatKeepsARunFromStarting();
@@ -284,6 +287,79 @@ void TestDryRun::leavesNothingBehind()
     run.setVariable(u"TMPDIR"_s, project.beside(u"temporary"_s));
     QCOMPARE(run.execute(dryRunOf(project.dir())).exitCode, static_cast<int>(ExitCode::Done));
     QCOMPARE(describeTree(project.beside(u"temporary"_s)), QStringList());
+}
+
+namespace {
+
+/// A dry run that waits for the shape of its second screen.
+class WaitingDryRun final
+{
+public:
+    WaitingDryRun()
+    {
+        SmallPlant::makeIn(m_project);
+        m_project.write(u"scr/b.psc"_s, SmallPlant::screenWith("tank.plb"));
+        m_project.write(u"mac/tank.plb"_s, SmallPlant::shape());
+        m_project.makeFolder(u"../temporary"_s);
+        m_shape = std::make_unique<HeldFile>(m_project.path(u"mac/tank.plb"_s));
+    }
+
+    QString temporaryFolder() const { return m_project.beside(u"temporary"_s); }
+    bool start()
+    {
+        m_run.setVariable(u"TMPDIR"_s, temporaryFolder());
+        m_run.start(dryRunOf(m_project.dir()));
+        return m_shape->waitForReader();
+    }
+    CliResult kill()
+    {
+        m_run.sendSignalAtOnce(SIGKILL);
+        return m_run.finish();
+    }
+    CliResult finish()
+    {
+        m_shape->release();
+        return m_run.finish();
+    }
+
+private:
+    TestProject m_project;
+    std::unique_ptr<HeldFile> m_shape;
+    CliRun m_run;
+};
+
+/// Another one with the same folder for temporary files.
+CliResult dryRunBeside(const WaitingDryRun &other)
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    CliRun run;
+    run.setVariable(u"TMPDIR"_s, other.temporaryFolder());
+    return run.execute(dryRunOf(project.dir()));
+}
+
+} // namespace
+
+void TestDryRun::takesAwayWhatAKilledOneHasLeft()
+{
+    WaitingDryRun killed;
+    QVERIFY(killed.start());
+    QCOMPARE(killed.kill().exitCode, CliResult::noExitCode);
+    QVERIFY(!describeTree(killed.temporaryFolder()).isEmpty());
+    QCOMPARE(dryRunBeside(killed).exitCode, static_cast<int>(ExitCode::Done));
+    QCOMPARE(describeTree(killed.temporaryFolder()), QStringList());
+}
+
+void TestDryRun::leavesOneThatIsUnderWay()
+{
+    WaitingDryRun first;
+    QVERIFY(first.start());
+    const QStringList standIn = describeTree(first.temporaryFolder());
+    QVERIFY(!standIn.isEmpty());
+    QCOMPARE(dryRunBeside(first).exitCode, static_cast<int>(ExitCode::Done));
+    QCOMPARE(describeTree(first.temporaryFolder()), standIn);
+    QCOMPARE(first.finish().exitCode, static_cast<int>(ExitCode::Done));
+    QCOMPARE(describeTree(first.temporaryFolder()), QStringList());
 }
 
 void TestDryRun::findsItsWayOutOfAMaze()

@@ -6,7 +6,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QUuid>
 
 #include <algorithm>
 #include <array>
@@ -14,8 +13,6 @@
 #include <string_view>
 #include <system_error>
 #include <vector>
-
-#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 namespace fs = std::filesystem;
@@ -78,7 +75,7 @@ private:
     {
         std::error_code ignored;
         if (entry.is_directory(ignored))
-            mirror(entry.path(), to);
+            mirrorInside(entry, to);
         else if (m_files == Files::Copied && entry.is_regular_file(ignored))
             fs::copy_file(entry.path(), to);
         else if (m_files == Files::Linked)
@@ -126,7 +123,7 @@ ScratchProject::ScratchProject(QString projectDir)
     : m_projectDir(std::move(projectDir))
 {
     makeRoot();
-    if (m_root.isEmpty()) {
+    if (root().isEmpty()) {
         m_error = u"no folder for temporary files outside the project can be written to"_s;
         return;
     }
@@ -138,27 +135,16 @@ ScratchProject::ScratchProject(QString projectDir)
     }
 }
 
-ScratchProject::~ScratchProject()
-{
-    std::error_code ignored;
-    if (!m_root.isEmpty())
-        fs::remove_all(asPath(m_root), ignored);
-}
-
 void ScratchProject::makeRoot()
 {
-    constexpr mode_t forOwnerOnly = 0700;
     const QString project = QDir(m_projectDir).canonicalPath();
-    const QString name = u"/vantrel-dry-run-%1"_s.arg(QUuid::createUuid().toString(QUuid::Id128));
     for (const QString &candidate : {QDir::tempPath(), u"/tmp"_s, u"/var/tmp"_s}) {
         const QString folder = QDir(candidate).canonicalPath();
         const bool isInside = !project.isEmpty() && (folder + u'/').startsWith(project + u'/');
         if (folder.isEmpty() || isInside || !hasNoMeaning(folder))
             continue;
-        if (mkdir(QFile::encodeName(folder + name).constData(), forOwnerOnly) == 0) {
-            m_root = folder + name;
+        if (m_folder.makeIn(folder))
             return;
-        }
     }
 }
 

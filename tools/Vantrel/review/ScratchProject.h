@@ -1,6 +1,8 @@
 // A stand-in for a project, on which a run can be tried.
 #pragma once
 
+#include "ScratchFolder.h"
+
 #include <QString>
 
 /// Makes the project directory again below a new folder outside the project, with its whole
@@ -8,14 +10,13 @@
 /// project's own, in folders of the stand-in's own; the library and all else is reached by
 /// links; a left-over "scr_temp" is copied, since a run writes to it. There is no "log" folder.
 /// What a run writes, moves and removes here never reaches the project. Goes away with this
-/// object.
+/// object; see ScratchFolder.
 class ScratchProject final
 {
     Q_DISABLE_COPY_MOVE(ScratchProject)
 
 public:
     explicit ScratchProject(QString projectDir);
-    ~ScratchProject();
 
     bool isReady() const { return m_error.isEmpty(); }
     /// Why it could not be made.
@@ -23,14 +24,14 @@ public:
 
     /// What stands before the project directory in the stand-in's path. Its name is lower case
     /// and holds nothing else that a run would read a meaning into.
-    const QString &root() const { return m_root; }
-    QString dir() const { return m_root + m_projectDir; }
+    const QString &root() const { return m_folder.path(); }
+    QString dir() const { return root() + m_projectDir; }
 
 private:
     void makeRoot();
     void fill();
 
     QString m_projectDir;
-    QString m_root;
+    ScratchFolder m_folder;
     QString m_error;
 };

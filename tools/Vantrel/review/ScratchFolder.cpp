@@ -1,0 +1,103 @@
+// A folder for temporary files that outlives its process only until the next one comes.
+#include "ScratchFolder.h"
+
+#include "FolderListing.h"
+
+#include <QFile>
+#include <QUuid>
+
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr mode_t forOwnerOnly = 0700;
+constexpr char namePrefix[] = "vantrel-dry-run-";
+
+/// Opens a folder that no link leads to; -1 where that is not possible.
+int openFolder(const QByteArray &path)
+{
+    return open(path.constData(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+}
+
+bool lock(int folder)
+{
+    return flock(folder, LOCK_EX | LOCK_NB) == 0;
+}
+
+void removeWithAllInIt(const QByteArray &path)
+{
+    std::error_code ignored;
+    std::filesystem::remove_all(path.toStdString(), ignored);
+}
+
+/// Whether it is one that ScratchFolder has made for this user; anybody may use the name.
+bool isOwn(int folder)
+{
+    constexpr mode_t rights = 0777;
+    struct stat status = {};
+    return fstat(folder, &status) == 0 && status.st_uid == geteuid() &&
+           (status.st_mode & rights) == forOwnerOnly;
+}
+
+void removeLeftOver(const QByteArray &path)
+{
+    const int folder = openFolder(path);
+    if (folder < 0)
+        return;
+    if (isOwn(folder) && lock(folder))
+        removeWithAllInIt(path);
+    close(folder);
+}
+
+void removeLeftOverFolders(const QByteArray &place)
+{
+    const OpenFolder folder(place);
+    if (!folder.isOpen())
+        return;
+    const FolderListing listing = folder.list();
+    for (const FolderEntry &entry : listing.entries) {
+        if (entry.kind == EntryKind::Folder && entry.name.startsWith(namePrefix))
+            removeLeftOver(place + '/' + entry.name);
+    }
+}
+
+} // namespace
+
+ScratchFolder::~ScratchFolder()
+{
+    if (!m_path.isEmpty())
+        removeWithAllInIt(QFile::encodeName(m_path));
+    if (m_lock >= 0)
+        close(m_lock);
+}
+
+bool ScratchFolder::makeIn(const QString &place)
+{
+    const QByteArray folder = QFile::encodeName(place);
+    removeLeftOverFolders(folder);
+    const QByteArray id = QUuid::createUuid().toByteArray(QUuid::Id128);
+    // It has its name only once it is locked: another process would take it for left over.
+    const QByteArray unlocked = folder + "/vantrel-new-" + id;
+    const QByteArray path = folder + '/' + namePrefix + id;
+    if (mkdir(unlocked.constData(), forOwnerOnly) != 0)
+        return false;
+    m_lock = openFolder(unlocked);
+    // Where folders cannot be locked, none of them is taken for left over.
+    if (m_lock >= 0)
+        lock(m_lock);
+    if (m_lock < 0 || rename(unlocked.constData(), path.constData()) != 0) {
+        rmdir(unlocked.constData());
+        return false;
+    }
+    m_path = QFile::decodeName(path);
+    return true;
+}
