@@ -1,6 +1,8 @@
 // Work on files on a thread that was asked to end it.
+#include "BitmapFolders.h"
 #include "FileComparison.h"
 #include "FileIo.h"
+#include "ImageFileSearch.h"
 #include "Interruption.h"
 #include "RootFolder.h"
 #include "SafeCopy.h"
@@ -11,8 +13,10 @@
 #include <QTest>
 #include <QThread>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
+#include <thread>
 
 using namespace Qt::StringLiterals;
 
@@ -51,6 +55,9 @@ private Q_SLOTS:
     void beginsNoFile_data();
     void beginsNoFile();
     void checksACopyThatIsMade();
+    void endsWhereItsScopeSaysSo();
+    void hasScopesInEachOther();
+    void endsWhatItHasOthersDo();
 };
 
 void TestInterruption::beginsNoFile_data()
@@ -69,6 +76,9 @@ void TestInterruption::beginsNoFile_data()
     row("putting a copy in place", [](const TestProject &project) {
         putCopy(project.path(u"scr/a.psc"_s), RootFolder(project.dir()), project.path(u"scr/c.psc"_s));
     });
+    row("searching", [](const TestProject &project) { searchImageFiles(project.path(u"scr"_s)); });
+    row("looking for bitmaps",
+        [](const TestProject &project) { const BitmapFolders folders(project.dir()); });
     row("removing a folder", [](const TestProject &project) { updUtils::removeDir(project.path(u"scr"_s)); });
 }
 
@@ -93,6 +103,59 @@ void TestInterruption::checksACopyThatIsMade()
     };
     QVERIFY(!isBrokenOff(check, project, Asked::ToEnd));
     QVERIFY(!isCopy);
+}
+
+/// A search asks before each folder, and ends at the first answer.
+void TestInterruption::endsWhereItsScopeSaysSo()
+{
+    const TestProject project;
+    for (const QString &screen : {u"a.psc"_s, u"x/b.psc"_s, u"x/y/c.psc"_s, u"z/d.psc"_s})
+        project.write("scr/"_L1 + screen, "x");
+    constexpr int folders = 4;
+    for (int last = 1; last <= folders + 1; ++last) {
+        int asked = 0;
+        const InterruptionScope scope([&asked, last] { return ++asked == last; });
+        bool isInterrupted = false;
+        try {
+            QVERIFY(searchImageFiles(project.path(u"scr"_s)).isWhole());
+        } catch (const WorkInterrupted &) {
+            isInterrupted = true;
+        }
+        QCOMPARE(isInterrupted, last <= folders);
+        QCOMPARE(asked, std::min(last, folders));
+    }
+}
+
+void TestInterruption::hasScopesInEachOther()
+{
+    const InterruptionScope outer([] { return true; });
+    {
+        const InterruptionScope inner([] { return false; });
+        endIfInterrupted();
+    }
+    QVERIFY_THROWS_EXCEPTION(WorkInterrupted, endIfInterrupted());
+}
+
+void TestInterruption::endsWhatItHasOthersDo()
+{
+    const auto isEndedElsewhere = [] {
+        bool isEnded = false;
+        std::thread([&isEnded, isEndWanted = interruptionOfThisThread()] { isEnded = isEndWanted(); }).join();
+        return isEnded;
+    };
+    QVERIFY(!isEndedElsewhere());
+    {
+        const InterruptionScope scope([] { return true; });
+        QVERIFY(isEndedElsewhere());
+    }
+    bool isEnded = false;
+    const std::unique_ptr<QThread> thread(QThread::create([&] {
+        QThread::currentThread()->requestInterruption();
+        isEnded = isEndedElsewhere();
+    }));
+    thread->start();
+    thread->wait();
+    QVERIFY(isEnded);
 }
 
 VANTREL_TEST(QCoreApplication, TestInterruption)

@@ -1,6 +1,8 @@
 // Where the icon bitmaps of a project lie.
 #include "BitmapFolders.h"
 
+#include "Interruption.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -55,6 +57,7 @@ void BitmapFolders::enter(const QString &folder, Purpose purpose)
 /// What a folder holds; nothing where links have led to it before.
 FolderListing BitmapFolders::listOnce(const QString &folder)
 {
+    endIfInterrupted();
     const OpenFolder opened(QFile::encodeName(folder));
     struct stat status = {};
     if (!opened.isOpen() || fstat(opened.descriptor(), &status) != 0 ||

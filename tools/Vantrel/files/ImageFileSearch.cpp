@@ -3,6 +3,7 @@
 
 #include "EngineLog.h"
 #include "FolderListing.h"
+#include "Interruption.h"
 
 #include <QFile>
 #include <QStringList>
@@ -88,6 +89,7 @@ void ImageFileSearch::search(const QByteArray &path, const QString &text)
 {
     if (isCutOff())
         return;
+    endIfInterrupted();
     std::vector<Candidate> candidates;
     {
         const OpenFolder folder(path);

@@ -31,7 +31,7 @@ struct FoundImageFiles
 /// contains ".psc". Follows links to folders, but never enters a folder that it is already
 /// inside of. A missing folder holds nothing. Where links lead to more than mostFoldersOverLinks
 /// folders, the first of those that are left out is a failure; what is reached without links is
-/// found all the same.
+/// found all the same. Ends between two folders, see endIfInterrupted().
 FoundImageFiles searchImageFiles(const QString &folder);
 
 /// Logs each folder that could not be listed, with the reason.

@@ -3,8 +3,33 @@
 
 #include <QThread>
 
+#include <utility>
+
+namespace {
+
+thread_local IsEndWanted isEndWantedHere;
+
+} // namespace
+
 void endIfInterrupted()
 {
-    if (QThread::currentThread()->isInterruptionRequested())
+    if (isEndWantedHere ? isEndWantedHere() : QThread::currentThread()->isInterruptionRequested())
         throw WorkInterrupted();
+}
+
+IsEndWanted interruptionOfThisThread()
+{
+    if (isEndWantedHere)
+        return isEndWantedHere;
+    return [thread = QThread::currentThread()] { return thread->isInterruptionRequested(); };
+}
+
+InterruptionScope::InterruptionScope(IsEndWanted isEndWanted)
+    : m_outer(std::exchange(isEndWantedHere, std::move(isEndWanted)))
+{
+}
+
+InterruptionScope::~InterruptionScope()
+{
+    isEndWantedHere = std::move(m_outer);
 }

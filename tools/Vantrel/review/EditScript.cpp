@@ -1,6 +1,8 @@
 // The steps that lead from one list of lines to another.
 #include "EditScript.h"
 
+#include "Interruption.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -62,6 +64,7 @@ QByteArray EditGraph::script(char ofShorter, char ofLonger)
 {
     m_script.reserve(static_cast<qsizetype>(m_longer.size()));
     for (std::size_t points = 0; !isAtEnd() && points < mostEditPoints; points += m_points.size()) {
+        endIfInterrupted();
         findPiece();
         takePiece(ofShorter, ofLonger);
     }

@@ -3,6 +3,7 @@
 
 #include "EditScript.h"
 #include "FileIo.h"
+#include "Interruption.h"
 
 #include <QByteArrayView>
 #include <QFileInfo>
@@ -38,6 +39,7 @@ class LineNumbers final
 public:
     std::vector<int> of(const QList<QByteArrayView> &lines)
     {
+        endIfInterrupted();
         std::vector<int> numbers;
         numbers.reserve(static_cast<std::size_t>(lines.size()));
         std::transform(lines.begin(), lines.end(), std::back_inserter(numbers),
@@ -72,7 +74,9 @@ QList<Step> stepsBetween(const QList<QByteArrayView> &before, const QList<QByteA
     QList<Step> steps;
     qsizetype oldLine = 0;
     qsizetype newLine = 0;
-    for (const char sign : editScript(oldNumbers, newNumbers)) {
+    const QByteArray script = editScript(oldNumbers, newNumbers);
+    endIfInterrupted();
+    for (const char sign : script) {
         steps.append({sign, sign == '+' ? after.at(newLine) : before.at(oldLine)});
         oldLine += sign == '+' ? 0 : 1;
         newLine += sign == '-' ? 0 : 1;
@@ -212,6 +216,7 @@ QList<DiffHunk> hunksBetween(const QByteArray &before, const QByteArray &after)
 
 FileComparison compareFiles(const QString &shownPath, const FileVersion &before, const FileVersion &after)
 {
+    endIfInterrupted();
     const std::optional<QByteArray> oldContent = contentOf(before.path);
     const std::optional<QByteArray> newContent = contentOf(after.path);
     if (!oldContent || !newContent)

@@ -4,6 +4,7 @@
 #include "CancelledRun.h"
 #include "FileIo.h"
 #include "ImageFileSearch.h"
+#include "Interruption.h"
 #include "LineCheck.h"
 #include "ProjectPath.h"
 #include "RunHistory.h"
@@ -315,6 +316,7 @@ void Surveyor::lookForLosses()
     const auto options = fs::directory_options::none;
     fs::recursive_directory_iterator entry(QFile::encodeName(m_imageFolder).toStdString(), options, error);
     for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+        endIfInterrupted();
         if (!isKnownScreen(*entry))
             entries.push_back(*entry);
     }
@@ -402,7 +404,10 @@ Surveyor::Reading Surveyor::readImageFiles() const
 /// Reads on a thread of its own or, where the system has none left, when it is asked for.
 std::future<Surveyor::Reading> Surveyor::startReading(qsizetype begin, qsizetype end) const
 {
-    const auto read = [this, begin, end] { return readImageFiles(begin, end); };
+    const auto read = [this, begin, end, isEndWanted = interruptionOfThisThread()] {
+        const InterruptionScope scope(isEndWanted);
+        return readImageFiles(begin, end);
+    };
     try {
         return std::async(std::launch::async, read);
     } catch (const std::system_error &) {
@@ -414,6 +419,7 @@ Surveyor::Reading Surveyor::readImageFiles(qsizetype begin, qsizetype end) const
 {
     Reading reading;
     for (qsizetype index = begin; index < end; ++index) {
+        endIfInterrupted();
         const QString &path = m_survey.imageFiles.at(index);
         if (m_listener != nullptr)
             m_listener->onFile(static_cast<int>(m_survey.imageFiles.size()), static_cast<int>(index), path);

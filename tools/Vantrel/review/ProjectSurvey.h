@@ -30,7 +30,7 @@ struct ProjectSurvey
 };
 
 /// Reads a project, changing nothing. `projectDir` is absolute and clean; `makesFolders` says
-/// that the run will make folders with their parents.
+/// that the run will make folders with their parents. Ends between two files, see endIfInterrupted().
 ProjectSurvey surveyProject(const QString &projectDir, bool makesFolders, SurveyListener *listener = nullptr);
 
 /// Whether placed objects of this kind are replaced where their shape is chosen.

@@ -3,6 +3,7 @@
 
 #include "CancelledRun.h"
 #include "ImageFileSearch.h"
+#include "Interruption.h"
 
 #include <QDir>
 #include <QFile>
@@ -73,6 +74,7 @@ public:
 private:
     void mirrorEntry(const fs::directory_entry &entry, const fs::path &to)
     {
+        endIfInterrupted();
         std::error_code ignored;
         if (entry.is_directory(ignored))
             mirrorInside(entry, to);

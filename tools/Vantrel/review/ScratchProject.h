@@ -16,6 +16,7 @@ class ScratchProject final
     Q_DISABLE_COPY_MOVE(ScratchProject)
 
 public:
+    /// May end before it is made, see endIfInterrupted(); nothing of it is left then.
     explicit ScratchProject(QString projectDir);
 
     bool isReady() const { return m_error.isEmpty(); }

@@ -1,6 +1,8 @@
 // The shapes of a project's library as a run sees them.
 #include "ShapeCatalogue.h"
 
+#include "Interruption.h"
+
 #include <QFileInfo>
 
 #include <algorithm>
@@ -26,6 +28,7 @@ const CatalogueShape &ShapeCatalogue::shapeAt(const QString &path)
 
 CatalogueShape ShapeCatalogue::read(const QString &path)
 {
+    endIfInterrupted();
     CatalogueShape shape;
     shape.path = path;
     if (m_converter.openShapeFile(path, shape.lines, shape.error)) {
