@@ -116,6 +116,7 @@ private Q_SLOTS:
     void showsScreensThatWouldGo();
     void showsScreensThatWouldCome();
     void stopsOnASignal();
+    void stopsWhileItCopies();
 };
 
 void TestDryRun::showsReportsDiffsAndTotals()
@@ -534,6 +535,31 @@ void TestDryRun::stopsOnASignal()
     const CliResult result = run.finish();
     QCOMPARE(result.errorOutput, QByteArray("Stopped. Nothing was changed.\n"));
     QCOMPARE(result.exitCode, static_cast<int>(ExitCode::StoppedByTermination));
+    QCOMPARE(stampsBelow(project.dir()), stamps);
+    QCOMPARE(describeTree(project.beside(u"temporary"_s)), QStringList());
+}
+
+void TestDryRun::stopsWhileItCopies()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.makeFolder(u"../temporary"_s);
+    project.write(u"scr_temp/x.psc"_s, SmallPlant::plainScreen());
+    const QStringList stamps = stampsBelow(project.dir());
+    HeldFile leftOver(project.path(u"scr_temp/x.psc"_s));
+
+    CliRun run;
+    run.setVariable(u"TMPDIR"_s, project.beside(u"temporary"_s));
+    run.start(dryRunOf(project.dir()));
+    QVERIFY(leftOver.waitForReader());
+    QVERIFY(!describeTree(project.beside(u"temporary"_s)).isEmpty());
+    run.sendSignalAtOnce(SIGINT);
+    leftOver.release();
+    const CliResult result = run.finish();
+    QVERIFY2(result.errorOutput.endsWith("\nStopped. Nothing was changed.\n"),
+             result.errorOutput.constData());
+    QCOMPARE(result.output, QByteArray());
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::StoppedByInterrupt));
     QCOMPARE(stampsBelow(project.dir()), stamps);
     QCOMPARE(describeTree(project.beside(u"temporary"_s)), QStringList());
 }

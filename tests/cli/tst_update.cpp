@@ -169,7 +169,8 @@ private Q_SLOTS:
     void stopsAtASignal();
     void tellsWhereNoVersionIsLeft();
     void goesOnWhereASignalIsIgnored();
-    void tellsTheFirstOfTwoSignals();
+    void endsAtOnceAtASecondSignal();
+    void stopsWhileItReads();
     void stopsBeforeTheFirstFile();
     void endsTheRunDespiteASignalAfterTheLastFile();
     void printsTheReportDespiteASignalAfterTheRun();
@@ -1293,16 +1294,40 @@ void TestUpdate::goesOnWhereASignalIsIgnored()
     COMPARE_EXIT_CODE(run.finish(), Done);
 }
 
-void TestUpdate::tellsTheFirstOfTwoSignals()
+/// What it has left is told to the next command, as after any other death.
+void TestUpdate::endsAtOnceAtASecondSignal()
 {
     WaitingPlant plant;
+    const QStringList screens = describeTree(plant.project().path(u"scr"_s));
     CliRun run;
     run.start(updateOf(plant.project()));
     QVERIFY(plant.waitForRun());
     QVERIFY(run.sendSignal(SIGHUP));
-    QVERIFY(run.sendSignal(SIGINT));
+    run.sendSignalAtOnce(SIGINT);
+    QCOMPARE(run.finish().exitCode, CliResult::noExitCode);
     plant.deliverShape();
-    COMPARE_EXIT_CODE(run.finish(), StoppedByHangup);
+    QCOMPARE(describeTree(plant.project().path(u"scr"_s)), screens);
+    COMPARE_EXIT_CODE(CliRun().execute(updateOf(plant.project())), FilesMissing);
+}
+
+/// While the first screen is read, before the run.
+void TestUpdate::stopsWhileItReads()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    for (int number = 0; number < 100; ++number)
+        project.write(u"scr/b%1.psc"_s.arg(number), SmallPlant::plainScreen());
+    const QStringList before = describeTree(project.dir());
+    HeldFile screen(project.path(u"scr/a.psc"_s));
+    CliRun run;
+    run.start(updateOf(project));
+    QVERIFY(screen.waitForReader());
+    run.sendSignalAtOnce(SIGTERM);
+    screen.release();
+    const CliResult result = run.finish();
+    QCOMPARE(result.errorOutput, QByteArray("Stopped. Nothing was changed.\n"));
+    COMPARE_EXIT_CODE(result, StoppedByTermination);
+    QCOMPARE(describeTree(project.dir()), before);
 }
 
 /// The program has told so many obstacles that it waits for a reader when the signal comes.

@@ -1,11 +1,16 @@
 // The command line itself: what it explains and what it does not accept.
 #include "CliRun.h"
 #include "ExitCode.h"
+#include "HeldFile.h"
+#include "ProjectTree.h"
+#include "SmallPlant.h"
 #include "TestSuite.h"
 
 #include <QFile>
 #include <QProcess>
 #include <QTest>
+
+#include <csignal>
 
 using namespace Qt::StringLiterals;
 
@@ -30,6 +35,8 @@ private Q_SLOTS:
     void beginsNothingWhereFewFilesMayBeOpen_data();
     void beginsNothingWhereFewFilesMayBeOpen();
     void keepsItsExitCodeWhereNobodyReads();
+    void stopsWhileItReads_data();
+    void stopsWhileItReads();
 };
 
 namespace {
@@ -287,6 +294,45 @@ void TestUsage::keepsItsExitCodeWhereNobodyReads()
     run.setErrorOutput(CliRun::closedStream);
     QCOMPARE(run.execute({u"--help"_s}).exitCode, static_cast<int>(ExitCode::Done));
     QCOMPARE(run.execute({u"updte"_s}).exitCode, static_cast<int>(ExitCode::WrongUsage));
+}
+
+void TestUsage::stopsWhileItReads_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<int>("signal");
+    QTest::addColumn<int>("exitCode");
+    for (const QString &command : {u"check"_s, u"shapes"_s, u"diff"_s}) {
+        QTest::addRow("%s, SIGINT", qPrintable(command)) << command << SIGINT << 130;
+        QTest::addRow("%s, SIGTERM", qPrintable(command)) << command << SIGTERM << 143;
+        QTest::addRow("%s, SIGHUP", qPrintable(command)) << command << SIGHUP << 129;
+    }
+}
+
+/// At most the next screen is named.
+void TestUsage::stopsWhileItReads()
+{
+    QFETCH(const QString, command);
+    QFETCH(const int, signal);
+    QFETCH(const int, exitCode);
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    for (const QString &folder : {u"scr"_s, u"scr_bak"_s}) {
+        project.write(folder + "/b.psc"_L1, SmallPlant::plainScreen());
+        project.write(folder + "/c.psc"_L1, SmallPlant::invalidScreen());
+        project.write(folder + "/d.psc"_L1, SmallPlant::invalidScreen());
+    }
+    const QStringList before = describeTree(project.dir());
+    HeldFile screen(project.path(u"scr/b.psc"_s));
+    CliRun run;
+    run.start({command, u"--project"_s, project.dir(), u"--json"_s});
+    QVERIFY(screen.waitForReader());
+    run.sendSignalAtOnce(signal);
+    screen.release();
+    const CliResult result = run.finish();
+    QVERIFY2(result.output.contains("Stopped. Nothing was changed."), result.output.constData());
+    QVERIFY2(!result.output.contains("d.psc"), result.output.constData());
+    QCOMPARE(result.exitCode, exitCode);
+    QCOMPARE(describeTree(project.dir()), before);
 }
 
 VANTREL_TEST(QCoreApplication, TestUsage)

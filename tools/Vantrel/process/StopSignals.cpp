@@ -18,19 +18,7 @@ std::array<int, 2> wakeUpPipe{-1, -1};
 
 static_assert(std::atomic<int>::is_always_lock_free, "set in a signal handler");
 
-/// Runs in the interrupted thread: nothing but what is safe there.
-extern "C" void takeSignal(int number)
-{
-    const int formerError = errno;
-    int none = 0;
-    receivedSignal.compare_exchange_strong(none, number);
-    const char wakeUp = 0;
-    // A full pipe has woken the receiver already.
-    [[maybe_unused]] const auto written = write(wakeUpPipe[1], &wakeUp, 1);
-    errno = formerError;
-}
-
-/// Exchanges the handler of each signal that is not ignored: `nohup` means it.
+/// Exchanges the handler of each signal that is not ignored: `nohup` means it. Safe in a handler.
 void handleSignals(void (*handler)(int))
 {
     for (const int number : stopSignals) {
@@ -43,6 +31,20 @@ void handleSignals(void (*handler)(int))
         action.sa_flags = SA_RESTART;
         sigaction(number, &action, nullptr);
     }
+}
+
+/// Runs in the interrupted thread: nothing but what is safe there.
+extern "C" void takeSignal(int number)
+{
+    const int formerError = errno;
+    // Whoever asks once more does not want to wait.
+    handleSignals(SIG_DFL);
+    int none = 0;
+    receivedSignal.compare_exchange_strong(none, number);
+    const char wakeUp = 0;
+    // A full pipe has woken the receiver already.
+    [[maybe_unused]] const auto written = write(wakeUpPipe[1], &wakeUp, 1);
+    errno = formerError;
 }
 
 } // namespace

@@ -7,8 +7,8 @@
 #include <memory>
 
 /// Turns SIGINT, SIGTERM and SIGHUP into a Qt signal on the thread that made it, except those
-/// that the process was started to ignore. From its end on they are ignored: by then the process
-/// is on its way out. One may exist at a time.
+/// that the process was started to ignore. A second one ends the process at once. From its end on they are
+/// ignored: by then the process is on its way out. One may exist at a time.
 class StopSignals final : public QObject
 {
     Q_OBJECT
@@ -17,7 +17,7 @@ public:
     StopSignals();
     ~StopSignals() override;
 
-    /// The first of these signals that has arrived; 0 as long as none has.
+    /// The first of these signals that has arrived; 0 as long as none has. From any thread.
     int received() const;
 
 Q_SIGNALS:

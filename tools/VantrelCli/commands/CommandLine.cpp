@@ -6,6 +6,7 @@
 #include "DiffCommand.h"
 #include "Help.h"
 #include "HistoryCommand.h"
+#include "Interruption.h"
 #include "JsonPresenter.h"
 #include "LeftOverFinding.h"
 #include "NearestWord.h"
@@ -15,6 +16,7 @@
 #include "ShapesCommand.h"
 #include "ShellWord.h"
 #include "StageFile.h"
+#include "StopSignals.h"
 #include "TextPresenter.h"
 #include "UpdateCommand.h"
 #include "Version.h"
@@ -178,6 +180,7 @@ private:
     void setColors(ColorMode mode);
     ExitCode perform();
     ExitCode perform(Presenter &presenter);
+    ExitCode performReading(Presenter &presenter);
     int keptRuns() const;
     ExitCode performUpdate(Presenter &presenter);
     ExitCode endEarly(Presenter &presenter, const QString &reason) const;
@@ -389,20 +392,36 @@ ExitCode CommandRequest::perform()
 ExitCode CommandRequest::perform(Presenter &presenter)
 {
     switch (m_command.command) {
-    case Command::Check:
-        return runCheck({m_projectDir, m_shapeNames, isSet(u"make-folders"_s)}, presenter);
-    case Command::Shapes:
-        return runShapes(m_projectDir, presenter);
-    case Command::Diff:
-        return runDiff(m_projectDir, presenter);
     case Command::Recover:
         return runRecover({m_projectDir, recoverAction()}, presenter);
     case Command::History:
         return runHistory(historyOptions(), presenter);
     case Command::Update:
-        break;
+        return performUpdate(presenter);
+    default:
+        return performReading(presenter);
     }
-    return performUpdate(presenter);
+}
+
+/// The commands that may end wherever they are, since they write nothing.
+ExitCode CommandRequest::performReading(Presenter &presenter)
+{
+    const StopSignals stopSignals;
+    const InterruptionScope scope([&stopSignals] { return stopSignals.received() != 0; });
+    try {
+        if (m_command.command == Command::Check)
+            return runCheck({m_projectDir, m_shapeNames, isSet(u"make-folders"_s)}, presenter);
+        return m_command.command == Command::Shapes ? runShapes(m_projectDir, presenter)
+                                                    : runDiff(m_projectDir, presenter);
+    } catch (const WorkInterrupted &) {
+        CommandEnd end;
+        end.command = m_command.name;
+        end.projectDir = m_projectDir;
+        end.exitCode = stoppedBy(stopSignals.received());
+        end.message = stoppedUnchanged;
+        presenter.showEnd(end);
+        return end.exitCode;
+    }
 }
 
 /// A run that had begun was stopped before its next file, as long as that was possible.

@@ -3,6 +3,7 @@
 
 #include "FindingCode.h"
 #include "HiddenIcons.h"
+#include "Interruption.h"
 #include "LeftOverFinding.h"
 #include "LoggedErrors.h"
 #include "Presenter.h"
@@ -24,6 +25,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -77,6 +79,7 @@ public:
     ExitCode execute();
 
 private:
+    std::optional<ExitCode> refuseOrPrepare();
     QList<Finding> keepOthersAway();
     QList<Finding> findOtherBesideDryRun() const;
     ExitCode refuseBesideAnotherRun(const QList<Finding> &findings);
@@ -90,7 +93,7 @@ private:
     QList<LostScreen> lostScreens(const RunResult &result, const QString &root) const;
     CommandEnd describeEnd(const RunResult &result, const QString &root) const;
     ExitCode exitCodeOfRun(const RunResult &result, const QList<LostScreen> &lost) const;
-    ExitCode endWith(ExitCode code);
+    ExitCode endWith(ExitCode code, const QString &message = {});
     ExitCode finish(const CommandEnd &end);
 
     const UpdateOptions &m_options;
@@ -105,6 +108,22 @@ private:
 };
 
 ExitCode UpdateCommand::execute()
+{
+    try {
+        const InterruptionScope scope([this] { return m_stopSignals.received() != 0; });
+        if (const std::optional<ExitCode> refused = refuseOrPrepare())
+            return *refused;
+        if (m_options.dryRun)
+            return tryOnStandIn();
+    } catch (const WorkInterrupted &) {
+        return endWith(stoppedBy(m_stopSignals.received()), stoppedUnchanged);
+    }
+    return changeProject();
+}
+
+/// Reads the project and tells what should be known before a run. Returns how the command ends
+/// where there is none.
+std::optional<ExitCode> UpdateCommand::refuseOrPrepare()
 {
     // Before anything is read: another run makes and moves folders.
     if (const QList<Finding> inUse = keepOthersAway(); !inUse.isEmpty())
@@ -129,9 +148,8 @@ ExitCode UpdateCommand::execute()
     tellObstacles(obstacles);
     if (m_refusal != ExitCode::Done && (!m_options.dryRun || hasNoProject(obstacles)))
         return endWith(m_refusal);
-    if (m_stopSignals.received() != 0)
-        return endWith(stoppedBy(m_stopSignals.received()));
-    return m_options.dryRun ? tryOnStandIn() : changeProject();
+    endIfInterrupted();
+    return std::nullopt;
 }
 
 /// Takes the project's lock, which is held to the end; a dry run only looks at it. Returns who
@@ -207,10 +225,11 @@ ExitCode UpdateCommand::tryOnStandIn()
                                  u"name another folder for temporary files in TMPDIR, or make room"_s});
         return endWith(ExitCode::Refused);
     }
+    endIfInterrupted();
     const RunResult result = convert(standIn.dir(), standIn.root());
     CommandEnd end = describeEnd(result, standIn.root());
     if (!result.isCompleted) {
-        end.message = u"Stopped. Nothing was changed."_s;
+        end.message = stoppedUnchanged;
         return finish(end);
     }
     ScreenDiffs diffs;
@@ -339,12 +358,13 @@ ExitCode UpdateCommand::exitCodeOfRun(const RunResult &result, const QList<LostS
     return result.errors > 0 || m_hasLoggedErrors ? ExitCode::DoneWithErrors : ExitCode::Done;
 }
 
-ExitCode UpdateCommand::endWith(ExitCode code)
+ExitCode UpdateCommand::endWith(ExitCode code, const QString &message)
 {
     CommandEnd end;
     end.command = "update"_L1;
     end.projectDir = m_options.projectDir;
     end.exitCode = code;
+    end.message = message;
     end.isDryRun = m_options.dryRun;
     m_presenter.showEnd(end);
     return code;

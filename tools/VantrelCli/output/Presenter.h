@@ -122,6 +122,9 @@ struct LostScreen
     QString backup; ///< where its version from before the run lies; empty where nothing does
 };
 
+/// What a command tells that a signal has stopped while it was reading.
+inline constexpr QLatin1StringView stoppedUnchanged("Stopped. Nothing was changed.");
+
 /// How a command ended.
 struct CommandEnd
 {
