@@ -64,6 +64,7 @@ private Q_SLOTS:
     void keepsAsManyLinesAsCanBe();
     void leadsThroughManyDifferences();
     void replacesWhatDiffersTooMuch();
+    void replacesWhatIsFarTooLong();
 };
 
 void TestEditScript::tellsEachLine_data()
@@ -137,6 +138,16 @@ void TestEditScript::replacesWhatDiffersTooMuch()
     };
     QCOMPARE(keptOf(few), 2);
     QCOMPARE(keptOf(many), 1);
+}
+
+void TestEditScript::replacesWhatIsFarTooLong()
+{
+    const auto keptOf = [](int lines) {
+        const Lines before{lines};
+        return static_cast<int>(editScript(before, countingFrom(1, lines)).count(' '));
+    };
+    QCOMPARE(keptOf(1'000'000), 1);
+    QCOMPARE(keptOf(3'000'000), 0);
 }
 
 VANTREL_TEST(TestSuite::NoApplication, TestEditScript)

@@ -8,6 +8,11 @@
 
 namespace {
 
+constexpr std::size_t asIndex(int number)
+{
+    return static_cast<std::size_t>(number);
+}
+
 /// Finds the way by the O(NP) algorithm of Wu, Manber, Myers and Miller: on each diagonal it keeps
 /// the point that is reached furthest with a number of lines left out of the shorter list. Beyond
 /// a number of points it takes the way that it has, and begins again behind it.
@@ -43,12 +48,16 @@ private:
     void follow(int diagonal);
     std::vector<Point> wayToPiecesEnd() const;
     void takePiece(char ofShorter, char ofLonger);
-    Reach &reach(int diagonal) { return m_reach[static_cast<std::size_t>(diagonal + m_offset)]; }
+    Reach &reach(int diagonal) { return m_reach[asIndex(diagonal + m_offset)]; }
     int shorterLeft() const { return static_cast<int>(m_shorter.size()) - m_start.inShorter; }
     int longerLeft() const { return static_cast<int>(m_longer.size()) - m_start.inLonger; }
-    bool isAtEnd() const { return shorterLeft() == 0 && longerLeft() == 0; }
+    bool isWorthAPiece() const
+    {
+        return shorterLeft() > 0 && longerLeft() - shorterLeft() <= mostPointsOfPiece;
+    }
 
-    static constexpr std::size_t mostPointsOfPiece = 2'000'000;
+    /// Bounds the memory. There is one point at least for each line that the longer list has more.
+    static constexpr int mostPointsOfPiece = 2'000'000;
 
     const std::vector<int> &m_shorter;
     const std::vector<int> &m_longer;
@@ -63,7 +72,7 @@ private:
 QByteArray EditGraph::script(char ofShorter, char ofLonger)
 {
     m_script.reserve(static_cast<qsizetype>(m_longer.size()));
-    for (std::size_t points = 0; !isAtEnd() && points < mostEditPoints; points += m_points.size()) {
+    for (std::size_t points = 0; isWorthAPiece() && points < mostEditPoints; points += m_points.size()) {
         endIfInterrupted();
         findPiece();
         takePiece(ofShorter, ofLonger);
@@ -78,13 +87,14 @@ void EditGraph::findPiece()
     m_offset = shorterLeft() + 1;
     m_lastDiagonal = longerLeft() - shorterLeft();
     m_points.clear();
-    m_reach.assign(static_cast<std::size_t>(shorterLeft()) + static_cast<std::size_t>(longerLeft()) + 3, {});
+    m_reach.assign(asIndex(shorterLeft()) + asIndex(longerLeft()) + 3, {});
     for (int leftOut = 0;; ++leftOut) {
         for (int diagonal = -leftOut; diagonal < m_lastDiagonal; ++diagonal)
             follow(diagonal);
         for (int diagonal = m_lastDiagonal + leftOut; diagonal >= m_lastDiagonal; --diagonal)
             follow(diagonal);
-        if (reach(m_lastDiagonal).inLonger == longerLeft() || m_points.size() >= mostPointsOfPiece)
+        if (reach(m_lastDiagonal).inLonger == longerLeft() ||
+            m_points.size() >= std::size_t{mostPointsOfPiece})
             return;
     }
 }
@@ -98,8 +108,8 @@ void EditGraph::follow(int diagonal)
     int inLonger = std::max(above.inLonger + 1, below.inLonger);
     int inShorter = inLonger - diagonal;
     const auto isEqual = [this](int shorter, int longer) {
-        return m_shorter[static_cast<std::size_t>(m_start.inShorter + shorter)] ==
-               m_longer[static_cast<std::size_t>(m_start.inLonger + longer)];
+        return m_shorter[asIndex(m_start.inShorter + shorter)] ==
+               m_longer[asIndex(m_start.inLonger + longer)];
     };
     while (inShorter < shorterLeft() && inLonger < longerLeft() && isEqual(inShorter, inLonger)) {
         ++inShorter;
@@ -112,9 +122,9 @@ void EditGraph::follow(int diagonal)
 std::vector<EditGraph::Point> EditGraph::wayToPiecesEnd() const
 {
     std::vector<Point> way;
-    int point = m_reach[static_cast<std::size_t>(m_lastDiagonal + m_offset)].point;
+    int point = m_reach[asIndex(m_lastDiagonal + m_offset)].point;
     while (point >= 0) {
-        way.push_back(m_points[static_cast<std::size_t>(point)]);
+        way.push_back(m_points[asIndex(point)]);
         point = way.back().former;
     }
     std::reverse(way.begin(), way.end());

@@ -90,14 +90,17 @@ bool ScratchFolder::makeIn(const QString &place)
     const QByteArray path = folder + '/' + namePrefix + id;
     if (mkdir(unlocked.constData(), forOwnerOnly) != 0)
         return false;
-    m_lock = openFolder(unlocked);
+    const int opened = openFolder(unlocked);
     // Where folders cannot be locked, none of them is taken for left over.
-    if (m_lock >= 0)
-        lock(m_lock);
-    if (m_lock < 0 || rename(unlocked.constData(), path.constData()) != 0) {
-        rmdir(unlocked.constData());
-        return false;
+    if (opened >= 0)
+        lock(opened);
+    if (opened >= 0 && rename(unlocked.constData(), path.constData()) == 0) {
+        m_lock = opened;
+        m_path = QFile::decodeName(path);
+        return true;
     }
-    m_path = QFile::decodeName(path);
-    return true;
+    if (opened >= 0)
+        close(opened);
+    rmdir(unlocked.constData());
+    return false;
 }
