@@ -77,6 +77,7 @@ private Q_SLOTS:
     void findsScreensOfRenamedFolders();
     void needsBothFolders();
     void tellsWhatItMayNotRead();
+    void tellsWhatItHasNotListed();
     void colorsWhereAsked();
     void colorsATerminal_data();
     void colorsATerminal();
@@ -218,6 +219,19 @@ void TestDiff::needsBothFolders()
 
     project.makeFolder(u"scr"_s);
     QCOMPARE(diff(project).exitCode, static_cast<int>(ExitCode::DoneWithFindings));
+}
+
+void TestDiff::tellsWhatItHasNotListed()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, "one\n");
+    project.write(u"scr_bak/a.psc"_s, "one\n");
+    makeMaze(project, u"scr"_s, "one\n");
+    makeMaze(project, u"scr_bak"_s, "one\n");
+    const CliResult result = diff(project, {u"--json"_s});
+    const QByteArray finding = "it could not be listed: links lead to more than 1000 folders";
+    QCOMPARE(result.output.count(finding), 2);
+    QCOMPARE(result.exitCode, static_cast<int>(ExitCode::Refused));
 }
 
 void TestDiff::colorsWhereAsked()

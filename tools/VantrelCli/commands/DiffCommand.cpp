@@ -2,11 +2,11 @@
 #include "DiffCommand.h"
 
 #include "FindingCode.h"
+#include "ImageFileSearch.h"
 #include "LeftOverFinding.h"
 #include "Presenter.h"
 #include "ProjectPath.h"
 #include "ShownDiffs.h"
-#include "updUtils.h"
 
 #include <QFileInfo>
 #include <QSet>
@@ -18,13 +18,23 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QStringList screensBelow(const QString &projectDir, const QString &folder)
+struct Screens
 {
-    QList<QFileInfo> files;
-    updUtils::findImageFiles(projectDir + folder, files);
-    QStringList screens;
-    for (const QFileInfo &file : std::as_const(files))
-        screens.append(file.filePath().sliced(projectDir.size()));
+    QStringList paths;       ///< below the project
+    QList<Finding> findings; ///< why there may be more
+};
+
+Screens screensBelow(const QString &projectDir, const QString &folder)
+{
+    const FoundImageFiles found = searchImageFiles(projectDir + folder);
+    Screens screens;
+    for (const QFileInfo &file : found.files)
+        screens.paths.append(file.filePath().sliced(projectDir.size()));
+    for (const ListingFailure &failure : found.failures) {
+        screens.findings.append({FindingKind::FolderUnreadable, relativeTo(projectDir, failure.folder),
+                                 u"it could not be listed: %1"_s.arg(failure.reason),
+                                 u"make it readable, or take the links away that lead to it"_s});
+    }
     return screens;
 }
 
@@ -40,14 +50,16 @@ QString outOfBackup(QString backup)
 }
 
 /// The screens in their order, then those that only the backup holds.
-QStringList screensToCompare(const QString &projectDir)
+Screens screensToCompare(const QString &projectDir)
 {
-    QStringList screens = screensBelow(projectDir, u"/scr"_s);
-    const QSet<QString> present(screens.cbegin(), screens.cend());
-    for (const QString &backup : screensBelow(projectDir, u"/scr_bak"_s)) {
+    Screens screens = screensBelow(projectDir, u"/scr"_s);
+    const QSet<QString> present(screens.paths.cbegin(), screens.paths.cend());
+    const Screens backups = screensBelow(projectDir, u"/scr_bak"_s);
+    for (const QString &backup : backups.paths) {
         if (const QString screen = outOfBackup(backup); !present.contains(screen))
-            screens.append(screen);
+            screens.paths.append(screen);
     }
+    screens.findings += backups.findings;
     return screens;
 }
 
@@ -79,9 +91,9 @@ bool areComparable(const QList<Finding> &findings)
 }
 
 /// Compares and shows them; returns how many there were.
-int compareScreens(const QString &projectDir, ScreenDiffs &diffs, Presenter &presenter)
+int compareScreens(const QString &projectDir, const QStringList &screens, ScreenDiffs &diffs,
+                   Presenter &presenter)
 {
-    const QStringList screens = screensToCompare(projectDir);
     const auto count = static_cast<int>(screens.size());
     for (int index = 0; index < count; ++index) {
         const QString &screen = screens.at(index);
@@ -103,8 +115,11 @@ ExitCode runDiff(const QString &projectDir, Presenter &presenter)
     for (const Finding &finding : std::as_const(findings))
         presenter.showFinding(finding);
 
+    const Screens screens = areComparable(findings) ? screensToCompare(projectDir) : Screens();
+    for (const Finding &finding : screens.findings)
+        presenter.showFinding(finding);
     ScreenDiffs diffs;
-    const int count = areComparable(findings) ? compareScreens(projectDir, diffs, presenter) : 0;
+    const int count = compareScreens(projectDir, screens.paths, diffs, presenter);
     presenter.showProgress(count, count);
     // One that has begun meanwhile has moved what was compared.
     if (findings.isEmpty()) {
@@ -116,7 +131,7 @@ ExitCode runDiff(const QString &projectDir, Presenter &presenter)
     CommandEnd end;
     end.command = "diff"_L1;
     end.projectDir = projectDir;
-    end.exitCode = exitCodeOf(findings);
+    end.exitCode = exitCodeOf(findings + screens.findings);
     if (diffs.changedFiles() > 0)
         end.exitCode = weightier(end.exitCode, ExitCode::Different);
     if (diffs.unreadableFiles() > 0)
