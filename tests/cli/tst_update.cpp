@@ -117,6 +117,7 @@ private Q_SLOTS:
     void reportsErrorsAndGoesOn();
     void writesTheChangeLogOfTheRun();
     void needsNoLogFolder();
+    void writesNoChangeLogThroughALinkedFolder();
     void keepsTheScreensOfOneRunAsBackup();
 
     void refusesWhatARunWouldLose_data();
@@ -251,6 +252,22 @@ void TestUpdate::needsNoLogFolder()
              "log: hint: there is no such folder, so that a run writes no change log; make it\n");
     COMPARE_EXIT_CODE(result, Done);
     QVERIFY(!project.exists(u"log"_s));
+}
+
+void TestUpdate::writesNoChangeLogThroughALinkedFolder()
+{
+    const TestProject project;
+    SmallPlant::makeIn(project);
+    project.remove(u"log"_s);
+    project.makeFolder(u"elsewhere"_s);
+    project.link(u"elsewhere"_s, u"log"_s);
+
+    const CliResult result = update(project);
+    QCOMPARE(withPlaceholders(result.output, project.dir()), smallPlantReport(noChangeLog));
+    QCOMPARE(result.errorOutput,
+             "log: hint: it is a link, so that a run writes no change log; make a folder in its place\n");
+    COMPARE_EXIT_CODE(result, Done);
+    QCOMPARE(project.files(u"elsewhere"_s), QStringList());
 }
 
 void TestUpdate::keepsTheScreensOfOneRunAsBackup()

@@ -28,6 +28,7 @@ import faults
 import intruders
 import kills
 import links
+import logs
 import names
 import permissions
 import races
@@ -61,6 +62,7 @@ ROWS = {
     "limited-files": Row(disks.limited_files, sample=6, whole=100),
     "missing-permissions": Row(permissions.missing_permissions, sample=100, whole=100),
     "links": Row(links.links, sample=100, whole=100),
+    "change-logs": Row(logs.change_logs, sample=100, whole=100),
     "odd-names": Row(names.odd_names, sample=100, whole=100),
     "intruders": Row(intruders.intruders, sample=3, whole=50),
     "two-runs": Row(races.two_runs, sample=3, whole=50),

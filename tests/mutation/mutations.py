@@ -254,9 +254,12 @@ CHANGE_LOG = _table(
     ("Uminitalisation", "Uninitialisation"),
     ("if (shapeObject == imageObject)\n        shapeObject.clear();", ""),
     ("constexpr qsizetype tagLength = 4;", "constexpr qsizetype tagLength = 5;"),
-    ("if (!exists)\n", ""),
+    ("if (isNew)\n", ""),
     ("    m_rows.clear();\n", ""),
-    (" || status.st_dev != m_device || status.st_ino != m_inode", ""),
+    (" && status.st_dev == m_device && status.st_ino == m_inode", ""),
+    ("O_DIRECTORY | O_NOFOLLOW", "O_DIRECTORY"),
+    ("S_ISREG(status.st_mode) && ", ""),
+    (" && status.st_nlink == 1", ""),
 )
 
 MUTATIONS = (RECORD + GRAMMAR + CUTTER + RECTANGLES + REFERENCES + PLACEMENT + FILE_IO + FILE_WRITER + CHECK +

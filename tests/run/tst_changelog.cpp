@@ -7,6 +7,12 @@
 
 #include <QtTest>
 
+#include <array>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -22,6 +28,23 @@ Converter::STBlock replacedBlock()
     block.shapeObject = u"OBJ:new"_s;
     block.initText = u"p101"_s;
     return block;
+}
+
+/// Puts something else where a project's log "log/run.csv" would lie.
+void setUpInPlaceOfALog(const TestProject &project, const QString &what)
+{
+    const QByteArray path = QFile::encodeName(project.path(u"log/run.csv"_s));
+    constexpr mode_t ownersOnly = 0600;
+    if (what == "link to a file"_L1)
+        project.link(u"../notes.txt"_s, u"log/run.csv"_s);
+    else if (what == "link to nothing"_L1)
+        project.link(u"../new.txt"_s, u"log/run.csv"_s);
+    else if (what == "second name of a file"_L1)
+        QCOMPARE(::link(QFile::encodeName(project.path(u"notes.txt"_s)).constData(), path.constData()), 0);
+    else if (what == "folder"_L1)
+        project.makeFolder(u"log/run.csv"_s);
+    else
+        QCOMPARE(::mknod(path.constData(), (what == "pipe"_L1 ? S_IFIFO : S_IFSOCK) | ownersOnly, 0), 0);
 }
 } // namespace
 
@@ -43,6 +66,12 @@ private Q_SLOTS:
     void writesLatin1();
     void passesOverALogThatCannotBeOpened_data();
     void passesOverALogThatCannotBeOpened();
+    void writesOnlyIntoAFileOfItsOwn_data();
+    void writesOnlyIntoAFileOfItsOwn();
+    void writesNothingIntoAPipeThatIsRead();
+    void writesNothingIntoALinkedFolder();
+    void leavesALogThatALinkHasReplaced();
+    void tellsWhetherALogLiesThere();
     void startsWithAFreshRecord();
     void clearsARecordToOtherValues();
     void copiesRecordsByValue();
@@ -213,6 +242,92 @@ void TestChangeLog::passesOverALogThatCannotBeOpened()
     QCOMPARE(project.files(u""_s), QStringList());
     QVERIFY(!project.exists(u"log"_s));
     QCOMPARE(log.entries, QStringList());
+}
+
+void TestChangeLog::writesOnlyIntoAFileOfItsOwn_data()
+{
+    QTest::addColumn<QString>("setUp");
+    for (const char *const name :
+         {"link to a file", "link to nothing", "second name of a file", "pipe", "folder", "socket"})
+        QTest::newRow(name) << QString::fromLatin1(name);
+}
+
+void TestChangeLog::writesOnlyIntoAFileOfItsOwn()
+{
+    QFETCH(const QString, setUp);
+    const TestProject project;
+    project.write(u"notes.txt"_s, "notes\n");
+    project.makeFolder(u"log"_s);
+    setUpInPlaceOfALog(project, setUp);
+    const QStringList before = project.files(u""_s);
+
+    const LogRecorder log;
+    const QString path = project.path(u"log/run.csv"_s);
+    writeChangeLog(replacedBlock(), path);
+    QCOMPARE(project.files(u""_s), before);
+    QCOMPARE(project.read(u"notes.txt"_s), "notes\n"_ba);
+    QVERIFY(!isChangeLog(path));
+    QCOMPARE(log.entries, QStringList());
+}
+
+void TestChangeLog::writesNothingIntoAPipeThatIsRead()
+{
+    const TestProject project;
+    const QByteArray path = QFile::encodeName(project.path(u"run.csv"_s));
+    constexpr mode_t ownersOnly = 0600;
+    QCOMPARE(::mkfifo(path.constData(), ownersOnly), 0);
+    const int reader = ::open(path.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    QVERIFY(reader >= 0);
+    writeChangeLog(replacedBlock(), project.path(u"run.csv"_s));
+    std::array<char, 8> read{};
+    QCOMPARE(::read(reader, read.data(), read.size()), ssize_t{0});
+    ::close(reader);
+}
+
+void TestChangeLog::writesNothingIntoALinkedFolder()
+{
+    const TestProject project;
+    project.makeFolder(u"elsewhere"_s);
+    project.link(u"elsewhere"_s, u"log"_s);
+    for (const QString &name : {u"log/run.csv"_s, u"log//run.csv"_s}) {
+        writeChangeLog(replacedBlock(), project.path(name));
+        QVERIFY(!isChangeLog(project.path(name)));
+    }
+    QCOMPARE(project.files(u"elsewhere"_s), QStringList());
+
+    // How the project itself is reached is the user's matter.
+    project.link(u"."_s, u"linked"_s);
+    project.remove(u"log"_s);
+    project.makeFolder(u"log"_s);
+    writeChangeLog(replacedBlock(), project.path(u"linked/log/run.csv"_s));
+    QVERIFY(project.exists(u"log/run.csv"_s));
+}
+
+void TestChangeLog::leavesALogThatALinkHasReplaced()
+{
+    const TestProject project;
+    const QString path = project.path(u"run.csv"_s);
+    project.write(u"notes.txt"_s, "notes\n");
+    ChangeLog log;
+    log.append(replacedBlock(), path);
+    QVERIFY(QFile::rename(path, project.path(u"kept.csv"_s)));
+    project.link(u"notes.txt"_s, u"run.csv"_s);
+    const QByteArray kept = project.read(u"kept.csv"_s);
+    log.append(replacedBlock(), path);
+    QCOMPARE(project.read(u"notes.txt"_s), "notes\n"_ba);
+    QCOMPARE(project.read(u"kept.csv"_s), kept);
+}
+
+void TestChangeLog::tellsWhetherALogLiesThere()
+{
+    const TestProject project;
+    const QString path = project.path(u"log/run.csv"_s);
+    QVERIFY(!isChangeLog(path)); // not even a folder for it
+    project.makeFolder(u"log"_s);
+    QVERIFY(!isChangeLog(path));
+    writeChangeLog(replacedBlock(), path);
+    QVERIFY(isChangeLog(path));
+    QVERIFY(!isChangeLog(QString()));
 }
 
 void TestChangeLog::startsWithAFreshRecord()

@@ -210,7 +210,10 @@ void Surveyor::lookAtPath()
 void Surveyor::lookAtLogFolder()
 {
     const QFileInfo logFolder(m_projectDir + "/log"_L1);
-    if (!logFolder.isDir()) {
+    if (logFolder.isSymLink()) {
+        note(FindingKind::LogFolderMissing, logFolder.filePath(),
+             u"it is a link, so that a run writes no change log"_s, u"make a folder in its place"_s);
+    } else if (!logFolder.isDir()) {
         note(FindingKind::LogFolderMissing, logFolder.filePath(),
              u"there is no such folder, so that a run writes no change log"_s, u"make it"_s);
     } else if (!logFolder.isWritable()) {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -45,6 +46,33 @@ void appendRow(const STBlock &block, TextBuffer<char> &out)
     out.append('\n');
 }
 
+/// Opens the folder that a log lies in; a link to a folder is none.
+int openFolderOf(const QByteArray &path)
+{
+    const qsizetype slash = path.lastIndexOf('/');
+    QByteArray folder = slash < 0 ? "."_ba : path.first(slash + 1);
+    // With a slash behind it, a link would be followed.
+    while (folder.size() > 1 && folder.endsWith('/'))
+        folder.chop(1);
+    return ::open(folder.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+}
+
+QByteArray nameIn(const QByteArray &path)
+{
+    return path.sliced(path.lastIndexOf('/') + 1);
+}
+
+bool takesRows(const struct stat &status)
+{
+    return S_ISREG(status.st_mode) && status.st_nlink == 1;
+}
+
+bool takesRows(int folder, const QByteArray &name)
+{
+    struct stat status = {};
+    return fstatat(folder, name.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0 && takesRows(status);
+}
+
 } // namespace
 
 ChangeLog::~ChangeLog()
@@ -71,14 +99,16 @@ void ChangeLog::write(const QString &path)
         close();
         m_path = encoded;
     }
-    struct stat status = {};
-    const bool exists = ::stat(m_path.constData(), &status) == 0;
-    if (m_descriptor < 0 || !exists || status.st_dev != m_device || status.st_ino != m_inode)
+    if (m_descriptor < 0 || !isAtItsPath())
         open();
-    if (!exists)
-        writeText(header.data(), header.size());
     writeText(m_rows.data(), m_rows.size());
     m_rows.clear();
+}
+
+bool ChangeLog::isAtItsPath() const
+{
+    struct stat status = {};
+    return lstat(m_path.constData(), &status) == 0 && status.st_dev == m_device && status.st_ino == m_inode;
 }
 
 /// Like the failure to open the log, that of writing it is passed over.
@@ -92,13 +122,28 @@ void ChangeLog::writeText(const char *text, qsizetype size) const
 void ChangeLog::open()
 {
     constexpr mode_t permissions = 0666;
+    constexpr int flags = O_WRONLY | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
     close();
-    struct stat status = {};
-    m_descriptor = ::open(m_path.constData(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, permissions);
-    if (m_descriptor < 0 || fstat(m_descriptor, &status) != 0)
+    const int folder = openFolderOf(m_path);
+    if (folder < 0)
         return;
+    const QByteArray name = nameIn(m_path);
+    m_descriptor = openat(folder, name.constData(), flags | O_CREAT | O_EXCL, permissions);
+    const bool isNew = m_descriptor >= 0;
+    // Looked at before as well: some devices act when they are opened.
+    if (!isNew && errno == EEXIST && takesRows(folder, name))
+        m_descriptor = openat(folder, name.constData(), flags);
+    ::close(folder);
+
+    struct stat status = {};
+    if (m_descriptor < 0 || fstat(m_descriptor, &status) != 0 || !takesRows(status)) {
+        close();
+        return;
+    }
     m_device = status.st_dev;
     m_inode = status.st_ino;
+    if (isNew)
+        writeText(header.data(), header.size());
 }
 
 void ChangeLog::close()
@@ -112,6 +157,17 @@ QString withoutTag(const QString &object)
 {
     constexpr qsizetype tagLength = 4;
     return object.right(object.size() - tagLength);
+}
+
+bool isChangeLog(const QString &path)
+{
+    const QByteArray encoded = QFile::encodeName(path);
+    const int folder = openFolderOf(encoded);
+    if (folder < 0)
+        return false;
+    const bool isLog = takesRows(folder, nameIn(encoded));
+    ::close(folder);
+    return isLog;
 }
 
 void writeChangeLog(const STBlock &block, const QString &path)

@@ -11,6 +11,9 @@
 
 /// Appends reports to change logs, see writeChangeLog(). Keeps the log open between reports; a log
 /// that was moved or removed meanwhile is opened anew, so that every report goes to its path.
+///
+/// The name of a log can be foreseen, so something else may lie there: nothing is written through a
+/// link, nor into what isChangeLog() does not take for a log.
 class ChangeLog final
 {
 public:
@@ -27,6 +30,7 @@ public:
     void write(const QString &path);
 
 private:
+    bool isAtItsPath() const;
     void open();
     void writeText(const char *text, qsizetype size) const;
     void close();
@@ -41,6 +45,10 @@ private:
 /// Appends a report to the change log at `path`: Latin-1, one row of seven fields separated by
 /// ';'; a new file gets its header first. A log that cannot be opened is passed over.
 void writeChangeLog(const STBlock &block, const QString &path);
+
+/// Whether a log lies at `path` that rows may be appended to: a file without a second name, in a
+/// folder that is no link. Another name could be that of any file of the user.
+bool isChangeLog(const QString &path);
 
 /// An object's name without the four characters of its tag; a shorter one is kept whole.
 QString withoutTag(const QString &object);

@@ -204,7 +204,7 @@ ExitCode UpdateCommand::changeProject()
         return endWith(signal == 0 ? ExitCode::Refused : stoppedBy(signal));
     }
     CommandEnd end = describeEnd(result, {});
-    end.changeLogPath = QFileInfo::exists(result.changeLogPath) ? result.changeLogPath : QString();
+    end.changeLogPath = isChangeLog(result.changeLogPath) ? result.changeLogPath : QString();
     if (!findLeftOverRun(m_options.projectDir).isEmpty()) {
         end.exitCode = ExitCode::FilesMissing;
         end.message =
