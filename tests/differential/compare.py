@@ -31,6 +31,8 @@ HERE = pathlib.Path(__file__).resolve().parent
 PLACES = ["plant"] * 8 + ["Plant", "bmp/plant", "a.cat/plant", "a.psc/plant", "scripts/plant"]
 
 
+WARNING = 4
+
 DECOY = "ID;1;Rect;Last\nLIB;nowhere.plb;1;Last;Obj/Last\nPSDV;10;10;29;29;2;1;15;8;1;0;1;0\n"
 
 
@@ -114,18 +116,21 @@ def as_told_by_reference(event: Event, project: pathlib.Path) -> Event:
         told["path"] = f"{project}/{event['path']}"
     if event["kind"] == "log":
         del told["time"]
-        told["level"] = {"alert": 1, "error": 3}[event["level"]]
+        told["level"] = {"alert": 1, "error": 3, "warning": WARNING}[event["level"]]
     if event["kind"] == "report":
         told |= {"rect": corners(told["rect"]), "rect2": corners(told.pop("iconRect")),
                  "rect3": corners(told.pop("position"))}
     return told
 
 
-def split(events: list[Event]) -> tuple[list[Event], list[Event]]:
-    """What is told of files and objects, and the log's entries: the program tells these at its end."""
+def split(events: list[Event]) -> tuple[list[Event], list[Event], list[Event]]:
+    """What is told of files and objects, the log's entries, which the program tells at its end, and among them the
+    warnings: they come when rows of the change log are written, whatever was logged meanwhile."""
     told = ("progress", "file", "report")
+    entries = [event for event in events if event["kind"] == "log"]
     return ([event for event in events if event["kind"] in told],
-            [event for event in events if event["kind"] == "log"])
+            [event for event in entries if event["level"] != WARNING],
+            [event for event in entries if event["level"] == WARNING])
 
 
 def differing_events(expected: list[Event], found: list[Event]) -> list[str]:

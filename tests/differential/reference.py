@@ -256,6 +256,7 @@ class Run:
     stop_before: Optional[int] = None
     events: List[Dict[str, Any]] = field(default_factory=list)
     log_file_name: str = ""
+    has_told_unfilled_row: bool = False
     failed_shape_files: List[str] = field(default_factory=list)
     shape_line_offset: int = -1
 
@@ -287,12 +288,20 @@ def emit_report(run: Run, block: Block) -> None:
         "rect2": list(block.rect2),
         "rect": list(block.rect),
     })
-    write_change_log(block, run.log_file_name)
+    is_filled = write_change_log(block, run.log_file_name)
+    if not is_filled and not run.has_told_unfilled_row:
+        run.has_told_unfilled_row = True
+        emit_log(run, 4, "A row of the change log would be too long with the "
+                 "place holders in its names filled, so they were left as "
+                 "they are. The names stand on screen " + block.image_file)
 
 
 # ---------------------------------------------------------------------------
 # Change log
 # ---------------------------------------------------------------------------
+
+# A row that is filled has fewer characters than this after every step.
+FILLED_ROW_LIMIT = 1 << 16
 
 LOG_HEADER = ("Status; Image File; Shape File; Image-Object; "
               "Replace by Shape-Object; Uminitalisation; Error")
@@ -309,12 +318,30 @@ def without_first_four(text: str) -> str:
     return text[4:]
 
 
-def write_change_log(block: Block, path: str) -> None:
+def filled_size(row: str, value: str) -> int:
+    """How long a row becomes when a value takes the place of its markers."""
+    without = len(to_latin1(arg(row, "")))
+    markers = len(to_latin1(arg(row, "x"))) - without
+    return without + markers * len(to_latin1(value))
+
+
+def filled_row(fields: List[str]) -> Optional[str]:
+    """The row, or nothing where it would become too long on the way."""
+    row = "%1;%2;%3;%4;%5;%6;%7"
+    for value in fields:
+        if filled_size(row, value) >= FILLED_ROW_LIMIT:
+            return None
+        row = arg(row, value)
+    return row
+
+
+def write_change_log(block: Block, path: str) -> bool:
+    """False where a row was written whose place markers were not filled."""
     with_header = not file_exists(path)
     try:
         log = open(fs(path), "ab")
     except (OSError, ValueError):
-        return
+        return True
     with log:
         if with_header:
             log.write(to_latin1(LOG_HEADER) + b"\n")
@@ -322,15 +349,16 @@ def write_change_log(block: Block, path: str) -> None:
         shape_object = without_first_four(block.shape_object)
         if shape_object != "" and shape_object == image_object:
             shape_object = ""
-        row = "%1;%2;%3;%4;%5;%6;%7"
-        row = arg(row, status_text(block.status))
-        row = arg(row, block.image_file)
-        row = arg(row, block.shape_file)
-        row = arg(row, image_object)
-        row = arg(row, shape_object)
-        row = arg(row, block.init_text)
-        row = arg(row, block.error)
+        fields = [status_text(block.status), block.image_file,
+                  block.shape_file, image_object, shape_object,
+                  block.init_text, block.error]
+        has_markers = any("%" in value for value in fields)
+        row = filled_row(fields) if has_markers else ";".join(fields)
+        is_filled = row is not None
+        if row is None:
+            row = ";".join(fields)
         log.write(to_latin1(row) + b"\n")
+    return is_filled
 
 
 # ---------------------------------------------------------------------------

@@ -342,6 +342,15 @@ class ChangeLog(ProjectCase):
         self.assertEqual(self.one_row(image_file="a%1", shape_file="S"),
                          "REPLACE;aS;;;;;%7")
 
+    def test_rows_that_would_be_too_long(self) -> None:
+        many = 400
+        self.assertEqual(self.one_row(init_text="%7" * many, error="e" * 100),
+                         "REPLACE;;;;;" + "e" * 100 * many + ";" + "e" * 100)
+        self.assertEqual(self.one_row(init_text="%7" * many, error="e" * many),
+                         "REPLACE;;;;;" + "%7" * many + ";" + "e" * many)
+        self.assertEqual(self.one_row(init_text="%", error="e" * (1 << 17)),
+                         "REPLACE;;;;;%;" + "e" * (1 << 17))
+
     def test_arg(self) -> None:
         self.assertEqual(ref.arg("%1 %2 %1", "x"), "x %2 x")
         self.assertEqual(ref.arg("%L2 %12 %%2", "x"), "x %12 %x")

@@ -1,4 +1,5 @@
-"""What lies where a run would write its change log. The run neither waits for it nor changes it."""
+"""What lies where a run would write its change log: the run neither waits for it nor changes it. And what names
+would make of the log: it keeps its size."""
 
 from __future__ import annotations
 
@@ -82,5 +83,32 @@ def check_place(surroundings: Surroundings, place: Place) -> None:
             raise Failure(f"told: {end}")
 
 
+# Some hundred of these in each field make gigabytes of a row, if each takes in the field that it names.
+MANY = 300
+FULL_OF_PLACE_HOLDERS = "ID;1;Rect;Frame\n" + f"LIB;{'%4' * MANY};1;{'%7' * MANY};Obj/{'%6' * MANY}\n" + \
+    "PSDV;10;10;29;29;2;1;15;8;1;0;1;0\n"
+LARGEST_LOG = 1 << 20
+
+
+def with_place_holders(root: pathlib.Path) -> None:
+    sound(root)
+    write_files(root, {f"scr/full{number}.psc": FULL_OF_PLACE_HOLDERS.encode() for number in range(3)})
+
+
+def check_place_holders(surroundings: Surroundings) -> None:
+    with site(surroundings, with_place_holders) as found:
+        outcome = found.program.run([*found.update_all(), "--force"])
+        require_no_crash(outcome)
+        (log,) = (found.project / "log").iterdir()
+        if (size := log.stat().st_size) > LARGEST_LOG:
+            raise Failure(f"a change log of {size} bytes")
+        rows = log.read_bytes().count(b"\n") - 1
+        if rows != len(outcome.of_kind("report")):
+            raise Failure(f"{rows} rows, but {len(outcome.of_kind('report'))} reports")
+        if (warnings := sum("too long" in message for message in outcome.messages())) != 1:
+            raise Failure(f"{warnings} warnings: {outcome.messages()}")
+
+
 def change_logs(surroundings: Surroundings) -> list[Case]:
-    return [Case(place.name, functools.partial(check_place, surroundings, place)) for place in PLACES]
+    return [Case(place.name, functools.partial(check_place, surroundings, place)) for place in PLACES] + \
+        [Case("names full of place holders", functools.partial(check_place_holders, surroundings))]

@@ -31,6 +31,7 @@ void TestEngineLog::namesItsPlaces_data()
     QTest::newRow("lock") << LogPlace::Lock << 1710;
     QTest::newRow("left over") << LogPlace::LeftOver << 1715;
     QTest::newRow("files") << LogPlace::Files << 1720;
+    QTest::newRow("change log") << LogPlace::ChangeLog << 1740;
 }
 
 void TestEngineLog::namesItsPlaces()

@@ -82,7 +82,8 @@ QString nameColumn(const QString &object)
     return object.size() < 4 ? object : object.mid(4);
 }
 
-/// The row of a report: a text that asks for a substitution takes in one of those behind it.
+/// The row of a report: a text that asks for a substitution takes in one of those behind it, unless
+/// the row would become too long.
 QByteArray expectedRow(const Converter::STBlock &report)
 {
     const QString object = nameColumn(report.imageObject);
@@ -90,9 +91,14 @@ QByteArray expectedRow(const Converter::STBlock &report)
         nameColumn(report.shapeObject) == object ? QString() : nameColumn(report.shapeObject);
     const QStringList columns{statusText(report.status), report.imageFile, report.shapeFile, object, shape,
                               report.initText,           report.error};
+    constexpr qsizetype limit = 1 << 16;
     QString row = u"%1;%2;%3;%4;%5;%6;%7"_s;
-    for (const QString &column : columns)
+    for (const QString &column : columns) {
+        const qsizetype placeHolders = row.arg(u"x"_s).size() - row.arg(QString()).size();
+        if (row.arg(QString()).size() + placeHolders * column.size() >= limit)
+            return columns.join(u';').toLatin1() + '\n';
         row = row.arg(column);
+    }
     return row.toLatin1() + '\n';
 }
 

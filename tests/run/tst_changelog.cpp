@@ -63,6 +63,11 @@ private Q_SLOTS:
     void writesRows_data();
     void writesRows();
     void fillsPlaceHoldersOneAfterTheOther();
+    void fillsPlaceHoldersOfRowsBelowALimit_data();
+    void fillsPlaceHoldersOfRowsBelowALimit();
+    void keepsWhatOnlyLooksLikePlaceHolders();
+    void staysSmallWhateverARowWouldBecome();
+    void tellsOfUnfilledRowsOnceForEachLog();
     void writesLatin1();
     void passesOverALogThatCannotBeOpened_data();
     void passesOverALogThatCannotBeOpened();
@@ -210,6 +215,96 @@ void TestChangeLog::fillsPlaceHoldersOneAfterTheOther()
     writeChangeLog(block, project.path(u"run.csv"_s));
     QCOMPARE(project.read(u"run.csv"_s),
              header + QByteArray("REPLACE;/p/pump.plb/a.psc;pump.plb;old;new;p101;\n"));
+}
+
+void TestChangeLog::fillsPlaceHoldersOfRowsBelowALimit_data()
+{
+    QTest::addColumn<int>("placeHolders");
+    QTest::addColumn<int>("errorSize");
+    QTest::addColumn<bool>("isFilled");
+
+    // Beside the error and the screen, which takes it in, stand "ERROR;" and five separators.
+    constexpr int limit = 1 << 16;
+    constexpr int around = 11;
+    QTest::newRow("one less") << 1 << (limit - 1 - around) / 2 << true;
+    QTest::newRow("beyond the limit") << 1 << (limit + 1 - around) / 2 << false;
+    QTest::newRow("many place holders") << 400 << 400 << false;
+    QTest::newRow("a long field without many") << 1 << limit << false;
+}
+
+void TestChangeLog::fillsPlaceHoldersOfRowsBelowALimit()
+{
+    QFETCH(const int, placeHolders);
+    QFETCH(const int, errorSize);
+    QFETCH(const bool, isFilled);
+
+    const TestProject project;
+    Converter::STBlock block;
+    block.status = ReportStatus::Error;
+    block.imageFile = u"%7"_s.repeated(placeHolders);
+    block.error = QString(errorSize, u'e');
+    const LogRecorder log;
+    writeChangeLog(block, project.path(u"run.csv"_s));
+    const QByteArray error = block.error.toLatin1();
+    const QByteArray screen = isFilled ? error.repeated(placeHolders) : block.imageFile.toLatin1();
+    QCOMPARE(project.read(u"run.csv"_s), QByteArray(header) + "ERROR;" + screen + ";;;;;" + error + '\n');
+    QCOMPARE(log.entries.size(), isFilled ? 0 : 1);
+}
+
+void TestChangeLog::keepsWhatOnlyLooksLikePlaceHolders()
+{
+    const TestProject project;
+    Converter::STBlock block = replacedBlock();
+    block.initText = u"50 %, %L, %x, %"_s;
+    const LogRecorder log;
+    writeChangeLog(block, project.path(u"run.csv"_s));
+    QCOMPARE(project.read(u"run.csv"_s),
+             header + QByteArray("REPLACE;/p/scr/a.psc;pump.plb;old;new;50 %, %L, %x, %;\n"));
+    QCOMPARE(log.entries, QStringList());
+}
+
+void TestChangeLog::staysSmallWhateverARowWouldBecome()
+{
+    const TestProject project;
+    Converter::STBlock block;
+    // Filled, each of them multiplies the one behind it: some 10 to the 14th characters.
+    constexpr int many = 2000;
+    block.shapeFile = u"%4"_s.repeated(many);
+    block.imageObject = u"OBJ:"_s + u"%5"_s.repeated(many);
+    block.shapeObject = u"OBJ:"_s + u"%6"_s.repeated(many);
+    block.initText = u"%7"_s.repeated(many);
+    block.error = QString(many, u'e');
+    writeChangeLog(block, project.path(u"run.csv"_s));
+    QCOMPARE(project.read(u"run.csv"_s),
+             header + QByteArray("REPLACE;;") + QByteArray("%4").repeated(many) + ';' +
+                 QByteArray("%5").repeated(many) + ';' + QByteArray("%6").repeated(many) + ';' +
+                 QByteArray("%7").repeated(many) + ';' + QByteArray(many, 'e') + '\n');
+}
+
+void TestChangeLog::tellsOfUnfilledRowsOnceForEachLog()
+{
+    const TestProject project;
+    Converter::STBlock block;
+    constexpr int many = 400;
+    block.imageFile = u"/p/scr/a.psc"_s;
+    block.initText = u"%7"_s.repeated(many);
+    block.error = QString(many, u'e');
+    Converter::STBlock next = block;
+    next.imageFile = u"/p/scr/b.psc"_s;
+
+    const QString warning =
+        u"warning: A row of the change log would be too long with the place holders in its names filled, "
+        "so they were left as they are. The names stand on screen /p/scr/a.psc"_s;
+    const LogRecorder recorder;
+    ChangeLog log;
+    log.append(block, project.path(u"run.csv"_s));
+    log.append(next, project.path(u"run.csv"_s));
+    log.append(block, project.path(u"run.csv"_s));
+    QCOMPARE(recorder.entries, QStringList{warning});
+    log.append(block, project.path(u"next.csv"_s));
+    QCOMPARE(recorder.entries, QStringList({warning, warning}));
+    log.append(block, project.path(u"nowhere/run.csv"_s));
+    QCOMPARE(recorder.entries.size(), 2); // nothing was written
 }
 
 void TestChangeLog::writesLatin1()

@@ -15,6 +15,7 @@ enum class LogPlace : int {
     LeftOver = 1715,  ///< a project in which a run was interrupted
     Files = 1720,     ///< what the file system refuses
     History = 1730,   ///< what displaced files are kept in
+    ChangeLog = 1740, ///< rows that are not as they should be
 };
 
 /// Logs what somebody has to put right by hand.

@@ -1,11 +1,15 @@
 // The change log of a run.
 #include "ChangeLog.h"
 
+#include "EngineLog.h"
+
 #include <QFile>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <optional>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -19,31 +23,56 @@ namespace {
 constexpr QLatin1StringView header =
     "Status; Image File; Shape File; Image-Object; Replace by Shape-Object; Uminitalisation; Error\n"_L1;
 
-void appendRow(const STBlock &block, TextBuffer<char> &out)
+/// A row whose place holders are filled has fewer characters than this. With place holders in each
+/// of its fields, some hundred characters would become a row of many megabytes.
+constexpr qsizetype filledRowLimit = 1 << 16;
+
+using Fields = std::array<QString, 7>;
+
+Fields fieldsOf(const STBlock &block)
 {
     const QString imageObject = withoutTag(block.imageObject);
     QString shapeObject = withoutTag(block.shapeObject);
     if (shapeObject == imageObject)
         shapeObject.clear();
-    const std::array fields{
-        statusText(block.status), block.imageFile, block.shapeFile, imageObject, shapeObject,
-        block.initText,           block.error};
+    return {statusText(block.status), block.imageFile, block.shapeFile, imageObject, shapeObject,
+            block.initText,           block.error};
+}
 
+bool holdsPlaceHolder(const Fields &fields)
+{
+    return std::any_of(fields.begin(), fields.end(),
+                       [](const QString &field) { return field.contains(u'%'); });
+}
+
+/// How long a row becomes when a field takes the place of its next place holders.
+qsizetype filledSize(const QString &row, const QString &field)
+{
+    const qsizetype without = row.arg(QString()).size();
+    const qsizetype placeHolders = row.arg(u"x"_s).size() - without;
+    return without + placeHolders * field.size();
+}
+
+/// The row of these fields; a place holder in a field takes in one of the fields behind it. Nothing
+/// where the row would reach its limit on the way: its length is known before it is made.
+std::optional<QString> filledRow(const Fields &fields)
+{
     QString row = u"%1;%2;%3;%4;%5;%6;%7"_s;
-    if (std::any_of(fields.begin(), fields.end(),
-                    [](const QString &field) { return field.contains(u'%'); })) {
-        // A placeholder in a field takes in one of the fields behind it.
-        for (const QString &field : fields)
-            row = row.arg(field);
-        out.append(QStringView(row));
-    } else {
-        for (std::size_t index = 0; index < fields.size(); ++index) {
-            if (index > 0)
-                out.append(fieldSeparator);
-            out.append(QStringView(fields[index]));
-        }
+    for (const QString &field : fields) {
+        if (filledSize(row, field) >= filledRowLimit)
+            return std::nullopt;
+        row = row.arg(field);
     }
-    out.append('\n');
+    return row;
+}
+
+void appendAsTheyStand(const Fields &fields, TextBuffer<char> &out)
+{
+    for (std::size_t index = 0; index < fields.size(); ++index) {
+        if (index > 0)
+            out.append(fieldSeparator);
+        out.append(QStringView(fields[index]));
+    }
 }
 
 /// Opens the folder that a log lies in; a link to a folder is none.
@@ -84,11 +113,21 @@ void ChangeLog::append(const STBlock &block, const QString &path)
 {
     add(block);
     write(path);
+    tellUnfilledRow();
 }
 
 void ChangeLog::add(const STBlock &block)
 {
-    appendRow(block, m_rows);
+    const Fields fields = fieldsOf(block);
+    const bool isToBeFilled = holdsPlaceHolder(fields);
+    const std::optional<QString> row = isToBeFilled ? filledRow(fields) : std::nullopt;
+    if (row)
+        m_rows.append(QStringView(*row));
+    else
+        appendAsTheyStand(fields, m_rows);
+    m_rows.append('\n');
+    if (isToBeFilled && !row && !m_unfilledScreen)
+        m_unfilledScreen = block.imageFile;
 }
 
 void ChangeLog::write(const QString &path)
@@ -98,11 +137,22 @@ void ChangeLog::write(const QString &path)
     if (const QByteArray encoded = QFile::encodeName(path); m_path != encoded) {
         close();
         m_path = encoded;
+        m_hasToldUnfilledRow = false;
     }
     if (m_descriptor < 0 || !isAtItsPath())
         open();
     writeText(m_rows.data(), m_rows.size());
     m_rows.clear();
+}
+
+void ChangeLog::tellUnfilledRow()
+{
+    const std::optional<QString> screen = std::exchange(m_unfilledScreen, {});
+    if (!screen || m_descriptor < 0 || std::exchange(m_hasToldUnfilledRow, true))
+        return;
+    logWarning(u"A row of the change log would be too long with the place holders in its names filled, "
+               "so they were left as they are. The names stand on screen %1"_s.arg(*screen),
+               LogPlace::ChangeLog);
 }
 
 bool ChangeLog::isAtItsPath() const

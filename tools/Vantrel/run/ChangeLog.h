@@ -7,6 +7,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
+
 #include <sys/types.h>
 
 /// Appends reports to change logs, see writeChangeLog(). Keeps the log open between reports; a log
@@ -14,6 +16,9 @@
 ///
 /// The name of a log can be foreseen, so something else may lie there: nothing is written through a
 /// link, nor into what isChangeLog() does not take for a log.
+///
+/// A field that holds a place holder, "%4", takes in the field behind it that has the number. A row
+/// that would grow to 64 KiB so keeps its fields as they stand.
 class ChangeLog final
 {
 public:
@@ -28,6 +33,9 @@ public:
     void add(const STBlock &block);
     /// Appends the rows that were kept to the log at `path`.
     void write(const QString &path);
+    /// Logs, once for each log, that a row would have been too long. Apart from write(), since who
+    /// hears of it may have more rows to add.
+    void tellUnfilledRow();
 
 private:
     bool isAtItsPath() const;
@@ -39,7 +47,9 @@ private:
     int m_descriptor = -1;
     dev_t m_device = 0;
     ino_t m_inode = 0;
-    TextBuffer<char> m_rows; ///< to be written next
+    TextBuffer<char> m_rows;                 ///< to be written next
+    std::optional<QString> m_unfilledScreen; ///< of the first row that would be too long, until it is told
+    bool m_hasToldUnfilledRow = false;       ///< of the log at this path
 };
 
 /// Appends a report to the change log at `path`: Latin-1, one row of seven fields separated by

@@ -78,6 +78,8 @@ void UpdateRun::receive(std::span<const RunNews> news)
     }
     for (const RunNews &item : news)
         std::visit([this](const auto &told) { show(told); }, item);
+    // What is told while this is logged is received within it.
+    m_changeLog.tellUnfilledRow();
 }
 
 void UpdateRun::show(const RunProgress &progress)
