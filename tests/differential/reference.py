@@ -318,6 +318,13 @@ def without_first_four(text: str) -> str:
     return text[4:]
 
 
+def spelt_out(text: str) -> str:
+    """The control characters of ASCII as a program's text would spell them."""
+    short = {"\n": "\\n", "\r": "\\r", "\t": "\\t"}
+    return "".join(short.get(c, "\\x%02x" % ord(c)) if c < " " or c == "\x7f"
+                   else c for c in text)
+
+
 def filled_size(row: str, value: str) -> int:
     """How long a row becomes when a value takes the place of its markers."""
     without = len(to_latin1(arg(row, "")))
@@ -352,6 +359,7 @@ def write_change_log(block: Block, path: str) -> bool:
         fields = [status_text(block.status), block.image_file,
                   block.shape_file, image_object, shape_object,
                   block.init_text, block.error]
+        fields = [spelt_out(value) for value in fields]
         has_markers = any("%" in value for value in fields)
         row = filled_row(fields) if has_markers else ";".join(fields)
         is_filled = row is not None

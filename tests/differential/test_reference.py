@@ -342,6 +342,10 @@ class ChangeLog(ProjectCase):
         self.assertEqual(self.one_row(image_file="a%1", shape_file="S"),
                          "REPLACE;aS;;;;;%7")
 
+    def test_control_characters(self) -> None:
+        self.assertEqual(self.one_row(init_text="a\r\tb\n\x00\x1f\x7f\x80"),
+                         "REPLACE;;;;;a\\r\\tb\\n\\x00\\x1f\\x7f\x80;")
+
     def test_rows_that_would_be_too_long(self) -> None:
         many = 400
         self.assertEqual(self.one_row(init_text="%7" * many, error="e" * 100),

@@ -1,5 +1,6 @@
 // Any texts in a report: written to the change log, as JSON, and as text for people.
 #include "ChangeLog.h"
+#include "EscapedText.h"
 #include "Expect.h"
 #include "JsonPresenter.h"
 #include "TestProject.h"
@@ -89,8 +90,10 @@ QByteArray expectedRow(const Converter::STBlock &report)
     const QString object = nameColumn(report.imageObject);
     const QString shape =
         nameColumn(report.shapeObject) == object ? QString() : nameColumn(report.shapeObject);
-    const QStringList columns{statusText(report.status), report.imageFile, report.shapeFile, object, shape,
-                              report.initText,           report.error};
+    QStringList columns{statusText(report.status), report.imageFile, report.shapeFile, object, shape,
+                        report.initText,           report.error};
+    for (QString &column : columns)
+        column = withAsciiControlsEscaped(column);
     constexpr qsizetype limit = 1 << 16;
     QString row = u"%1;%2;%3;%4;%5;%6;%7"_s;
     for (const QString &column : columns) {
@@ -112,6 +115,8 @@ void expectChangeLog(const Converter::STBlock &report)
     const QByteArray row = once.mid(once.indexOf('\n') + 1);
     expect(once.startsWith("Status; Image File; ") && row.endsWith('\n'), "a log has its header and a row");
 
+    expect(std::none_of(row.begin(), row.end() - 1, [](char byte) { return byte >= 0 && byte < ' '; }),
+           "no text begins a row");
     expect(row == expectedRow(report), "a row is its seven columns in Latin-1");
 
     writeChangeLog(report, path);

@@ -255,6 +255,7 @@ CHANGE_LOG = _table(
     ("if (shapeObject == imageObject)\n        shapeObject.clear();", ""),
     ("constexpr qsizetype tagLength = 4;", "constexpr qsizetype tagLength = 5;"),
     ("if (isNew)\n", ""),
+    ("    std::transform(fields.begin(), fields.end(), fields.begin(), withAsciiControlsEscaped);\n", ""),
     ("    m_rows.clear();\n", ""),
     (" && status.st_dev == m_device && status.st_ino == m_inode", ""),
     ("if (filledSize(row, field) >= filledRowLimit)", "if (row.size() >= filledRowLimit)"),

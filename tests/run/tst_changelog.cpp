@@ -188,7 +188,13 @@ void TestChangeLog::writesRows_data()
     QTest::newRow("short and equal") << u"ab"_s << u"ab"_s << u"ab;"_s;
     QTest::newRow("no shape object") << u"OBJ:old"_s << u""_s << u"old;"_s;
     QTest::newRow("neither") << u""_s << u""_s << u";"_s;
-    QTest::newRow("nothing is escaped") << u"OBJ:a;\"b"_s << u"OBJ:c\nd"_s << u"a;\"b;c\nd"_s;
+    QTest::newRow("nothing is quoted") << u"OBJ:a;\"b"_s << u"OBJ:=c'\\d"_s << u"a;\"b;=c'\\d"_s;
+    QTest::newRow("control characters are spelt out")
+        << u"OBJ:a\nERROR;\rb"_s << u"OBJ:\t\u0000\u001b[2J\u007f"_s
+        << uR"(a\nERROR;\rb;\t\x00\x1b[2J\x7f)"_s;
+    QTest::newRow("line ends take no place of a tag") << u"\n\n\n\nold"_s << u"OBJ:\n"_s << uR"(old;\n)"_s;
+    QTest::newRow("bytes of other encodings")
+        << u"OBJ:\u00c3\u009f"_s << u"OBJ:\u0096"_s << u"\u00c3\u009f;\u0096"_s;
 }
 
 void TestChangeLog::writesRows()

@@ -131,8 +131,8 @@ private Q_SLOTS:
     void init();
 
     void separatesCellsByTabs();
-    void quotesWhatCommasWouldSplit_data();
-    void quotesWhatCommasWouldSplit();
+    void writesCellsThatStayTexts_data();
+    void writesCellsThatStayTexts();
     void keepsRowsOfOneEmptyCell();
     void takesWhatIsShownInTheOrderOfTheHeader();
 
@@ -188,19 +188,28 @@ void TestTables::separatesCellsByTabs()
     QCOMPARE(tabSeparated({}), QString());
 }
 
-void TestTables::quotesWhatCommasWouldSplit_data()
+void TestTables::writesCellsThatStayTexts_data()
 {
     QTest::addColumn<QString>("cell");
     QTest::addColumn<QString>("written");
-    QTest::newRow("plain") << u"a b;c\td"_s << u"a b;c\td"_s;
+    QTest::newRow("plain") << u"a b;c=d'"_s << u"a b;c=d'"_s;
     QTest::newRow("empty") << QString() << QString();
     QTest::newRow("comma") << u"1, 2"_s << u"\"1, 2\""_s;
     QTest::newRow("quotation mark") << u"a\"b"_s << u"\"a\"\"b\""_s;
-    QTest::newRow("line break") << u"a\nb"_s << u"\"a\nb\""_s;
-    QTest::newRow("carriage return") << u"a\rb"_s << u"\"a\rb\""_s;
+    QTest::newRow("line break") << u"a\nb"_s << uR"(a\nb)"_s;
+    QTest::newRow("carriage return") << u"a\rb"_s << uR"(a\rb)"_s;
+    QTest::newRow("tab") << u"a\tb"_s << uR"(a\tb)"_s;
+    QTest::newRow("other control characters") << u"a\u001b\u009b,"_s << uR"("a\x1b\x9b,")"_s;
+    QTest::newRow("formula") << u"=1+1"_s << u"'=1+1"_s;
+    QTest::newRow("formula with quotes") << u"=a(\"b\",c)"_s << u"\"'=a(\"\"b\"\",c)\""_s;
+    QTest::newRow("plus") << u"+1"_s << u"'+1"_s;
+    QTest::newRow("minus") << u"-5, 7, 0, 0"_s << u"\"'-5, 7, 0, 0\""_s;
+    QTest::newRow("at") << u"@a"_s << u"'@a"_s;
+    QTest::newRow("tab first") << u"\t=a"_s << uR"('\t=a)"_s;
+    QTest::newRow("line break first") << u"\n=a"_s << uR"(\n=a)"_s;
 }
 
-void TestTables::quotesWhatCommasWouldSplit()
+void TestTables::writesCellsThatStayTexts()
 {
     QFETCH(const QString, cell);
     QFETCH(const QString, written);

@@ -2,6 +2,7 @@
 #include "ChangeLog.h"
 
 #include "EngineLog.h"
+#include "EscapedText.h"
 
 #include <QFile>
 
@@ -35,8 +36,11 @@ Fields fieldsOf(const STBlock &block)
     QString shapeObject = withoutTag(block.shapeObject);
     if (shapeObject == imageObject)
         shapeObject.clear();
-    return {statusText(block.status), block.imageFile, block.shapeFile, imageObject, shapeObject,
-            block.initText,           block.error};
+    Fields fields{statusText(block.status), block.imageFile, block.shapeFile, imageObject, shapeObject,
+                  block.initText,           block.error};
+    // A line end would begin a row that no report stands behind.
+    std::transform(fields.begin(), fields.end(), fields.begin(), withAsciiControlsEscaped);
+    return fields;
 }
 
 bool holdsPlaceHolder(const Fields &fields)

@@ -17,6 +17,7 @@
 /// The name of a log can be foreseen, so something else may lie there: nothing is written through a
 /// link, nor into what isChangeLog() does not take for a log.
 ///
+/// Control characters in a field are spelt out, so that no name forges a row.
 /// A field that holds a place holder, "%4", takes in the field behind it that has the number. A row
 /// that would grow to 64 KiB so keeps its fields as they stand.
 class ChangeLog final

@@ -4,6 +4,7 @@
 #include "CheckCommand.h"
 #include "CommandTable.h"
 #include "DiffCommand.h"
+#include "EscapedText.h"
 #include "Help.h"
 #include "HistoryCommand.h"
 #include "Interruption.h"

@@ -42,7 +42,3 @@ private:
     int m_error = 0;
     bool m_showsColors = false;
 };
-
-/// Text with its control characters, and those that turn its direction, spelt out, so that a name can neither
-/// break a line nor reach the terminal's controls:  "a<newline>b"  ->  "a\nb"
-QString escaped(QStringView text);

@@ -1,6 +1,8 @@
 // The progress of a run at a terminal.
 #include "ProgressLine.h"
 
+#include "EscapedText.h"
+
 #include <algorithm>
 
 #include <sys/ioctl.h>

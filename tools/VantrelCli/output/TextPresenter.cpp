@@ -1,6 +1,7 @@
 // What commands tell, as text for people.
 #include "TextPresenter.h"
 
+#include "EscapedText.h"
 #include "ProjectPath.h"
 
 #include <algorithm>

@@ -1,6 +1,8 @@
 // Rows of text in aligned columns.
 #include "TextTable.h"
 
+#include "EscapedText.h"
+
 #include <algorithm>
 #include <cstring>
 

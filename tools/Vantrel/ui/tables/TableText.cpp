@@ -1,6 +1,8 @@
 // A table as text for other programs.
 #include "TableText.h"
 
+#include "EscapedText.h"
+
 #include <QHeaderView>
 #include <QTableWidget>
 
@@ -22,14 +24,23 @@ QString withoutSeparators(QString cell)
     return cell;
 }
 
+/// Spreadsheets take a cell that begins so for a formula.
+bool beginsAsFormula(QStringView cell)
+{
+    constexpr QStringView beginnings = u"=+-@\t";
+    return !cell.isEmpty() && beginnings.contains(cell.front());
+}
+
 QString quotedIfNeeded(const QString &cell)
 {
-    const bool isPlain = std::none_of(cell.begin(), cell.end(), [](QChar character) {
-        return character == u',' || character == u'"' || character == u'\n' || character == u'\r';
-    });
-    if (isPlain)
+    if (!cell.contains(u',') && !cell.contains(u'"'))
         return cell;
     return u'"' + QString(cell).replace(u'"', "\"\""_L1) + u'"';
+}
+
+QString csvCell(const QString &cell)
+{
+    return quotedIfNeeded(beginsAsFormula(cell) ? u'\'' + escaped(cell) : escaped(cell));
 }
 
 template <typename CellText>
@@ -92,5 +103,5 @@ QString tabSeparated(const TextRows &rows)
 QString commaSeparated(const TextRows &rows)
 {
     // Readers skip a line without anything: a row would be lost.
-    return joined(rows, quotedIfNeeded, u',', "\"\""_L1, "\r\n"_L1);
+    return joined(rows, csvCell, u',', "\"\""_L1, "\r\n"_L1);
 }

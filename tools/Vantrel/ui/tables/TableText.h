@@ -21,7 +21,9 @@ TextRows allTextRows(const QTableWidget &table);
 ///     {{"a", "b"}, {"1", ""}}  ->  "a\tb\n1\t\n"
 QString tabSeparated(const TextRows &rows);
 
-/// One line a row as RFC 4180 has it: separated by commas, ended by CR LF, and a cell with a comma,
-/// a quotation mark or a line break in quotation marks; so is an empty cell that is alone in its row.
+/// One line a row as RFC 4180 has it: separated by commas, ended by CR LF, and a cell with a comma
+/// or a quotation mark in quotation marks; so is an empty cell that is alone in its row. Names come
+/// from anywhere: control characters are spelt out, and an apostrophe stands before a cell that a
+/// spreadsheet would take for a formula.
 ///     {{"a", "1, \"2\""}}  ->  "a,\"1, \"\"2\"\"\"\r\n"
 QString commaSeparated(const TextRows &rows);
