@@ -229,11 +229,11 @@ void TestChangeLog::fillsPlaceHoldersOfRowsBelowALimit_data()
     QTest::addColumn<int>("errorSize");
     QTest::addColumn<bool>("isFilled");
 
-    // Beside the error and the screen, which takes it in, stand "ERROR;" and five separators.
+    // Beside the error and the screen, which takes it in, stand "NO REPLACE;" and five separators.
     constexpr int limit = 1 << 16;
-    constexpr int around = 11;
-    QTest::newRow("one less") << 1 << (limit - 1 - around) / 2 << true;
-    QTest::newRow("beyond the limit") << 1 << (limit + 1 - around) / 2 << false;
+    constexpr int around = 16;
+    QTest::newRow("below the limit") << 1 << (limit - around) / 2 - 1 << true;
+    QTest::newRow("the limit") << 1 << (limit - around) / 2 << false;
     QTest::newRow("many place holders") << 400 << 400 << false;
     QTest::newRow("a long field without many") << 1 << limit << false;
 }
@@ -246,14 +246,15 @@ void TestChangeLog::fillsPlaceHoldersOfRowsBelowALimit()
 
     const TestProject project;
     Converter::STBlock block;
-    block.status = ReportStatus::Error;
+    block.status = ReportStatus::NotReplaced;
     block.imageFile = u"%7"_s.repeated(placeHolders);
     block.error = QString(errorSize, u'e');
     const LogRecorder log;
     writeChangeLog(block, project.path(u"run.csv"_s));
     const QByteArray error = block.error.toLatin1();
     const QByteArray screen = isFilled ? error.repeated(placeHolders) : block.imageFile.toLatin1();
-    QCOMPARE(project.read(u"run.csv"_s), QByteArray(header) + "ERROR;" + screen + ";;;;;" + error + '\n');
+    QCOMPARE(project.read(u"run.csv"_s),
+             QByteArray(header) + "NO REPLACE;" + screen + ";;;;;" + error + '\n');
     QCOMPARE(log.entries.size(), isFilled ? 0 : 1);
 }
 
