@@ -4,6 +4,7 @@
 #include "TestSuite.h"
 
 #include <QJsonDocument>
+#include <QRegularExpression>
 #include <QStringDecoder>
 #include <QtTest>
 
@@ -14,8 +15,11 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Escape sequences, a line end, a bell, the highest ASCII character and one above it that
-/// terminals take for an escape sequence.
-const QString nastyText = u"a\u001b[31m\nb\u0007\u007f\u009b2Jc"_s;
+/// terminals take for an escape sequence; marks and turns of direction, blanks without a width, a
+/// byte order mark, and tags.
+const QString nastyText =
+    u"a\u001b[31m\nb\u0007\u007f\u009b2Jc\u061c\u200b\u200f\u2028\u202a\u202e\u2060\u206f\ufeff"
+    "\U000e0000\U000e007f"_s;
 
 /// The same as it stands in a screen; a line end would end the line.
 const QByteArray nastyBytes = "a\x1b[31m\rb\x07\x7f\x9b"
@@ -49,9 +53,10 @@ bool isPlainText(const QByteArray &bytes)
 {
     bool isValid = false;
     const QString text = decoded(bytes, isValid);
-    return isValid && std::none_of(text.begin(), text.end(), [](QChar character) {
-               return character.category() == QChar::Other_Control && character != u'\n';
-           });
+    static const QRegularExpression unseen(
+        u"[\\x00-\\x09\\x0b-\\x1f\\x7f-\\x9f\\x{61c}\\x{200b}-\\x{200f}\\x{2028}-\\x{202e}"
+        "\\x{2060}-\\x{206f}\\x{feff}\\x{e0000}-\\x{e007f}]"_s);
+    return isValid && !unseen.match(text).hasMatch();
 }
 
 bool isJsonObject(const QByteArray &line)
@@ -72,6 +77,9 @@ private Q_SLOTS:
     void printsNoControlCharacters();
     void printsJsonInValidUtf8_data();
     void printsJsonInValidUtf8();
+    void keepsTheMeaningOfJson();
+    void printsNoControlCharactersOfItsArguments_data();
+    void printsNoControlCharactersOfItsArguments();
 };
 
 void TestPrinted::printsNoControlCharacters_data()
@@ -114,6 +122,42 @@ void TestPrinted::printsJsonInValidUtf8()
     QVERIFY2(result.output.contains("[31m"), "the names were not printed at all");
     for (const QByteArray &line : lines)
         QVERIFY2(isJsonObject(line), line.toPercentEncoding(" ").constData());
+    QVERIFY2(isPlainText(result.output), result.output.toPercentEncoding(" \n;").constData());
+}
+
+void TestPrinted::keepsTheMeaningOfJson()
+{
+    const TestProject project;
+    project.write(u"scr/other"_s + nastyText, {});
+    const CliResult result = CliRun().execute({u"check"_s, u"--json"_s, u"--project"_s, project.dir()});
+    const QByteArrayList lines = result.output.split('\n');
+    QVERIFY2(std::any_of(lines.cbegin(), lines.cend(),
+                         [](const QByteArray &line) {
+                             const QJsonValue path = QJsonDocument::fromJson(line)["path"_L1];
+                             return path.toString() == u"scr/other"_s + nastyText;
+                         }),
+             result.output.constData());
+}
+
+void TestPrinted::printsNoControlCharactersOfItsArguments_data()
+{
+    QTest::addColumn<QStringList>("words");
+    QTest::newRow("command") << QStringList{nastyText};
+    QTest::newRow("option") << QStringList{u"--"_s + nastyText};
+    QTest::newRow("option of a command") << QStringList{u"check"_s, u"--"_s + nastyText};
+    QTest::newRow("project") << QStringList{u"check"_s, u"--json"_s, u"--project"_s, nastyText};
+    QTest::newRow("list of shapes") << QStringList{u"update"_s, u"--project"_s, u"/tmp"_s, u"--shapes-from"_s,
+                                                   nastyText};
+    QTest::newRow("colour") << QStringList{u"check"_s, u"--color"_s, nastyText};
+}
+
+void TestPrinted::printsNoControlCharactersOfItsArguments()
+{
+    QFETCH(const QStringList, words);
+    const CliResult result = CliRun().execute(words);
+    const QByteArray printed = result.output + result.errorOutput;
+    QVERIFY2(printed.contains("[31m"), "the argument was not printed at all");
+    QVERIFY2(isPlainText(printed), printed.toPercentEncoding(" \n;").constData());
 }
 
 VANTREL_TEST(QCoreApplication, TestPrinted)

@@ -86,6 +86,9 @@ void TestProgram::answersWithoutADisplay_data()
     QTest::newRow("unknown option") << u"--odd"_s << 2 << QByteArray()
                                     << QByteArray(
                                            "vantrel: unknown option \"--odd\"; see \"vantrel --help\"\n");
+    QTest::newRow("option that is no text")
+        << u"--a\u001b[31m\u202e"_s << 2 << QByteArray()
+        << QByteArray("vantrel: unknown option \"--a\\x1b[31m\\u202e\"; see \"vantrel --help\"\n");
     QTest::newRow("missing project") << u"/no/such"_s << 2 << QByteArray()
                                      << QByteArray("vantrel: there is no project \"/no/such\"; "
                                                    "see \"vantrel --help\"\n");

@@ -1,6 +1,7 @@
 // The command line of the program.
 #include "CommandLine.h"
 
+#include "EscapedText.h"
 #include "ProjectFolder.h"
 
 #include <QFile>
@@ -64,7 +65,7 @@ CommandLine printed(const QString &text)
 
 CommandLine refused(const QString &reason)
 {
-    return {CommandLine::RefuseAndEnd, u"vantrel: %1; see \"vantrel --help\"\n"_s.arg(reason), {}};
+    return {CommandLine::RefuseAndEnd, u"vantrel: %1; see \"vantrel --help\"\n"_s.arg(escaped(reason)), {}};
 }
 
 /// How many arguments from `index` on are an option of Qt, with its value; 0 if it is none.

@@ -1,6 +1,7 @@
 // What commands tell, as one JSON object a line.
 #include "JsonPresenter.h"
 
+#include "EscapedText.h"
 #include "ProjectPath.h"
 
 #include <QJsonArray>
@@ -56,7 +57,7 @@ void JsonPresenter::printLine(JsonKind kind, QJsonObject fields)
 {
     fields.insert("version"_L1, jsonVersion);
     fields.insert("kind"_L1, rowOf(kind).name);
-    m_output.printUtf8Line(QJsonDocument(fields).toJson(QJsonDocument::Compact));
+    m_output.printUtf8Line(escapedJson(QJsonDocument(fields).toJson(QJsonDocument::Compact)));
     m_output.flush();
 }
 

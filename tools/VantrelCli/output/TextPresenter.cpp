@@ -175,7 +175,7 @@ void TextPresenter::showObstacles(const QList<Finding> &obstacles)
 {
     for (const Finding &obstacle : obstacles) {
         m_errorOutput.printLine(
-            u"%1: %2; %3"_s.arg(escaped(obstacle.path), escaped(obstacle.text), obstacle.advice));
+            u"%1: %2; %3"_s.arg(escaped(obstacle.path), escaped(obstacle.text), escaped(obstacle.advice)));
     }
 }
 
