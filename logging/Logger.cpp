@@ -14,15 +14,21 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <condition_variable>
 #include <cstdio>
 #include <deque>
 #include <mutex>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -88,10 +94,68 @@ std::string onOneLine(QStringView text)
     return line.toStdString();
 }
 
+/// Where state lies that no home can hold: below the folder for temporary files, for this user alone.
+QString homelessFolder()
+{
+    return u"%1/vantrel-%2"_s.arg(QDir::tempPath(), QString::number(geteuid()));
+}
+
+/// The root folder is nobody's home, even where a service is told so.
+bool isHome(const QString &folder)
+{
+    return folder.startsWith(u'/') && QDir::cleanPath(folder) != "/"_L1;
+}
+
 QString stateFolder()
 {
     const QString configured = qEnvironmentVariable("XDG_STATE_HOME");
-    return configured.startsWith(u'/') ? configured : QDir::homePath() + "/.local/state"_L1;
+    if (configured.startsWith(u'/'))
+        return configured;
+    const QString home = qEnvironmentVariable("HOME");
+    return isHome(home) ? home + "/.local/state"_L1 : homelessFolder();
+}
+
+/// Makes the folder below the one for temporary files, where everybody may make one of its name. Throws
+/// where it is not this user's own.
+void takeHomelessFolder()
+{
+    constexpr mode_t forOwner = 0700;
+    constexpr mode_t forOthers = 0077;
+    const QByteArray path = QFile::encodeName(homelessFolder());
+    mkdir(path.constData(), forOwner);
+    struct stat folder = {};
+    const bool isOwn = lstat(path.constData(), &folder) == 0 && S_ISDIR(folder.st_mode) &&
+                       folder.st_uid == geteuid() && (folder.st_mode & forOthers) == 0;
+    if (!isOwn)
+        throw std::runtime_error(path.toStdString() + " is no folder of this user alone");
+}
+
+/// Throws where a log file, if there is one, is something else than a file: a pipe would be waited for, and a
+/// link may lead to what is not to be written. A missing one is well.
+void refuseWhatIsNoFile(const std::string &path)
+{
+    const int descriptor = open(path.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    const int error = descriptor < 0 ? errno : 0;
+    struct stat file = {};
+    const bool isFile = descriptor >= 0 && fstat(descriptor, &file) == 0 && S_ISREG(file.st_mode);
+    if (descriptor >= 0)
+        close(descriptor);
+    // A link; a pipe that nobody reads, or a socket.
+    const bool isElse = error == ELOOP || error == ENXIO || (error == 0 && !isFile);
+    if (isElse)
+        throw std::runtime_error(path + " is a link or no file");
+}
+
+/// Throws where what was opened is not what lies there: somebody has exchanged it meanwhile.
+void refuseWhatWasExchanged(const std::string &path, std::FILE *stream)
+{
+    struct stat opened = {};
+    struct stat lying = {};
+    const bool isSame = fstat(fileno(stream), &opened) == 0 && lstat(path.c_str(), &lying) == 0 &&
+                        S_ISREG(opened.st_mode) && opened.st_dev == lying.st_dev &&
+                        opened.st_ino == lying.st_ino;
+    if (!isSame)
+        throw std::runtime_error(path + " is a link or no file");
 }
 
 /// The rotating log file. It is opened with the first line, so that asking for its path creates nothing.
@@ -134,9 +198,15 @@ void LogFile::open()
 try {
     // The sink would write through a null stream once it failed to open the next file of a rotation.
     spdlog::file_event_handlers watch;
-    watch.after_open = [this](const auto &, std::FILE *) { m_isOpen = true; };
+    watch.before_open = [](const auto &file) { refuseWhatIsNoFile(file); };
+    watch.after_open = [this](const auto &file, std::FILE *stream) {
+        refuseWhatWasExchanged(file, stream);
+        m_isOpen = true;
+    };
     watch.after_close = [this](const auto &) { m_isOpen = false; };
 
+    if (path().startsWith(homelessFolder() + u'/'))
+        takeHomelessFolder();
     const std::string name = QFile::encodeName(path()).toStdString();
     m_writer.emplace("QelLogger", std::make_shared<spdlog::sinks::rotating_file_sink_st>(
                                       name, maxFileSize, keptOlderFiles, false, watch));
@@ -153,7 +223,8 @@ try {
 void LogFile::tellOnce(const std::string &reason)
 {
     if (!std::exchange(m_told, true))
-        std::fprintf(stderr, "The log file cannot be written: %s\n", reason.c_str());
+        std::fprintf(stderr, "The log file cannot be written: %s\n",
+                     onOneLine(QString::fromStdString(reason)).c_str());
 }
 
 /// Tells the local time as "yyyy-MM-dd hh:mm:ss.zzz".

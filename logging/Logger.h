@@ -98,7 +98,8 @@ public:
     static void setMostWaiting(std::size_t most) noexcept;
 
     /// Returns the absolute path of the log file, whether or not the file exists:
-    /// QEL/Vantrel/Vantrel.log below $XDG_STATE_HOME or else below ~/.local/state.
+    /// QEL/Vantrel/Vantrel.log below $XDG_STATE_HOME or else below ~/.local/state; without a home, below a
+    /// folder of the user's among the temporary files.
     static QString getLogFilePath() noexcept;
 
 private:

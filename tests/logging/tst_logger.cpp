@@ -25,6 +25,7 @@
 #include <vector>
 
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -389,11 +390,26 @@ constexpr ChildCase childCases[] = {
 class Child final
 {
 public:
-    Child() { environment.insert(u"XDG_STATE_HOME"_s, stateFolder()); }
+    Child()
+    {
+        environment.insert(u"XDG_STATE_HOME"_s, stateFolder());
+        environment.insert(u"HOME"_s, homeFolder());
+    }
+
+    /// Takes the home away, or gives another. Returns where state lies then.
+    QString makeHomeless(const QString &home)
+    {
+        environment.remove(u"XDG_STATE_HOME"_s);
+        environment.insert(u"TMPDIR"_s, folder());
+        if (home.isNull())
+            environment.remove(u"HOME"_s);
+        else
+            environment.insert(u"HOME"_s, home);
+        return u"%1/vantrel-%2"_s.arg(folder(), QString::number(geteuid()));
+    }
 
     void run(const QString &caseName)
     {
-        environment.insert(u"HOME"_s, homeFolder());
         QProcess process;
         process.setProcessEnvironment(environment);
         process.setWorkingDirectory(m_folder.path());
@@ -475,6 +491,10 @@ private Q_SLOTS:
     void appendsToTheFileOfAnEarlierRun();
     void goesOnWithoutItsFile_data();
     void goesOnWithoutItsFile();
+    void keepsTheFileForTheUserAloneWithoutAHome_data();
+    void keepsTheFileForTheUserAloneWithoutAHome();
+    void writesNothingWhereOthersMay_data();
+    void writesNothingWhereOthersMay();
     void goesOnOnNewLineAfterAWriteError();
     void keepsThreeOlderFiles();
     void goesOnWhenAnOlderFileCannotBeReplaced();
@@ -1018,7 +1038,8 @@ void TestLogger::goesOnWithoutItsFile_data()
     QTest::addColumn<QString>("obstacle");
     QTest::newRow("a file where the state folder should be") << u"file"_s;
     QTest::newRow("a folder in place of the file") << u"folder"_s;
-    QTest::newRow("a full disk") << u"full"_s;
+    QTest::newRow("a link in place of the file") << u"link"_s;
+    QTest::newRow("a pipe in place of the file") << u"pipe"_s;
 }
 
 void TestLogger::goesOnWithoutItsFile()
@@ -1029,12 +1050,63 @@ void TestLogger::goesOnWithoutItsFile()
         QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), child.stateFolder()));
     else
         QVERIFY(QDir().mkpath(obstacle == "folder"_L1 ? child.logFile() : child.logFolder()));
-    if (obstacle == "full"_L1)
-        QVERIFY(QFile::link(u"/dev/full"_s, child.logFile()));
+    const QString elsewhere = child.folder() + "/elsewhere"_L1;
+    if (obstacle == "link"_L1)
+        QVERIFY(QFile::link(elsewhere, child.logFile()));
+    constexpr mode_t forOwner = 0600;
+    if (obstacle == "pipe"_L1)
+        QCOMPARE(mkfifo(QFile::encodeName(child.logFile()).constData(), forOwner), 0);
     child.run(u"logOneEntry"_s);
     QCOMPARE(child.output, (QStringList{child.logFile(), u"info first"_s, u"info second"_s}));
     QCOMPARE(child.errors.size(), 1);
     QVERIFY2(child.errors.first().contains(child.logFile()), qUtf8Printable(child.errors.first()));
+    QVERIFY(!QFileInfo::exists(elsewhere));
+}
+
+void TestLogger::keepsTheFileForTheUserAloneWithoutAHome_data()
+{
+    QTest::addColumn<QString>("home");
+    QTest::newRow("unset") << QString();
+    QTest::newRow("empty") << u""_s;
+    QTest::newRow("the root folder") << u"/"_s;
+    QTest::newRow("relative") << u"home"_s;
+}
+
+void TestLogger::keepsTheFileForTheUserAloneWithoutAHome()
+{
+    QFETCH(const QString, home);
+    Child child;
+    const QString folder = child.makeHomeless(home);
+    child.run(u"logOneEntry"_s);
+    QCOMPARE(child.output.value(0), fileBelow(folder));
+    QCOMPARE(messagesOf(fileBelow(folder)), (QStringList{u"first"_s, u"second"_s}));
+    QCOMPARE(QFileInfo(folder).permissions() & QFile::Permissions::fromInt(0x0777),
+             QFile::Permissions::fromInt(0x0700));
+    QCOMPARE(child.errors, QStringList());
+}
+
+void TestLogger::writesNothingWhereOthersMay_data()
+{
+    QTest::addColumn<QString>("obstacle");
+    QTest::newRow("folder that others may enter") << u"open"_s;
+    QTest::newRow("link") << u"link"_s;
+}
+
+void TestLogger::writesNothingWhereOthersMay()
+{
+    QFETCH(const QString, obstacle);
+    Child child;
+    const QString folder = child.makeHomeless(QString());
+    const QString prepared = obstacle == "link"_L1 ? child.folder() + "/elsewhere"_L1 : folder;
+    QVERIFY(QDir().mkdir(prepared));
+    QFile::setPermissions(prepared, QFile::Permissions::fromInt(obstacle == "link"_L1 ? 0x7700 : 0x7755));
+    if (obstacle == "link"_L1)
+        QVERIFY(QFile::link(prepared, folder));
+    child.run(u"logOneEntry"_s);
+    QCOMPARE(
+        child.errors,
+        QStringList{u"The log file cannot be written: %1 is no folder of this user alone"_s.arg(folder)});
+    QVERIFY(QDir(prepared).isEmpty());
 }
 
 void TestLogger::goesOnOnNewLineAfterAWriteError()
