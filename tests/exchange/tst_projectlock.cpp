@@ -1,4 +1,5 @@
 // Keeping a second run away from a project.
+#include "Limits.h"
 #include "ProjectLock.h"
 #include "TestProject.h"
 #include "TestSuite.h"
@@ -153,6 +154,11 @@ void TestProjectLock::isNotTakenFromSomethingElseOfItsName_data()
     });
     row("link to what never ends",
         [](const TestProject &project, const QString &name) { project.link(u"/dev/zero"_s, name); });
+    // A whole lock, but for its size.
+    row("large file", [](const TestProject &project, const QString &name) {
+        const QByteArray lock = lockOf(endedProcess(), u"vantrel-cli"_s, QSysInfo::machineHostName());
+        project.write(name, lock + QByteArray(largestLock, '\n'));
+    });
 }
 
 void TestProjectLock::isNotTakenFromSomethingElseOfItsName()

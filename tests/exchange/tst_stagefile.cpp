@@ -1,4 +1,5 @@
 // The file that says how far a run came.
+#include "Limits.h"
 #include "StageFile.h"
 #include "TestProject.h"
 #include "TestSuite.h"
@@ -52,6 +53,8 @@ private Q_SLOTS:
     void doesNotUnderstandAPathThatLeadsOut();
     void readsNothingButAFile();
     void tellsTheLastStageOnly();
+    void doesNotReadALargeFile();
+    void isNotBegunWhereALaterStageMightNotBeRead();
     void staysWhereAReplacementCannotBeWritten();
     void leavesNothingBesideIt();
     void isWrittenWhereAPipeLay();
@@ -162,6 +165,33 @@ void TestStageFile::readsNothingButAFile()
     QCOMPARE(mkfifo(path.constData(), 0600), 0);
     QVERIFY(StageFile::exists(project.dir()));
     QVERIFY(!StageFile::read(project.dir()));
+}
+
+void TestStageFile::doesNotReadALargeFile()
+{
+    const TestProject project;
+    StageFile(project.dir(), someFacts()).enter(someState());
+    const QByteArray whole = project.read(u".vantrel.run"_s);
+    const QByteArray foot = "end\n";
+    const qsizetype room = static_cast<qsizetype>(largestStageFile) - whole.size();
+    const QByteArray line = "screen: " + QByteArray(room - 9, 'x') + '\n';
+    project.write(u".vantrel.run"_s, whole.chopped(foot.size()) + line + foot);
+    QVERIFY(StageFile::read(project.dir()));
+
+    project.write(u".vantrel.run"_s, whole.chopped(foot.size()) + "screen: y" + line.sliced(8) + foot);
+    QVERIFY(!StageFile::read(project.dir()));
+    QVERIFY(StageFile::tellsOfInterruption(project.dir()));
+}
+
+void TestStageFile::isNotBegunWhereALaterStageMightNotBeRead()
+{
+    const TestProject project;
+    RunFacts facts = someFacts();
+    facts.screens = {QString(largestFirstStage, u'x')};
+    StageFile file(project.dir(), facts);
+    QVERIFY(!file.enter({.stage = RunStage::Converting, .unsaved = {}, .endedAt = RunStage::Converting}));
+    QCOMPARE(file.error(), EFBIG);
+    QVERIFY(!StageFile::exists(project.dir()));
 }
 
 void TestStageFile::staysWhereAReplacementCannotBeWritten()

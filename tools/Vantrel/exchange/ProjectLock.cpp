@@ -1,6 +1,8 @@
 // Keeps a second run away from a project.
 #include "ProjectLock.h"
 
+#include "Limits.h"
+
 #include <QFile>
 #include <QSysInfo>
 
@@ -22,13 +24,14 @@ QString guardOf(const QLockFile &lock)
     return lock.fileName() + ".rmlock"_L1;
 }
 
-/// Whether something lies there that must not be opened: a pipe would be waited for, and a link may
-/// lead to what has no end.
+/// Whether something lies there that must not be opened: a pipe would be waited for, a link may lead to
+/// what has no end, and a lock is read whole.
 bool isTrap(const QString &path)
 {
     struct stat file = {};
-    return lstat(QFile::encodeName(path).constData(), &file) == 0 && !S_ISREG(file.st_mode) &&
-           !S_ISDIR(file.st_mode);
+    if (lstat(QFile::encodeName(path).constData(), &file) != 0 || S_ISDIR(file.st_mode))
+        return false;
+    return !S_ISREG(file.st_mode) || file.st_size > largestLock;
 }
 
 } // namespace

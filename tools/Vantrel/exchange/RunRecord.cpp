@@ -234,15 +234,20 @@ QByteArray toText(const RunState &state, const QByteArray &factLines)
 
 std::optional<RunRecord> readRunRecord(const QByteArray &text)
 {
-    QList<QByteArray> lines = text.split('\n');
-    // Behind the last line end stands nothing.
-    const bool isWhole = lines.size() > 3 && lines.takeLast().isEmpty() && lines.takeLast() == lastLine &&
-                         lines.takeFirst() == firstLine;
+    const QByteArray head = QByteArray(firstLine) + '\n';
+    const QByteArray foot = '\n' + QByteArray(lastLine) + '\n';
+    if (!text.startsWith(head) || !text.endsWith(foot) || text.size() <= head.size() + foot.size())
+        return std::nullopt;
+    // Line by line: all lines together would take several times the room of the text.
     RunRecord record;
-    const bool isUnderstood =
-        isWhole && std::all_of(lines.cbegin(), lines.cend(),
-                               [&](const QByteArray &line) { return readLine(record, line); });
-    return isUnderstood ? std::optional(record) : std::nullopt;
+    const qsizetype end = text.size() - foot.size();
+    for (qsizetype begin = head.size(); begin <= end;) {
+        const qsizetype lineEnd = text.indexOf('\n', begin);
+        if (!readLine(record, text.sliced(begin, lineEnd - begin)))
+            return std::nullopt;
+        begin = lineEnd + 1;
+    }
+    return record;
 }
 
 QString thisProgram()

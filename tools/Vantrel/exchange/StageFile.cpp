@@ -2,8 +2,10 @@
 #include "StageFile.h"
 
 #include "FileIo.h"
+#include "Limits.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <cerrno>
 
@@ -55,6 +57,12 @@ bool writeToDisk(const QByteArray &path, const QByteArray &bytes)
     return close(file) == 0 && isWritten;
 }
 
+/// The most bytes that may be written for a stage.
+qint64 largestTextOf(RunStage stage)
+{
+    return stage == RunStage::Converting ? largestFirstStage : largestStageFile;
+}
+
 /// Makes a change of a folder's entries last.
 bool syncFolder(const QByteArray &path)
 {
@@ -79,7 +87,12 @@ StageFile::StageFile(const QString &projectDir, const RunFacts &facts, IfUnwrita
 bool StageFile::enter(const RunState &state)
 {
     m_entered.append({QString::fromLatin1(rowOf(state.stage).name), QDateTime::currentDateTime()});
-    if (!m_isUsable || write(toText(state, m_factLines)))
+    const QByteArray text = m_isUsable ? toText(state, m_factLines) : QByteArray();
+    if (text.size() > largestTextOf(state.stage)) {
+        m_error = EFBIG;
+        return false;
+    }
+    if (!m_isUsable || write(text))
         return true;
     const int error = errno;
     if (m_ifUnwritable == IfUnwritable::Stop || !isProtection(error)) {
@@ -144,6 +157,8 @@ void StageFile::removeUnfinished(const QString &projectDir)
 
 std::optional<RunRecord> StageFile::read(const QString &projectDir)
 {
+    if (QFileInfo(path(projectDir)).size() > largestStageFile)
+        return std::nullopt;
     const std::optional<FileContent> content = readFile(path(projectDir));
     return content ? readRunRecord(content->bytes) : std::nullopt;
 }

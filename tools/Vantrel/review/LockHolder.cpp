@@ -1,6 +1,8 @@
 // Who works on a project at this moment.
 #include "LockHolder.h"
 
+#include "Limits.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
@@ -32,8 +34,8 @@ std::optional<QString> lockHolderOf(const QString &projectDir)
     struct stat file = {};
     if (lstat(QFile::encodeName(lock.fileName()).constData(), &file) != 0)
         return std::nullopt;
-    // Opening a pipe would wait, and no run starts beside something that is no file.
-    if (!S_ISREG(file.st_mode))
+    // Opening a pipe would wait, a lock is read whole, and no run starts beside something that is none.
+    if (!S_ISREG(file.st_mode) || file.st_size > largestLock)
         return u"nobody knows whom: %1 is no lock"_s.arg(lock.fileName());
     qint64 process = 0;
     QString host;

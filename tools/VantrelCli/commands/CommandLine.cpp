@@ -10,6 +10,7 @@
 #include "Interruption.h"
 #include "JsonPresenter.h"
 #include "LeftOverFinding.h"
+#include "Limits.h"
 #include "NearestWord.h"
 #include "Output.h"
 #include "RecoverCommand.h"
@@ -256,13 +257,12 @@ QString CommandRequest::takeShapeNames()
     if (std::any_of(m_shapeNames.cbegin(), m_shapeNames.cend(), isBlank))
         return u"the name of a shape is empty; use --shape NAME"_s;
     if (isSet(u"shapes-from"_s)) {
-        constexpr qint64 longestList = 1 << 24;
         const QString path = m_parser.value(u"shapes-from"_s);
         const std::optional<QByteArray> list =
-            path.isEmpty() ? std::nullopt : readBeginning(path, longestList + 1);
+            path.isEmpty() ? std::nullopt : readBeginning(path, largestShapeList + 1);
         if (!list)
             return u"the list of shapes \"%1\" could not be read"_s.arg(path);
-        if (list->size() > longestList)
+        if (list->size() > largestShapeList)
             return u"the list of shapes \"%1\" is longer than 16 MiB"_s.arg(path);
         m_shapeNames += shapesIn(*list);
     }
