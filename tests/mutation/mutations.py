@@ -134,8 +134,10 @@ RUN = _table(
     ("tellFile(imageFile, ReportStatus::NotReplaced);", "tellFile(imageFile, ReportStatus::Replaced);"),
     ("        file.discard(ENOMEM); //", "        //"),
 ) + _table(
+    "run/Converter.cpp",
+    ("if (!failedShapeFiles.contains(name))\n", ""),
+) + _table(
     "run/RunReports.cpp",
-    ("if (!failedShapeFiles.contains(shapeFile))\n", ""),
     ("object.status = ReportStatus::Error;", "object.status = ReportStatus::NotReplaced;"),
     ('message.replace("Shape File"_L1,', 'message.replace("Shape File ["_L1,'),
 ) + _table(

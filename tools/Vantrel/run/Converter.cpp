@@ -448,6 +448,11 @@ void Converter::reportShapeFileError(QIODevice &output, STBlock &object, const Q
                                      const QString &shapeFile, const QString &errorText,
                                      QStringList &failedShapeFiles)
 {
-    m_insides->reports().tellUnusableShape(object, shapeFile, errorText, failedShapeFiles);
+    // Before the list grows, of which the texts may be a part.
+    const QString name = shapeFile;
+    const QString text = errorText;
+    if (!failedShapeFiles.contains(name))
+        failedShapeFiles.append(name);
+    m_insides->reports().tellUnusableShape(object, name, text);
     writeLines(output, imageLines, object);
 }

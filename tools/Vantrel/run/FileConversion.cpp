@@ -185,6 +185,6 @@ void FileConversion::replaceObject(const ImageFile &image, STBlock &object)
 void FileConversion::keepObject(const ImageFile &image, STBlock &object, const QString &shapeName,
                                 const QString &errorText)
 {
-    m_reports.tellUnusableShape(object, shapeName, errorText, m_failedShapeFiles);
+    m_reports.tellUnusableShape(object, shapeName, errorText);
     appendLines(image.lines, object, m_output);
 }

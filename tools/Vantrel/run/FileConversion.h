@@ -12,7 +12,6 @@
 
 #include <QSet>
 #include <QString>
-#include <QStringList>
 
 class RunReports;
 struct ImageFile;
@@ -70,6 +69,5 @@ private:
     bool m_tempFolderIsNew = false;
     ShapeLibrary m_library;
     OpenedShapes m_shapes{m_library};
-    QStringList m_failedShapeFiles;
     TextBuffer<char> m_output; ///< of the image file under conversion
 };

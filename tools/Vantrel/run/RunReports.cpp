@@ -28,17 +28,12 @@ void RunReports::tellTempFileError(const QString &imageFile, const QString &mess
     logError(reason == 0 ? message : message + ": "_L1 + qt_error_string(reason), LogPlace::TempFile);
 }
 
-void RunReports::tellUnusableShape(STBlock &object, const QString &shapeFile, const QString &errorText,
-                                   QStringList &failedShapeFiles) const
+void RunReports::tellUnusableShape(STBlock &object, const QString &shapeFile, const QString &errorText) const
 {
     object.status = ReportStatus::Error;
     object.error = errorText;
     object.replace = false;
-    // Before the list grows, of which the text may be a part.
     QString message = errorText;
-    if (!failedShapeFiles.contains(shapeFile))
-        failedShapeFiles.append(shapeFile);
-
     message.replace("Shape File"_L1, u"Shape File %1"_s.arg(shapeFile), Qt::CaseSensitive);
     logError(message, LogPlace::ShapeFile);
     m_receiver(object);

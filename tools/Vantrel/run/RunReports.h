@@ -4,7 +4,6 @@
 #include "STBlock.h"
 
 #include <QString>
-#include <QStringList>
 
 #include <functional>
 
@@ -27,10 +26,8 @@ public:
     /// A temp file that cannot be written. The log tells the reason too, an errno, where there is
     /// one to tell.
     void tellTempFileError(const QString &imageFile, const QString &message, int reason) const;
-    /// An object whose shape cannot be used: its record becomes an error, and the shape's name
-    /// joins `failedShapeFiles` once.
-    void tellUnusableShape(STBlock &object, const QString &shapeFile, const QString &errorText,
-                           QStringList &failedShapeFiles) const;
+    /// An object whose shape cannot be used: its record becomes an error.
+    void tellUnusableShape(STBlock &object, const QString &shapeFile, const QString &errorText) const;
 
 private:
     Receiver m_receiver;
