@@ -118,6 +118,8 @@ private Q_SLOTS:
     void leavesNeitherStageNorLock_data();
     void leavesNeitherStageNorLock();
     void touchesNothingWhileAnotherRunHoldsTheProject();
+    void touchesNothingInWhatCanBeNoProject_data();
+    void touchesNothingInWhatCanBeNoProject();
     void takesNoLockWhereItsOwnerHoldsIt();
     void takesOverTheLockOfADeadProcess();
     void runsWhereNeitherStageNorLockCanBeMade();
@@ -667,6 +669,35 @@ void TestConverter::leavesNeitherStageNorLock()
     QCOMPARE(filesAtEnd, isStopped ? (QStringList{u".vantrel.run"_s, u"scr/a.psc"_s})
                                    : (QStringList{u"scr/a.psc"_s, u"scr_bak/a.psc"_s}));
     QVERIFY(!StageFile::tellsOfInterruption(project.dir()));
+}
+
+void TestConverter::touchesNothingInWhatCanBeNoProject_data()
+{
+    QTest::addColumn<QString>("projectDir");
+    QTest::addColumn<QString>("complaint");
+    const QString root = u"the root folder is no project directory"_s;
+    QTest::newRow("none") << QString() << u"no project directory was named"_s;
+    QTest::newRow("empty") << u""_s << u"no project directory was named"_s;
+    QTest::newRow("root folder") << u"/"_s << root;
+    QTest::newRow("root folder with more slashes") << u"//."_s << root;
+    QTest::newRow("root folder over another") << u"/tmp/.."_s << root;
+}
+
+void TestConverter::touchesNothingInWhatCanBeNoProject()
+{
+    QFETCH(const QString, projectDir);
+    QFETCH(const QString, complaint);
+    // Should it begin, it may not write into the root folder.
+    const OrdinaryUser user;
+    Converter converter(projectDir);
+    const RunRecorder recorder(converter);
+    const LogRecorder log;
+    converter.convert();
+    QCOMPARE(recorder.events, QStringList{u"end"_s});
+    QCOMPARE(log.entries,
+             QStringList{u"error: The run was not started, and nothing was touched: "_s + complaint});
+    QVERIFY(log.namesSource(0, u"tools/Vantrel/Converter"_s, 1700));
+    QVERIFY(converter.logFileName().isEmpty());
 }
 
 void TestConverter::touchesNothingWhileAnotherRunHoldsTheProject()

@@ -34,7 +34,9 @@ ConversionRun::ConversionRun(ConversionSettings settings, RunListener &listener)
     , m_listener(listener)
     , m_reports([this](const STBlock &report) { takeReport(report); })
     , m_conversion(m_settings, m_reports)
-    , m_lock(m_settings.isLocked ? nullptr : std::make_unique<ProjectLock>(m_settings.projectDir))
+    , m_lock(m_settings.isLocked || !complaintAboutProject(m_settings.projectDir).isEmpty()
+                 ? nullptr
+                 : std::make_unique<ProjectLock>(m_settings.projectDir))
 {
 }
 
@@ -43,7 +45,7 @@ ConversionRun::~ConversionRun() = default;
 void ConversionRun::perform()
 {
     // Under the lock: the run that is waited for may be killed meanwhile.
-    if (isInUse() || isLeftOver())
+    if (isNoProject() || isInUse() || isLeftOver())
         return;
     if (m_settings.putsAwayTempFolder)
         putCancelledRunAway(m_settings.projectDir, m_settings.keptRuns);
@@ -105,6 +107,14 @@ void ConversionRun::takeReport(const STBlock &report)
        : report.status == ReportStatus::NotReplaced ? m_summary.notReplaced
                                                     : m_summary.errors);
     m_listener.onReport(report);
+}
+
+bool ConversionRun::isNoProject() const
+{
+    const QString complaint = complaintAboutProject(m_settings.projectDir);
+    if (!complaint.isEmpty())
+        logError(u"The run was not started, and nothing was touched: %1"_s.arg(complaint), LogPlace::Run);
+    return !complaint.isEmpty();
 }
 
 bool ConversionRun::isInUse() const

@@ -44,13 +44,14 @@ public:
     ConversionRun(ConversionSettings settings, RunListener &listener);
     ~ConversionRun();
 
-    /// Performs the run, unless somebody else works on the project, or an interrupted run has left
-    /// its stage file there.
+    /// Performs the run, unless the folder can be no project, somebody else works on it, or an interrupted
+    /// run has left its stage file there.
     void perform();
 
     const QString &projectDir() const { return m_settings.projectDir; }
 
 private:
+    bool isNoProject() const;
     bool isInUse() const;
     bool isLeftOver() const;
     bool enterConversion(const FoundImageFiles &found);
@@ -69,7 +70,7 @@ private:
     RunListener &m_listener;
     RunReports m_reports;
     FileConversion m_conversion;
-    std::unique_ptr<ProjectLock> m_lock; ///< null where the caller holds it
+    std::unique_ptr<ProjectLock> m_lock; ///< null where the caller holds it, or there is nothing to hold
     RunFacts m_facts;
     RunSummary m_summary;
     std::unique_ptr<StageFile> m_stageFile;

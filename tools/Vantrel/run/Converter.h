@@ -124,8 +124,9 @@ public:
 
     /// Builds the path of a new run's change log from the time.
     void createLogFileName();
-    /// Performs a whole run, unless one is under way. Where the project is in use, or an interrupted
-    /// run has left its stage file, logs that and touches nothing. Called by onStartConvert().
+    /// Performs a whole run, unless one is under way. Where the project is in use, an interrupted run has
+    /// left its stage file, or the project directory is empty or the root folder, logs that and touches
+    /// nothing. Called by onStartConvert().
     void convert();
 
     /// Tested before each image file; set it to stop the run. A start clears it, see cancel().

@@ -13,6 +13,7 @@
 #include "Limits.h"
 #include "NearestWord.h"
 #include "Output.h"
+#include "ProjectPath.h"
 #include "RecoverCommand.h"
 #include "RunHistory.h"
 #include "ShapesCommand.h"
@@ -221,14 +222,16 @@ QString CommandRequest::complaintAboutValues()
         return u"--color takes auto, always or never, not \"%1\""_s.arg(m_parser.value(u"color"_s));
     setColors(*colorMode);
 
-    if (m_parser.value(u"project"_s).isEmpty())
-        return u"no project directory was named; use --project DIR"_s;
-    const std::optional<QString> projectDir = wholePath(m_parser.value(u"project"_s));
+    constexpr auto wayOut = "; use --project DIR"_L1;
+    const QString named = m_parser.value(u"project"_s);
+    if (named.isEmpty())
+        return complaintAboutProject(named) + wayOut;
+    const std::optional<QString> projectDir = wholePath(named);
     if (!projectDir)
-        return u"there is no folder \"%1\"; use --project DIR"_s.arg(m_parser.value(u"project"_s));
+        return u"there is no folder \"%1\""_s.arg(named) + wayOut;
     m_projectDir = *projectDir;
-    if (QFileInfo(m_projectDir).canonicalFilePath() == "/"_L1)
-        return u"the root folder is no project directory; use --project DIR"_s;
+    if (const QString complaint = complaintAboutProject(m_projectDir); !complaint.isEmpty())
+        return complaint + wayOut;
     if (const QString complaint = takeShapeNames(); !complaint.isEmpty())
         return complaint;
     switch (m_command.command) {
