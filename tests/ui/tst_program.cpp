@@ -2,11 +2,16 @@
 #include "Surroundings.h"
 #include "TestSuite.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QProcess>
 #include <QSettings>
 #include <QTest>
 
 #include <csignal>
+
+#include <sys/resource.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -23,6 +28,23 @@ QByteArray log()
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+/// In the process that is about to become the program: only what is safe there.
+void limit(int resource, rlim_t most)
+{
+    struct rlimit limits = {};
+    getrlimit(static_cast<__rlimit_resource>(resource), &limits);
+    limits.rlim_cur = most;
+    setrlimit(static_cast<__rlimit_resource>(resource), &limits);
+}
+
+void endInGoodOrder(QProcess &program)
+{
+    QCOMPARE(::kill(static_cast<pid_t>(program.processId()), SIGTERM), 0);
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.exitCode(), 0);
+}
+
 } // namespace
 
 class TestProgram : public QObject
@@ -36,6 +58,10 @@ private Q_SLOTS:
     void answersWithoutADisplay_data();
     void answersWithoutADisplay();
     void opensWithTheGivenProject();
+    void endsWithAMessageWhereItCannotStart_data();
+    void endsWithAMessageWhereItCannotStart();
+    void goesOnWhereItsFilesCannotGrow();
+    void goesOnWithoutStandardStreams();
 };
 
 void TestProgram::init()
@@ -43,7 +69,7 @@ void TestProgram::init()
     forgetSettings();
     QFile::remove(logFile());
     // The program leaves a signal alone that it is started with ignored, as by nohup.
-    for (const int signal : {SIGTERM, SIGHUP, SIGINT})
+    for (const int signal : {SIGTERM, SIGHUP, SIGINT, SIGXFSZ})
         std::signal(signal, SIG_DFL);
 }
 
@@ -123,6 +149,76 @@ void TestProgram::opensWithTheGivenProject()
     QCOMPARE(::kill(static_cast<pid_t>(program.processId()), SIGTERM), 0);
     QVERIFY(program.waitForFinished());
     QCOMPARE(QSettings(u"QEL"_s, u"Vantrel"_s).value("projDir"_L1).toString(), project.dir());
+}
+
+void TestProgram::endsWithAMessageWhereItCannotStart_data()
+{
+    QTest::addColumn<int>("resource");
+    QTest::addColumn<qulonglong>("most");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QByteArray>("error");
+    QTest::newRow("few open files")
+        << int{RLIMIT_NOFILE} << qulonglong{20} << QStringList()
+        << QByteArray("vantrel: too few files may be open at once; nothing was touched\n");
+    // A stack for which no thread has room.
+    QTest::newRow("no thread") << int{RLIMIT_STACK} << (qulonglong{1} << 50) << QStringList()
+                               << QByteArray(
+                                      "vantrel: too few threads may run at once; nothing was touched\n");
+}
+                                << QStringList{u"-platform"_s, u"no\u001b[31m"_s}
+                                << QByteArray("vantrel: the program could not go on\n");
+}
+
+void TestProgram::endsWithAMessageWhereItCannotStart()
+{
+    QFETCH(const int, resource);
+    QFETCH(const qulonglong, most);
+    QFETCH(const QStringList, arguments);
+    QFETCH(const QByteArray, error);
+    QProcess program;
+    program.setChildProcessModifier([=] { limit(resource, most); });
+    program.start(QStringLiteral(VANTREL_PROGRAM), arguments);
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.exitCode(), 1);
+    const QByteArray told = program.readAllStandardError();
+    QVERIFY2(told.endsWith(error), told.constData());
+    QVERIFY2(!told.contains('\x1b'), told.constData());
+    QVERIFY(!log().contains("====== Vantrel start ======"));
+}
+
+void TestProgram::goesOnWhereItsFilesCannotGrow()
+{
+    QSettings(u"QEL"_s, u"Vantrel"_s).setValue("projDir"_L1, u"/plants/kept"_s);
+    const QByteArray formerLog(1024, '\n');
+    QVERIFY(QDir().mkpath(QFileInfo(logFile()).path()));
+    QFile file(logFile());
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(formerLog), formerLog.size());
+    file.close();
+    QProcess program;
+    program.setChildProcessModifier([] { limit(RLIMIT_FSIZE, 1024); });
+    program.start(QStringLiteral(VANTREL_PROGRAM), QStringList());
+    QByteArray told;
+    QTRY_VERIFY((told += program.readAllStandardError()).contains("The log file cannot be written"));
+    endInGoodOrder(program);
+    QCOMPARE(log(), formerLog);
+}
+
+void TestProgram::goesOnWithoutStandardStreams()
+{
+    QProcess program;
+    program.setChildProcessModifier([] {
+        for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+            close(stream);
+    });
+    program.start(QStringLiteral(VANTREL_PROGRAM), QStringList());
+    QTRY_VERIFY(log().contains("====== Vantrel start ======"));
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        const QString path = u"/proc/%1/fd/%2"_s.arg(program.processId()).arg(stream);
+        QCOMPARE(QFile::symLinkTarget(path), u"/dev/null"_s);
+    }
+    endInGoodOrder(program);
 }
 
 VANTREL_TEST(QCoreApplication, TestProgram)

@@ -10,10 +10,11 @@
 int main(int argc, char *argv[])
 {
     prepareProcess();
+    prepareWithoutDisplay();
     // Several times what a run has open at once.
     constexpr int mostOpenFiles = 64;
-    if (!mayOpenFiles(mostOpenFiles)) {
-        std::fputs("vantrel-cli: too few files may be open at once; nothing was touched\n", stderr);
+    if (const char *const lack = lackOf({.openFiles = mostOpenFiles})) {
+        std::fprintf(stderr, "vantrel-cli: %s; nothing was touched\n", lack);
         return static_cast<int>(ExitCode::Refused);
     }
     const QCoreApplication application(argc, argv);

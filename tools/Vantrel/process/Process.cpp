@@ -4,7 +4,10 @@
 #include <clocale>
 #include <csignal>
 #include <cstdlib>
+#include <latch>
 #include <string_view>
+#include <system_error>
+#include <thread>
 #include <vector>
 
 #include <fcntl.h>
@@ -24,23 +27,6 @@ void fillClosedStreams()
         close(descriptor);
 }
 
-} // namespace
-
-void prepareProcess()
-{
-    fillClosedStreams();
-
-    // The other event loop is woken by a call of the system for each of a run's many reports.
-    setenv("QT_NO_GLIB", "1", 1);
-
-    std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGXFSZ, SIG_IGN);
-
-    std::setlocale(LC_ALL, "");
-    if (std::string_view(nl_langinfo(CODESET)) != "UTF-8")
-        setenv("LC_ALL", "C.UTF-8", 1);
-}
-
 bool mayOpenFiles(int count)
 {
     std::vector<int> opened;
@@ -53,4 +39,48 @@ bool mayOpenFiles(int count)
     for (const int descriptor : opened)
         close(descriptor);
     return count == 0;
+}
+
+bool mayStartThreads(int count)
+{
+    std::latch mayEnd(1);
+    std::vector<std::thread> started;
+    try {
+        for (; count > 0; --count)
+            started.emplace_back([&mayEnd] { mayEnd.wait(); });
+    } catch (const std::system_error &) {
+        // The count tells.
+    }
+    mayEnd.count_down();
+    for (std::thread &thread : started)
+        thread.join();
+    return count == 0;
+}
+
+} // namespace
+
+void prepareProcess()
+{
+    fillClosedStreams();
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
+void prepareWithoutDisplay()
+{
+    // The other event loop is woken by a call of the system for each of a run's many reports.
+    setenv("QT_NO_GLIB", "1", 1);
+
+    std::setlocale(LC_ALL, "");
+    if (std::string_view(nl_langinfo(CODESET)) != "UTF-8")
+        setenv("LC_ALL", "C.UTF-8", 1);
+}
+
+const char *lackOf(const NeededMeans &means)
+{
+    if (!mayOpenFiles(means.openFiles))
+        return "too few files may be open at once";
+    if (!mayStartThreads(means.threads))
+        return "too few threads may run at once";
+    return nullptr;
 }
