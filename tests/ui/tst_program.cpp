@@ -164,7 +164,7 @@ void TestProgram::endsWithAMessageWhereItCannotStart_data()
     QTest::newRow("no thread") << int{RLIMIT_STACK} << (qulonglong{1} << 50) << QStringList()
                                << QByteArray(
                                       "vantrel: too few threads may run at once; nothing was touched\n");
-}
+    QTest::newRow("no display") << int{RLIMIT_CORE} << qulonglong{0}
                                 << QStringList{u"-platform"_s, u"no\u001b[31m"_s}
                                 << QByteArray("vantrel: the program could not go on\n");
 }

@@ -217,6 +217,8 @@ void Converter::Insides::convert()
         m_run->perform();
     } catch (const std::exception &failure) {
         logError(u"The run was ended: %1"_s.arg(QString::fromLocal8Bit(failure.what())), LogPlace::Run);
+    } catch (...) {
+        logError(u"The run was ended: an unknown failure"_s, LogPlace::Run);
     }
     m_run.reset();
     m_isUnderWay = false;

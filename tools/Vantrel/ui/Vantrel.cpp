@@ -444,8 +444,10 @@ void Vantrel::collectNames()
     filterNamesStale = false;
     // On a slow disk it takes a while to list the folders.
     constexpr std::chrono::milliseconds betweenLooks{10};
-    std::future<FoundImageFiles> search = std::async(std::launch::async, searchImageFiles, imageFolder());
-    while (search.wait_for(betweenLooks) != std::future_status::ready)
+    // Here, where the system has no thread for it.
+    std::future<FoundImageFiles> search =
+        std::async(std::launch::async | std::launch::deferred, searchImageFiles, imageFolder());
+    while (search.wait_for(betweenLooks) == std::future_status::timeout)
         busySign.keepRepainted();
     const QList<QFileInfo> imageFiles = search.get().files;
 

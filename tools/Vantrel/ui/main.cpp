@@ -1,11 +1,11 @@
 // The program: one window and the event loop.
+#include "Application.h"
 #include "CommandLine.h"
+#include "Failures.h"
 #include "Process.h"
 #include "StopSignals.h"
 #include "Translations.h"
 #include "Vantrel.h"
-
-#include <QApplication>
 
 #include <cstdio>
 
@@ -17,11 +17,24 @@ constexpr int failed = 1;
 // recovery, the desktop's bus, and what the libraries start for themselves.
 constexpr NeededMeans meansOfWindow{.openFiles = 64, .threads = 12};
 
+int showWindow(int argc, char *argv[], const QString &projectDir)
+{
+    const Application application(argc, argv);
+    const Translations translations;
+    const StopSignals stopSignals;
+    QObject::connect(&stopSignals, &StopSignals::sigStopWanted, &application, &QCoreApplication::quit);
+    Vantrel window;
+    window.openProject(projectDir);
+    window.show();
+    return Application::exec();
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
     prepareProcess();
+    endInsteadOfAborting("vantrel: the program could not go on\n", failed);
     // Read first: help, version and errors need no display.
     const CommandLine commandLine = readCommandLine(decodedArguments(argc, argv));
     if (commandLine.wish != CommandLine::ShowWindow)
@@ -30,13 +43,5 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "vantrel: %s; nothing was touched\n", lack);
         return failed;
     }
-
-    const QApplication application(argc, argv);
-    const Translations translations;
-    const StopSignals stopSignals;
-    QObject::connect(&stopSignals, &StopSignals::sigStopWanted, &application, &QCoreApplication::quit);
-    Vantrel window;
-    window.openProject(commandLine.projectDir);
-    window.show();
-    return QApplication::exec();
+    return showWindow(argc, argv, commandLine.projectDir);
 }

@@ -1,10 +1,15 @@
 // Tells when something changes in a folder.
 #include "WatchFolderThread.h"
 
+#include "EngineLog.h"
+#include "Failures.h"
+
 #include <QFileInfo>
 #include <QFileSystemWatcher>
 
 #include <utility>
+
+using namespace Qt::StringLiterals;
 
 WatchFolderThread::WatchFolderThread(QString folder)
     : m_path(std::move(folder))
@@ -26,8 +31,9 @@ void WatchFolderThread::changeFolder(const QString &folder)
     QMetaObject::invokeMethod(this, "onUpdateFolder", Qt::QueuedConnection, Q_ARG(QString, folder));
 }
 
+/// The window goes on without a watcher. Exceptions of its slots do not come here.
 void WatchFolderThread::run()
-{
+try {
     QFileSystemWatcher watcher;
     m_watcher = &watcher;
     watch();
@@ -35,6 +41,9 @@ void WatchFolderThread::run()
     connect(&watcher, &QFileSystemWatcher::fileChanged, this, &WatchFolderThread::onFileChanged);
     exec();
     m_watcher = nullptr;
+} catch (...) {
+    m_watcher = nullptr;
+    logError(u"The folder of the screens is not watched: %1"_s.arg(handledFailure()));
 }
 
 void WatchFolderThread::onUpdateFolder(QString updFolder)

@@ -2,6 +2,17 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>Application</name>
+    <message>
+        <source>A step of the program failed: %1. It was left out; later failures are only logged. If the window does not work as it should, close it and start it again.</source>
+        <translation>Ein Schritt des Programms ist fehlgeschlagen: %1. Er wurde ausgelassen; spätere Fehler stehen nur im Log. Wenn das Fenster nicht mehr arbeitet, wie es soll, schließen Sie es und starten Sie es neu.</translation>
+    </message>
+    <message>
+        <source>Vantrel Info</source>
+        <translation>Vantrel-Info</translation>
+    </message>
+</context>
+<context>
     <name>Filters_UI</name>
     <message>
         <source>BMO Filters</source>
