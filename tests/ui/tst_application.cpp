@@ -38,7 +38,7 @@ private Q_SLOTS:
     void logsWhatLeavesAStep();
     void goesOnBehindAFailedStepOfAThread();
 
-private:
+private:             // NOLINT(readability-redundant-access-specifiers)
     int m_boxes = 0; ///< that the one application has shown
 };
 

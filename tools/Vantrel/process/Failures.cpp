@@ -1,7 +1,7 @@
 // Failures that would end the process by force.
 #include "Failures.h"
 
-#include "PrintedText.h"
+#include "EscapedText.h"
 
 #include <QStringList>
 #include <QtGlobal>

@@ -104,9 +104,8 @@ QByteArray escapedJson(const QByteArray &line)
 
 QString withAsciiControlsEscaped(const QString &text)
 {
-    const bool hasAny = std::any_of(text.begin(), text.end(), [](QChar character) {
-        return isAsciiControl(character.unicode());
-    });
+    const bool hasAny = std::any_of(text.begin(), text.end(),
+                                    [](QChar character) { return isAsciiControl(character.unicode()); });
     // Nearly no name holds any.
     return hasAny ? spelledOut(text, spelling, isAsciiControl) : text;
 }
