@@ -162,7 +162,8 @@ void TestKilledRuns::areRecoveredInTheWindow_data()
         QTest::addRow("%s, renaming folders only", name.constData())
             << Moves::ByCopying << u"rename"_s << all << button;
         QTest::addRow("%s, copying", name.constData())
-            << Moves::ByCopying << u"linkat"_s << QSet{RunStage::BackingUp} << button;
+            << Moves::ByCopying << u"linkat"_s
+            << QSet{RunStage::Converting, RunStage::BackingUp, RunStage::CopyingBack} << button;
         QTest::addRow("%s, removing", name.constData())
             << Moves::ByCopying << u"unlinkat"_s
             << QSet{RunStage::Discarding, RunStage::Removing, RunStage::CopyingBack} << button;

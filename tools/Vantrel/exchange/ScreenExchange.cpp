@@ -10,6 +10,8 @@
 #include "SafeCopy.h"
 #include "StageFile.h"
 
+#include <QSet>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -67,7 +69,24 @@ bool ScreenExchange::copyBackAll()
     // Still there only where not all of them could be backed up, or where one resists removal.
     const FoundImageFiles originals = searchImageFiles(folder("/scr"_L1));
     logFailures(originals);
-    return moveToImageFolder() || retryCopyBack(originals);
+    if (moveToImageFolder())
+        return true;
+    return hasMovedScreens(originals) ? moveToImageFolder() : retryCopyBack(originals);
+}
+
+/// Whether screens were renamed from "scr_temp" to "scr", and something else kept the move from being
+/// whole: they lie nowhere else then.
+bool ScreenExchange::hasMovedScreens(const FoundImageFiles &originals) const
+{
+    QSet<QString> before;
+    for (const QFileInfo &original : originals.files)
+        before.insert(original.filePath());
+    return std::any_of(m_facts.screens.cbegin(), m_facts.screens.cend(), [&](const QString &screen) {
+        const QString place = "/scr/"_L1 + screen;
+        const QString converted = QString(place).replace("/scr"_L1, "/scr_temp"_L1);
+        return !before.contains(m_projectDir + place) && QFileInfo(m_projectDir + place).isFile() &&
+               !mayExist(m_projectDir + converted);
+    });
 }
 
 void ScreenExchange::putOthersBack() const

@@ -43,6 +43,7 @@ private:
     bool moveToImageFolder() const;
     bool copyBackAll();
     bool putAwayAsItIs() const;
+    bool hasMovedScreens(const FoundImageFiles &originals) const;
     bool retryCopyBack(const FoundImageFiles &originals);
     QStringList screensInPlace() const;
     QString folder(QLatin1StringView name) const;

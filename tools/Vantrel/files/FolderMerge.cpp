@@ -17,13 +17,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum class Kind { Nothing, Folder, File, Other };
+enum class Kind { Nothing, Folder, File, Other, Unknown };
 
 Kind kindOf(const QByteArray &path)
 {
     struct stat status = {};
     if (lstat(path.constData(), &status) != 0)
-        return errno == ENOENT ? Kind::Nothing : Kind::Other;
+        return errno == ENOENT ? Kind::Nothing : errno == ENOTDIR ? Kind::Other : Kind::Unknown;
     if (S_ISDIR(status.st_mode))
         return Kind::Folder;
     return S_ISREG(status.st_mode) ? Kind::File : Kind::Other;
@@ -33,6 +33,9 @@ Kind kindOf(const QByteArray &path)
 QString merge(const QByteArray &from, const QByteArray &to)
 {
     const Kind target = kindOf(to);
+    if (target == Kind::Unknown) {
+        return u"%1 could not be looked at: %2"_s.arg(QFile::decodeName(to), qt_error_string(errno));
+    }
     if (target == Kind::Nothing) {
         if (renameToNothing(from, to))
             return {};

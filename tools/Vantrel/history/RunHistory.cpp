@@ -1,6 +1,7 @@
 // The folder in which a project keeps what its last runs have displaced.
 #include "RunHistory.h"
 
+#include "FileIo.h"
 #include "FolderListing.h"
 #include "RunSummary.h"
 #include "updUtils.h"
@@ -77,10 +78,20 @@ RunHistory::RunHistory(QString projectDir)
 
 QStringList RunHistory::entries() const
 {
-    if (!isFolder(m_root))
+    bool isWhole = true;
+    return entries(isWhole);
+}
+
+QStringList RunHistory::entries(bool &isWhole) const
+{
+    if (!isFolder(m_root)) {
+        isWhole = isWhole && !mayExist(m_root);
         return {};
+    }
+    const FolderListing listing = OpenFolder(QFile::encodeName(m_root)).list();
+    isWhole = isWhole && listing.error == 0;
     QStringList names;
-    for (const FolderEntry &entry : OpenFolder(QFile::encodeName(m_root)).list().entries) {
+    for (const FolderEntry &entry : listing.entries) {
         const QString name = QFile::decodeName(entry.name);
         if (entry.kind == EntryKind::Folder && isEntryName(name))
             names.append(name);
@@ -91,7 +102,13 @@ QStringList RunHistory::entries() const
 
 QString RunHistory::newestRun() const
 {
-    const QStringList names = entries();
+    bool isWhole = true;
+    return newestRun(isWhole);
+}
+
+QString RunHistory::newestRun(bool &isWhole) const
+{
+    const QStringList names = entries(isWhole);
     const auto run =
         std::find_if(names.cbegin(), names.cend(), [this](const QString &name) { return isRun(name); });
     return run == names.cend() ? QString() : *run;

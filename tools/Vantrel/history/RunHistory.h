@@ -34,12 +34,16 @@ public:
 
     /// The names of what is kept, the newest first.
     QStringList entries() const;
+    /// The same; clears `isWhole` where they could not be read.
+    QStringList entries(bool &isWhole) const;
 
     /// Whether an entry is that of a run, or of nobody knows what.
     bool isRun(const QString &entry) const;
 
     /// The newest that is of a run; empty where there is none.
     QString newestRun() const;
+    /// The same; clears `isWhole` where that is not known.
+    QString newestRun(bool &isWhole) const;
 
     /// A name for what begins now. It sorts behind all others, also where the clock was set back.
     QString nameFor(const QDateTime &begin) const;

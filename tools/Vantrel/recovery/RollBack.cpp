@@ -359,7 +359,7 @@ RunRecord recordOfCompletedRun(const ScreenPlaces &places, bool &isWhole)
     RunRecord record;
     record.facts.program = thisProgram();
     record.facts.started = QDateTime::currentDateTime();
-    record.facts.historyEntry = RunHistory(places.projectDir()).newestRun();
+    record.facts.historyEntry = RunHistory(places.projectDir()).newestRun(isWhole);
     record.facts.screens = places.screensInBackup(isWhole);
     // Where they could not be backed up, they were put away as they lay in "scr".
     // What cannot be read there comes back all the same, by renaming.

@@ -123,7 +123,8 @@ void FileConversion::copyUnchanged(const ImageFile &image)
 void FileConversion::writeConverted(ImageFile &image)
 {
     const QString tempFile = inTempFolder(image.path);
-    FileWriter file = openTempFile(image, tempFile, IfThere::Replace);
+    const IfThere ifThere = m_tempFolderIsNew ? IfThere::Fail : IfThere::Replace;
+    FileWriter file = openTempFile(image, tempFile, ifThere);
     if (!file.isOpen()) {
         m_reports.tellTempFileError(image.path, u"Could not open Temp File %1"_s.arg(tempFile), 0);
         if (isFailureOfDisk(file.error()))
@@ -136,7 +137,7 @@ void FileConversion::writeConverted(ImageFile &image)
         file.discard(ENOMEM); // an empty file would pass for a converted one
         throw;
     }
-    if (!writeTempFile(file, image, tempFile, IfThere::Replace, {m_output.data(), m_output.size()}))
+    if (!writeTempFile(file, image, tempFile, ifThere, {m_output.data(), m_output.size()}))
         m_reports.tellTempFileError(image.path, u"Could not write Temp File %1"_s.arg(tempFile),
                                     file.error());
 }
