@@ -168,6 +168,8 @@ def without_proc(surroundings: Surroundings) -> list[Case]:
 
 # --- Recovering on a full disk ---
 
+SCREENS_MISSING = 4
+
 
 def fill(place: Site, pages: int) -> None:
     """Leaves that many pages on the disk."""
@@ -187,8 +189,11 @@ def check_recovery(surroundings: Surroundings, setting: Setting, undisturbed: Un
             (place.project / FILLER).unlink()
             halfway = place.tree()
             is_open = kills.is_under_way(halfway)
+            # A run that is performed anew ends with reports, as any run does on such a disk; what
+            # completes it then names the screens.
+            is_reported = promise.option == "--finish" and bool(outcome.error_reports())
             if is_open:
-                kills.recover(place, promise, undisturbed)
+                kills.recover(place, promise, undisturbed, *([SCREENS_MISSING] if is_reported else []))
             after = without_lock(place.tree())
         require_no_crash(outcome)
         require_safety(place.before, halfway, undisturbed)
@@ -196,8 +201,7 @@ def check_recovery(surroundings: Surroundings, setting: Setting, undisturbed: Un
         require_reason(outcome, "No space left on device")
         if outcome.code == 0 and is_open:
             raise Failure("said that all is done, but left the file that tells of the run")
-        # A run that is performed anew ends with reports, as any run does on such a disk.
-        if outcome.code == 0 or is_open or promise.option == "--roll-back":
+        if not is_reported and (outcome.code == 0 or is_open or promise.option == "--roll-back"):
             promise.require(place.before, after, undisturbed, False)
 
 
