@@ -606,10 +606,10 @@ void TestUpdUtils::givesCopiesOfFoldersTheirRights()
     project.write(u"scr/b.psc"_s, "b");
     constexpr std::array rights{mode_t(0750), mode_t(02775), mode_t(0500)};
     const QStringList names{u"scr"_s, u"scr/open"_s, u"scr/open/closed"_s};
-    for (std::size_t index = 0; index < rights.size(); ++index)
-        QCOMPARE(
-            chmod(QFile::encodeName(project.path(names.at(qsizetype(index)))).constData(), rights.at(index)),
-            0);
+    for (std::size_t index = 0; index < rights.size(); ++index) {
+        const QByteArray folder = QFile::encodeName(project.path(names.at(static_cast<qsizetype>(index))));
+        QCOMPARE(chmod(folder.constData(), rights.at(index)), 0);
+    }
     QVERIFY(
         updUtils::transferImageFiles(u"/scr"_s, u"/scr_bak"_s, project.dir(), FolderCreation::WithParents));
     const auto rightsOf = [&project](const QString &name) {
