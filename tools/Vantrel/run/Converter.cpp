@@ -451,8 +451,8 @@ void Converter::reportShapeFileError(QIODevice &output, STBlock &object, const Q
                                      QStringList &failedShapeFiles)
 {
     // Before the list grows, of which the texts may be a part.
-    const QString name = shapeFile;
-    const QString text = errorText;
+    const QString name = shapeFile; // NOLINT(performance-unnecessary-copy-initialization)
+    const QString text = errorText; // NOLINT(performance-unnecessary-copy-initialization)
     if (!failedShapeFiles.contains(name))
         failedShapeFiles.append(name);
     m_insides->reports().tellUnusableShape(object, name, text);
