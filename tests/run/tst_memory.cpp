@@ -30,6 +30,16 @@ void *operator new[](std::size_t size)
     return operator new(size);
 }
 
+void *operator new(std::size_t size, const std::nothrow_t & /*tag*/) noexcept
+{
+    return size <= largestBlock ? std::malloc(size) : nullptr;
+}
+
+void *operator new[](std::size_t size, const std::nothrow_t &tag) noexcept
+{
+    return operator new(size, tag);
+}
+
 void operator delete(void *block) noexcept
 {
     std::free(block);

@@ -32,6 +32,8 @@ void EarlierFiles::addRun()
 {
     const QStringList entries = m_history.entries();
     const qsizetype place = entries.indexOf(m_entry);
+    if (place < 0)
+        return;
     const auto newer = std::find_if(entries.crbegin() + (entries.size() - place), entries.crend(),
                                     [this](const QString &entry) { return m_history.isRun(entry); });
     const bool isLast = newer == entries.crend();
