@@ -71,9 +71,10 @@ def calls_of_run(program: str, scratch: pathlib.Path, screens: int) -> collectio
     if written != screens:
         sys.exit(f"{written} of {screens} screens were converted")
     # Only calls on the project: waking another thread is a write too. The rows of the change log are
-    # written many at a time; how many depends on the time, not on the screens.
+    # written many at a time; how many depends on the time, not on the screens. A call that another
+    # thread's interrupts is traced in two lines, and its result, with the file's name, is in the second.
     return collections.Counter(match[1] for line in trace.read_text(errors="replace").splitlines()
-                               if str(plant) in line and f"{plant}/log/" not in line and
+                               if str(plant) in line and f"{plant}/log" not in line and
                                (match := re.match(r"\d+ +(\w+)\(", line)))
 
 
