@@ -15,6 +15,7 @@
 #include <QThread>
 
 #include <memory>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -222,6 +223,7 @@ private Q_SLOTS:
     void leavesARunThatCannotBeCopiedBack();
     void saysWhyItFailedAndCanBeRepeated();
     void saysWhyTheStageFileStays();
+    void leavesWhatCannotBePutAway();
 
     void endsBeforeTheNextScreen_data();
     void endsBeforeTheNextScreen();
@@ -460,6 +462,22 @@ void TestLeftOverRun::saysWhyTheStageFileStays()
     project.makeFolder(u".vantrel.run"_s);
     QCOMPARE(LeftOverRun(project.dir()).forget(),
              project.path(u".vantrel.run"_s) + " could not be removed: Is a directory"_L1);
+}
+
+/// In a folder with the sticky bit, whoever may remove the files of another may not rename their folder.
+void TestLeftOverRun::leavesWhatCannotBePutAway()
+{
+    const TestProject project;
+    putConverted(project, u"scr_temp"_s);
+    writeStage(project, RunStage::Cancelled);
+    QCOMPARE(::chmod(QFile::encodeName(project.dir()).constData(), 01777), 0);
+    for (const QString &folder : {u"scr_temp"_s, u"scr_temp/hall"_s})
+        QCOMPARE(::chmod(QFile::encodeName(project.path(folder)).constData(), 0777), 0);
+    const OrdinaryUser user;
+    LeftOverRun run(project.dir());
+    QCOMPARE(run.kind(), LeftOver::Cancelled);
+    QCOMPARE(run.putAway().error, project.path(u"scr_temp"_s) + " could not be moved"_L1);
+    QCOMPARE(below(project, u"scr_temp"_s), all(converted));
 }
 
 void TestLeftOverRun::endsBeforeTheNextScreen_data()

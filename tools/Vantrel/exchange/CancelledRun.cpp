@@ -23,7 +23,7 @@ bool hasCancelledRun(const QString &projectDir)
     return cancelledRun(projectDir).has_value();
 }
 
-void putCancelledRunAway(const QString &projectDir, int keptRuns)
+void putCancelledRunAway(const QString &projectDir, int keptRuns, WithoutHistory withoutHistory)
 {
     const std::optional<RunRecord> record = cancelledRun(projectDir);
     if (!record || !mayExist(projectDir + "/scr_temp"_L1))
@@ -39,5 +39,8 @@ void putCancelledRunAway(const QString &projectDir, int keptRuns)
     summary.ended = now;
     summary.shapeNames = record->facts.shapeNames;
     archive.write(summary);
-    archive.putAway(u"scr_temp"_s);
+    if (keptRuns > 0 && withoutHistory == WithoutHistory::Keep)
+        archive.keep(u"scr_temp"_s);
+    else
+        archive.putAway(u"scr_temp"_s);
 }

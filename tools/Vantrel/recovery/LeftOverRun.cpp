@@ -110,7 +110,7 @@ RecoveryResult LeftOverRun::putAway()
     const QString obstacle = keptRuns > 0 ? RunHistory(projectDir).obstacle() : QString();
     if (!obstacle.isEmpty())
         return failed(u"\".vantrel.history\" cannot be used: %1"_s.arg(obstacle));
-    putCancelledRunAway(projectDir, keptRuns);
+    putCancelledRunAway(projectDir, keptRuns, WithoutHistory::Keep);
     const QString folder = m_places.folder(u"scr_temp"_s);
     return mayExist(folder) ? failed(u"%1 could not be moved"_s.arg(folder)) : closed({});
 }

@@ -48,7 +48,7 @@ void ConversionRun::perform()
     if (isNoProject() || isInUse() || isLeftOver())
         return;
     if (m_settings.putsAwayTempFolder)
-        putCancelledRunAway(m_settings.projectDir, m_settings.keptRuns);
+        putCancelledRunAway(m_settings.projectDir, m_settings.keptRuns, WithoutHistory::Remove);
 
     const FoundImageFiles found = searchImageFiles(m_settings.projectDir + "/scr"_L1);
     m_summary.changeLog = relativeTo(m_settings.projectDir, m_listener.onFound());

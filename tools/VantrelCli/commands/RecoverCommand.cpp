@@ -317,7 +317,7 @@ ExitCode RecoverCommand::undo()
     const RecoveryPlan plan = makeRecoveryPlan(m_places, record);
     if (!plan.isDecidable())
         return refuseUndecided(plan);
-    putCancelledRunAway(m_options.projectDir, m_leftOver->record().facts.keptRuns);
+    putCancelledRunAway(m_options.projectDir, m_leftOver->record().facts.keptRuns, WithoutHistory::Keep);
     return takeBack(plan);
 }
 
