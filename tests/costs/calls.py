@@ -26,18 +26,14 @@ SHAPE = "ID;1;Rect;Part\nLIB;pump.plb;1;Lib/Pump;Lib/Pump\nPSDV;1;2;30;40;2;1;15
 LIMITS = {
     # The survey and the conversion each open it once, and the converted screen is opened once.
     "openat": 3,
-    # Twice before it is read, by the survey and by the conversion, and once before each of the two
-    # renames.
-    "newfstatat": 6,
+    # Once it is open, by the survey and by the conversion, once it is written, and once before each of
+    # the two renames.
+    "newfstatat": 5,
     # A read sees the end of a file where it comes short of what it asked for.
     "read": 2,
     # The converted screen.
     "write": 1,
-    "close": 4,
-    # The folder of the converted screen, over no link; its name when it is whole; its rights.
-    "openat2": 1,
-    "linkat": 1,
-    "fchmod": 1,
+    "close": 3,
     # "scr" to "scr_bak", "scr_temp" to "scr".
     "renameat2": 2,
     # A file that may not be read could not be copied, so it is not renamed either.
@@ -46,8 +42,8 @@ LIMITS = {
     "access": 1,
 }
 # Nothing else is done for a single screen.
-OF_NO_SCREEN = ("statx", "readlink", "getdents64", "mkdir", "rmdir", "unlink", "unlinkat", "fsync", "fdatasync",
-                "sendfile", "copy_file_range", "chmod", "ftruncate", "lseek", "fstat", "ioctl")
+OF_NO_SCREEN = ("statx", "readlink", "getdents64", "mkdir", "rmdir", "unlink", "unlinkat", "linkat", "openat2", "fsync", "fdatasync",
+                "sendfile", "copy_file_range", "fchmod", "chmod", "ftruncate", "lseek", "fstat", "ioctl")
 
 
 def make_plant(root: pathlib.Path, screens: int) -> None:

@@ -50,6 +50,11 @@ public:
         : m_descriptor(std::exchange(other.m_descriptor, -1))
     {
     }
+    Descriptor &operator=(Descriptor &&other) noexcept
+    {
+        std::swap(m_descriptor, other.m_descriptor);
+        return *this;
+    }
     Descriptor(const Descriptor &) = delete;
     Descriptor &operator=(const Descriptor &) = delete;
 
@@ -80,15 +85,15 @@ Descriptor openHeld(const QByteArray &name)
                                     : Descriptor(none);
 }
 
-/// Opens a regular file and tells its status. No other is opened: a pipe would wait for its writer,
-/// and so would one that takes the file's place meanwhile.
+/// Opens a regular file and tells its status. A pipe does not wait for its writer. Where a link
+/// leads is looked at first: to open a device may already be to use it.
 Descriptor openFile(const QString &path, struct stat &status)
 {
     constexpr int none = -1;
     const QByteArray name = QFile::encodeName(path);
-    if (stat(name.constData(), &status) != 0 || !S_ISREG(status.st_mode))
-        return Descriptor(none);
-    Descriptor file = openAs(name, O_NONBLOCK);
+    Descriptor file = openAs(name, O_NONBLOCK | O_NOFOLLOW);
+    if (file.get() < 0 && errno == ELOOP && stat(name.constData(), &status) == 0 && S_ISREG(status.st_mode))
+        file = openAs(name, O_NONBLOCK);
     if (file.get() < 0 && errno == EWOULDBLOCK)
         return openHeld(name);
     return isRegular(file, status) ? std::move(file) : Descriptor(none);

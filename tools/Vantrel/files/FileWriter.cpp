@@ -14,6 +14,7 @@
 namespace {
 
 constexpr const char *openFiles = "/proc/self/fd";
+constexpr mode_t allBits = 07777;
 
 /// Why a file cannot be written over what lies in its place; 0 where it can.
 int obstacleIn(const OpenFolder &folder, const QByteArray &name)
@@ -51,20 +52,29 @@ bool isWithoutNamelessFiles(int error)
 } // namespace
 
 FileWriter::FileWriter(const RootFolder &root, const QString &path, unsigned mode, IfThere ifThere)
-    : m_folder(root.parentOf(path))
-    , m_name(lastNameOf(path))
-    , m_ifThere(ifThere)
+    : FileWriter(std::make_shared<OpenFolder>(root.parentOf(path)), lastNameOf(path), mode, ifThere,
+                 Appears::WhenWhole)
 {
-    m_error = m_folder.error();
+}
+
+FileWriter::FileWriter(std::shared_ptr<const OpenFolder> folder, QByteArray name, unsigned mode,
+                       IfThere ifThere, Appears appears)
+    : m_folder(std::move(folder))
+    , m_name(std::move(name))
+    , m_mode(mode)
+    , m_ifThere(ifThere)
+    , m_error(m_folder->error())
+{
     if (m_error == 0 && ifThere == IfThere::Replace)
-        m_error = obstacleIn(m_folder, m_name);
+        m_error = obstacleIn(*m_folder, m_name);
     if (m_error == 0)
-        open(mode);
+        open(appears);
 }
 
 FileWriter::FileWriter(FileWriter &&other) noexcept
     : m_folder(std::move(other.m_folder))
     , m_name(std::move(other.m_name))
+    , m_mode(other.m_mode)
     , m_ifThere(other.m_ifThere)
     , m_descriptor(std::exchange(other.m_descriptor, -1))
     , m_error(other.m_error)
@@ -79,30 +89,38 @@ FileWriter::~FileWriter()
 }
 
 /// Without a name where the system has such files, and finds them to be given one.
-void FileWriter::open(unsigned mode)
+void FileWriter::open(Appears appears)
 {
     static const bool canBeNamed = access(openFiles, X_OK) == 0;
     constexpr int flags = O_WRONLY | O_CLOEXEC;
-    const int folder = m_folder.descriptor();
+    const int folder = m_folder->descriptor();
     errno = EOPNOTSUPP;
-    if (canBeNamed)
-        m_descriptor = openIn(folder, ".", flags | O_TMPFILE, mode);
+    if (canBeNamed && appears == Appears::WhenWhole)
+        m_descriptor = openIn(folder, ".", flags | O_TMPFILE, m_mode);
     if (!isOpen() && isWithoutNamelessFiles(errno)) {
         m_nameNow = m_ifThere == IfThere::Replace ? QByteArray(unfinishedFile) : m_name;
         if (m_ifThere == IfThere::Replace)
             unlinkat(folder, unfinishedFile, 0);
-        m_descriptor = openIn(folder, m_nameNow.constData(), flags | O_CREAT | O_EXCL | O_NOFOLLOW, mode);
+        m_descriptor = openIn(folder, m_nameNow.constData(), flags | O_CREAT | O_EXCL | O_NOFOLLOW, m_mode);
     }
     if (!isOpen())
         m_error = errno;
-    else if (!setMode(mode))
-        discard(m_error);
 }
 
-/// The process's mask may have taken some of the permissions away.
-bool FileWriter::setMode(unsigned mode)
+/// The process's mask may have taken some of the permissions away, and somebody the file with its folder.
+bool FileWriter::isAsWanted()
 {
-    if (fchmod(m_descriptor, mode) == 0)
+    struct stat status = {};
+    if (fstat(m_descriptor, &status) != 0) {
+        m_error = errno;
+        return false;
+    }
+    if (!m_nameNow.isEmpty() && status.st_nlink == 0) {
+        m_nameNow.clear(); // another file may have it now
+        m_error = ENOENT;
+        return false;
+    }
+    if ((status.st_mode & allBits) == m_mode || fchmod(m_descriptor, m_mode) == 0)
         return true;
     m_error = errno;
     return false;
@@ -111,7 +129,7 @@ bool FileWriter::setMode(unsigned mode)
 bool FileWriter::nameIt(const QByteArray &name)
 {
     const QByteArray nameless = QByteArray(openFiles) + '/' + QByteArray::number(m_descriptor);
-    const bool isNamed = linkat(AT_FDCWD, nameless.constData(), m_folder.descriptor(), name.constData(),
+    const bool isNamed = linkat(AT_FDCWD, nameless.constData(), m_folder->descriptor(), name.constData(),
                                 AT_SYMLINK_FOLLOW) == 0;
     if (isNamed)
         m_nameNow = name;
@@ -121,7 +139,7 @@ bool FileWriter::nameIt(const QByteArray &name)
 /// Gives the file its name, in place of another one where it may.
 bool FileWriter::takePlace()
 {
-    const int folder = m_folder.descriptor();
+    const int folder = m_folder->descriptor();
     bool isInPlace = m_nameNow == m_name || (m_nameNow.isEmpty() && nameIt(m_name));
     if (!isInPlace && m_ifThere == IfThere::Replace) {
         if (m_nameNow.isEmpty() && errno == EEXIST) {
@@ -162,7 +180,7 @@ bool FileWriter::append(const char *bytes, qsizetype size)
 
 bool FileWriter::finish()
 {
-    const bool isInPlace = takePlace();
+    const bool isInPlace = isAsWanted() && takePlace();
     if (close() && isInPlace)
         return true;
     removeNamed();
@@ -179,7 +197,7 @@ void FileWriter::discard(int error)
 void FileWriter::removeNamed()
 {
     if (!m_nameNow.isEmpty())
-        unlinkat(m_folder.descriptor(), m_nameNow.constData(), 0);
+        unlinkat(m_folder->descriptor(), m_nameNow.constData(), 0);
 }
 
 bool FileWriter::close()

@@ -6,6 +6,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <memory>
+
 class RootFolder;
 
 /// What becomes of a file that lies in the place of a new one.
@@ -14,18 +16,27 @@ enum class IfThere {
     Replace, ///< the new one takes its place when it is whole; a link is replaced, not followed
 };
 
+/// When others see a new file.
+enum class Appears {
+    WhenWhole, ///< where the file system can do that
+    AtOnce,    ///< cheaper, in a folder whose files nobody takes for whole yet
+};
+
 /// The name of a file that has not taken its place. One that an interruption left is replaced by
 /// the next in its folder.
 inline constexpr const char *unfinishedFile = ".vantrel.copy";
 
-/// A file below a root that is written once, from its beginning to its end. Others see it when it
-/// is whole, where the file system can do that. Its folder is held open meanwhile.
+/// A file below a root that is written once, from its beginning to its end. Its folder is held open
+/// meanwhile.
 class FileWriter final
 {
 public:
     /// Opens a new file with these permissions. A file of the same name shows when the content is
     /// written; one that may not be written to, and what is no file, shows at once.
     FileWriter(const RootFolder &root, const QString &path, unsigned mode, IfThere ifThere);
+    /// The same in a folder that is open, or says why not.
+    FileWriter(std::shared_ptr<const OpenFolder> folder, QByteArray name, unsigned mode, IfThere ifThere,
+               Appears appears);
     ~FileWriter();
 
     FileWriter(FileWriter &&other) noexcept;
@@ -48,16 +59,16 @@ public:
     void discard(int error);
 
 private:
-    bool mayReplace();
-    void open(unsigned mode);
-    bool setMode(unsigned mode);
+    void open(Appears appears);
+    bool isAsWanted();
     bool nameIt(const QByteArray &name);
     bool takePlace();
     bool close();
     void removeNamed();
 
-    OpenFolder m_folder;
+    std::shared_ptr<const OpenFolder> m_folder;
     QByteArray m_name;
+    unsigned m_mode;
     IfThere m_ifThere;
     int m_descriptor = -1;
     int m_error = 0;

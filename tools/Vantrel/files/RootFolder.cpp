@@ -120,6 +120,16 @@ bool RootFolder::makeFolder(const QString &path, unsigned rights) const
     return true;
 }
 
+std::shared_ptr<const OpenFolder> FolderInUse::parentOf(const QString &path)
+{
+    QString parentPath = parentPathOf(path);
+    if (!m_folder || !m_folder->isOpen() || parentPath != m_path) {
+        m_folder = std::make_shared<OpenFolder>(m_root.folder(parentPath));
+        m_path = std::move(parentPath);
+    }
+    return m_folder;
+}
+
 QString parentPathOf(const QString &path)
 {
     const QString trimmed = withoutLastSlashes(path);

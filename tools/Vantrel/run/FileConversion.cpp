@@ -55,6 +55,7 @@ void FileConversion::makeTempFolder(const QString &imageFile)
 
 bool FileConversion::makeTempFolderAgain(const QString &imageFile)
 {
+    m_tempFolder.letGo();
     return m_tempFolders.makeAgain(tempFolderOf(imageFile), QFileInfo(imageFile).absolutePath());
 }
 
@@ -86,13 +87,21 @@ void FileConversion::convertImage(const QString &imageFile)
     }
 }
 
+/// What an interruption leaves in a new temp folder is not taken for whole, since the run is known to
+/// have been interrupted. What lies there already is of no such run.
+FileWriter FileConversion::makeTempFile(const ImageFile &image, const QString &tempFile, IfThere ifThere)
+{
+    return {m_tempFolder.parentOf(tempFile), lastNameOf(tempFile), image.mode, ifThere,
+            m_tempFolderIsNew ? Appears::AtOnce : Appears::WhenWhole};
+}
+
 /// Once more where the folder of the temp file was there and has gone since.
 FileWriter FileConversion::openTempFile(const ImageFile &image, const QString &tempFile, IfThere ifThere)
 {
-    FileWriter file(m_root, tempFile, image.mode, ifThere);
+    FileWriter file = makeTempFile(image, tempFile, ifThere);
     const bool isWithoutFolder = !file.isOpen() && file.error() == ENOENT;
     if (isWithoutFolder && makeTempFolderAgain(image.path))
-        return {m_root, tempFile, image.mode, ifThere};
+        return makeTempFile(image, tempFile, ifThere);
     return file;
 }
 
@@ -104,7 +113,7 @@ bool FileConversion::writeTempFile(FileWriter &file, const ImageFile &image, con
         return file.error() == 0;
     if (file.error() != ENOENT || !makeTempFolderAgain(image.path))
         return false;
-    FileWriter again(m_root, tempFile, image.mode, ifThere);
+    FileWriter again = makeTempFile(image, tempFile, ifThere);
     return again.isOpen() && again.write(bytes.data(), bytes.size());
 }
 

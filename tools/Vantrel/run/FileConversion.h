@@ -50,6 +50,7 @@ public:
     void convert(const QString &imageFile);
 
 private:
+    FileWriter makeTempFile(const ImageFile &image, const QString &tempFile, IfThere ifThere);
     FileWriter openTempFile(const ImageFile &image, const QString &tempFile, IfThere ifThere);
     bool writeTempFile(FileWriter &file, const ImageFile &image, const QString &tempFile, IfThere ifThere,
                        QByteArrayView bytes);
@@ -66,6 +67,7 @@ private:
     const RunReports &m_reports;
     RootFolder m_root;
     FolderMaker m_tempFolders;
+    FolderInUse m_tempFolder{m_root};
     bool m_tempFolderIsNew = false;
     ShapeLibrary m_library;
     OpenedShapes m_shapes{m_library};
