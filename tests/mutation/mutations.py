@@ -246,7 +246,8 @@ FILE_WRITER = _table(
     ("    close();\n    removeNamed();\n", "    close();\n"),
     ("O_CREAT | O_EXCL | O_NOFOLLOW", "O_CREAT | O_NOFOLLOW"),
     ("if (count <= 0) {", "if (count < 0) {"),
-    ("else if (!setMode(mode))", "else if (false)"),
+    ("(status.st_mode & allBits) == m_mode || fchmod(m_descriptor, m_mode) == 0", "true"),
+    ("!m_nameNow.isEmpty() && status.st_nlink == 0", "false"),
     ("if (m_error == 0 && ifThere == IfThere::Replace)", "if (false)"),
     ("        if (m_ifThere == IfThere::Replace)\n            unlinkat(folder, unfinishedFile, 0);\n", ""),
 )
