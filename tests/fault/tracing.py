@@ -22,7 +22,7 @@ NOT_OF_FILES = {"poll", "ppoll", "select", "epoll_wait", "epoll_ctl", "eventfd2"
 
 # Of these, strace numbers a family with one call each; those of a run's own are all on the project.
 ONLY_ON_PROJECT = {"fdatasync", "fsync", "linkat", "sendfile", "copy_file_range", "fchmod", "chmod",
-                   "renameat2", "rename", "unlinkat", "unlink", "rmdir", "mkdir", "mkdirat", "ftruncate"}
+                   "renameat2", "renameat", "rename", "unlinkat", "unlink", "rmdir", "mkdir", "mkdirat", "ftruncate"}
 
 CALL = re.compile(r"^(\d+) +(\w+)\(")
 PLACE = re.compile(r'[<"](/[^>"]*)[>"]')

@@ -158,15 +158,14 @@ void TestKilledRuns::areRecoveredInTheWindow_data()
                    RunStage::CopyingBack};
     for (const QString &button : {u"btnPutBack"_s, u"btnComplete"_s, u"btnCancel"_s}) {
         const QByteArray name = button.sliced(3).toLatin1();
-        QTest::addRow("%s, renaming", name.constData()) << Moves::ByRenaming << u"rename"_s << all << button;
+        QTest::addRow("%s, renaming", name.constData())
+            << Moves::ByRenaming << u"renameat"_s << all << button;
         QTest::addRow("%s, renaming folders only", name.constData())
-            << Moves::ByCopying << u"rename"_s << all << button;
+            << Moves::ByCopying << u"renameat"_s << all << button;
         QTest::addRow("%s, copying", name.constData())
             << Moves::ByCopying << u"linkat"_s
             << QSet{RunStage::Converting, RunStage::BackingUp, RunStage::CopyingBack} << button;
-        QTest::addRow("%s, removing", name.constData())
-            << Moves::ByCopying << u"unlinkat"_s
-            << QSet{RunStage::Discarding, RunStage::Removing, RunStage::CopyingBack} << button;
+        QTest::addRow("%s, removing", name.constData()) << Moves::ByCopying << u"unlinkat"_s << all << button;
     }
 }
 

@@ -40,7 +40,7 @@ MOST_RUNS = 5
 
 # Calls at which a command is hit, and about how often a thread makes them. The first of "openat" and
 # "close" load libraries.
-CALLS_ON_NAMES = (("rename", 12), ("renameat2", 12), ("unlink", 10), ("unlinkat", 2), ("mkdir", 10), ("mkdirat", 10),
+CALLS_ON_NAMES = (("renameat", 12), ("renameat2", 12), ("unlink", 3), ("unlinkat", 14), ("mkdirat", 14),
                   ("rmdir", 3), ("linkat", 7), ("fsync", 13), ("fchmod", 5), ("utimensat", 10))
 CALLS = (*CALLS_ON_NAMES, ("openat", 150), ("openat2", 60), ("close", 150), ("write", 15))
 

@@ -1,4 +1,5 @@
 // The folder of the last runs: names, rights, what goes and what stays.
+#include "RootFolder.h"
 #include "RunHistory.h"
 #include "RunSummary.h"
 #include "TestProject.h"
@@ -21,7 +22,7 @@ void keep(const TestProject &project, const QString &entry, HistoryKind kind = H
     RunSummary summary;
     summary.kind = kind;
     summary.ended = begin;
-    QCOMPARE(writeSummary(history.pathOf(entry), summary), QString());
+    QCOMPARE(writeSummary(RootFolder(project.dir()), history.pathOf(entry), summary), QString());
 }
 
 mode_t rightsOf(const QString &path)
@@ -185,9 +186,11 @@ void TestRunHistory::countsNoRunThatKeptNothing()
 {
     const TestProject project;
     keep(project, u"2026-03-01_00-00-00"_s);
-    project.write(u".vantrel.history/2026-03-02_00-00-00/run.json.new"_s, "{");
-    QCOMPARE(writeSummary(project.path(u".vantrel.history/2026-03-02_00-00-00"_s), RunSummary()), QString());
-    project.write(u".vantrel.history/2026-03-03_00-00-00/run.json.new"_s, "{");
+    project.write(u".vantrel.history/2026-03-02_00-00-00/.vantrel.copy"_s, "{");
+    QCOMPARE(writeSummary(RootFolder(project.dir()), project.path(u".vantrel.history/2026-03-02_00-00-00"_s),
+                          RunSummary()),
+             QString());
+    project.write(u".vantrel.history/2026-03-03_00-00-00/.vantrel.copy"_s, "{");
     const RunHistory history(project.dir());
     QCOMPARE(history.keepNewest(1), QString());
     QCOMPARE(history.newestRun(), u"2026-03-01_00-00-00"_s);

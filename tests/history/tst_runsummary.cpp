@@ -1,4 +1,5 @@
 // "run.json": what is written is read, and nothing else.
+#include "RootFolder.h"
 #include "RunSummary.h"
 #include "TestProject.h"
 #include "TestSuite.h"
@@ -38,7 +39,7 @@ void TestRunSummary::readsWhatItWrote()
     summary.about = u"2026-03-04_00-00-00"_s;
     summary.stages = {{u"backing up"_s, summary.started}, {u"done"_s, summary.ended}};
     project.makeFolder(u"entry"_s);
-    QCOMPARE(writeSummary(project.path(u"entry"_s), summary), QString());
+    QCOMPARE(writeSummary(RootFolder(project.dir()), project.path(u"entry"_s), summary), QString());
     const std::optional<RunSummary> read = readSummary(project.path(u"entry"_s));
     QVERIFY(read);
     QCOMPARE(read->kind, summary.kind);
@@ -62,7 +63,7 @@ void TestRunSummary::readsWhatItWrote()
 void TestRunSummary::writesNoTimeThatIsNotKnown()
 {
     const TestProject project;
-    QCOMPARE(writeSummary(project.dir(), {}), QString());
+    QCOMPARE(writeSummary(RootFolder(project.dir()), project.dir(), {}), QString());
     QVERIFY(!project.read(u"run.json"_s).contains("ended"));
     QVERIFY(!readSummary(project.dir())->ended.isValid());
 }
@@ -71,10 +72,10 @@ void TestRunSummary::replacesTheOneBefore()
 {
     const TestProject project;
     project.write(u"run.json"_s, "{");
-    project.write(u"run.json.new"_s, "left by an interruption");
+    project.write(u".vantrel.copy"_s, "left by an interruption");
     RunSummary summary;
     summary.screens = 3;
-    QCOMPARE(writeSummary(project.dir(), summary), QString());
+    QCOMPARE(writeSummary(RootFolder(project.dir()), project.dir(), summary), QString());
     QCOMPARE(readSummary(project.dir())->screens, 3);
     QCOMPARE(project.files(u""_s), QStringList{u"run.json"_s});
 }
@@ -102,7 +103,7 @@ void TestRunSummary::saysWhatCannotBeWritten()
 {
     const TestProject project;
     const QString path = project.path(u"nowhere"_s);
-    QCOMPARE(writeSummary(path, {}),
+    QCOMPARE(writeSummary(RootFolder(project.dir()), path, {}),
              u"%1/run.json could not be written: No such file or directory"_s.arg(path));
 }
 

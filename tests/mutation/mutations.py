@@ -146,14 +146,18 @@ RUN = _table(
 )
 
 FILES = _table(
-    "files/updUtils.cpp",
+    "layout/updUtils.cpp",
+    ("return copyAll(moves, root) && found.isWhole() && holdsOnlyCopied(moves, source);", "return copyAll(moves, root);"),
+    ("found.isWhole() && renameAll(moves, root, source)", "renameAll(moves, root, source)"),
+    ("    removeDirOrLog(projectDir + from);\n", ""),
+)
+
+FOLDER_REMOVAL = _table(
+    "files/FolderRemoval.cpp",
     ("if (entry.kind != EntryKind::Folder)\n", "if (entry.kind == EntryKind::File)\n"),
     ("if (inner.isOpen() && !removeEntries(inner))\n            return false;", ""),
     ("S_ISLNK(status.st_mode))\n        return unlinkat(parent.descriptor(), name.constData(), 0) == 0;",
      "false)\n        return false;"),
-    ("return copyAll(moves, root) && found.isWhole() && holdsOnlyCopied(moves, source);", "return copyAll(moves, root);"),
-    ("found.isWhole() && renameAll(moves, root, source)", "renameAll(moves, root, source)"),
-    ("    removeDirOrLog(projectDir + from);\n", ""),
 )
 
 ROOT_FOLDER = _table(
@@ -165,7 +169,7 @@ ROOT_FOLDER = _table(
 )
 
 SEARCH = _table(
-    "files/ImageFileSearch.cpp",
+    "layout/ImageFileSearch.cpp",
     ('!path.contains(".psc")', '!path.endsWith(".psc")'),
     ("if (entry.name.startsWith('.'))\n                continue;", ""),
     ("if (std::find(m_trail.begin(), m_trail.end(), here) != m_trail.end())\n        return false;", ""),
@@ -178,11 +182,11 @@ SEARCH = _table(
 LIBRARY = _table(
     "shapes/ShapeLibrary.cpp",
     ('path.contains(".cat"_L1)', 'path.endsWith(".cat"_L1)'),
-    ("QFile::exists(path) ? path : ", "!path.isEmpty() ? path : "),
+    ("QFileInfo::exists(path) ? path : ", "!path.isEmpty() ? path : "),
 )
 
 BITMAPS = _table(
-    "files/BitmapFolders.cpp",
+    "layout/BitmapFolders.cpp",
     ('lowerPath.indexOf("/bmp"_L1) <= 0', 'lowerPath.indexOf("/bmp"_L1) < -1'),
     ("const QString lowerPath = path.toLower();", "const QString lowerPath = path;"),
     ("constEnd() && isIn(*listed))", "constEnd())"),
@@ -252,24 +256,29 @@ FILE_WRITER = _table(
     ("        if (m_ifThere == IfThere::Replace)\n            unlinkat(folder, unfinishedFile, 0);\n", ""),
 )
 
-CHANGE_LOG = _table(
-    "run/ChangeLog.cpp",
-    ("Uminitalisation", "Uninitialisation"),
-    ("if (shapeObject == imageObject)\n        shapeObject.clear();", ""),
-    ("constexpr qsizetype tagLength = 4;", "constexpr qsizetype tagLength = 5;"),
-    ("if (isNew)\n", ""),
-    ("    std::transform(fields.begin(), fields.end(), fields.begin(), withAsciiControlsEscaped);\n", ""),
-    ("    m_rows.clear();\n", ""),
+APPENDED_FILE = _table(
+    "files/AppendedFile.cpp",
     (" && status.st_dev == m_device && status.st_ino == m_inode", ""),
-    (">= filledRowLimit)", "> filledRowLimit)"),
-    ("placeHolders * field.size()", "placeHolders + field.size()"),
-    ("1 << 16", "1 << 15"),
-    (" || std::exchange(m_hasToldUnfilledRow, true)", ""),
-    ("        m_hasToldUnfilledRow = false;\n", ""),
     ("O_DIRECTORY | O_NOFOLLOW", "O_DIRECTORY"),
     ("S_ISREG(status.st_mode) && ", ""),
     (" && status.st_nlink == 1", ""),
 )
 
+CHANGE_LOG = _table(
+    "run/ChangeLog.cpp",
+    ("Uminitalisation", "Uninitialisation"),
+    ("if (shapeObject == imageObject)\n        shapeObject.clear();", ""),
+    ("constexpr qsizetype tagLength = 4;", "constexpr qsizetype tagLength = 5;"),
+    (" && m_file.open(m_path))", " && (m_file.open(m_path), true))"),
+    ("    std::transform(fields.begin(), fields.end(), fields.begin(), withAsciiControlsEscaped);\n", ""),
+    ("    m_rows.clear();\n", ""),
+    (">= filledRowLimit)", "> filledRowLimit)"),
+    ("placeHolders * field.size()", "placeHolders + field.size()"),
+    ("1 << 16", "1 << 15"),
+    (" || std::exchange(m_hasToldUnfilledRow, true)", ""),
+    ("        m_hasToldUnfilledRow = false;\n", ""),
+)
+
 MUTATIONS = (RECORD + GRAMMAR + CUTTER + RECTANGLES + REFERENCES + PLACEMENT + FILE_IO + FILE_WRITER + CHECK +
-             CONVERTER + RUN + FILES + ROOT_FOLDER + SEARCH + LIBRARY + BITMAPS + MOVES + EXCHANGE + CHANGE_LOG)
+             CONVERTER + RUN + FILES + ROOT_FOLDER + SEARCH + LIBRARY + BITMAPS + MOVES + EXCHANGE + CHANGE_LOG +
+             FOLDER_REMOVAL + APPENDED_FILE)

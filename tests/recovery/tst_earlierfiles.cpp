@@ -1,5 +1,6 @@
 // The files from before a run are found wherever they lie, and come back as they were.
 #include "EarlierFiles.h"
+#include "RootFolder.h"
 #include "RunSummary.h"
 #include "TestProject.h"
 #include "TestSuite.h"
@@ -22,7 +23,7 @@ void makeHistory(const TestProject &project)
         QCOMPARE(history.make(entry), QString());
         RunSummary summary;
         summary.kind = kind;
-        QCOMPARE(writeSummary(history.pathOf(entry), summary), QString());
+        QCOMPARE(writeSummary(RootFolder(project.dir()), history.pathOf(entry), summary), QString());
     };
     keep(first, HistoryKind::Run);
     keep(second, HistoryKind::Run);

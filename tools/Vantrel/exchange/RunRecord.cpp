@@ -2,9 +2,10 @@
 #include "RunRecord.h"
 
 #include "FileIo.h"
+#include "FolderTree.h"
+#include "RootFolder.h"
 
 #include <QCoreApplication>
-#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
@@ -171,15 +172,12 @@ void appendStage(QByteArray &text, const char *key, RunStage stage)
     appendLine(text, key, rowOf(stage).name);
 }
 
-void listOlderFiles(const QString &tempFolder, RunFacts &facts)
+void listOlderFiles(const OpenFolder &tempFolder, RunFacts &facts)
 {
-    QDirIterator entries(tempFolder, QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                         QDirIterator::Subdirectories);
-    while (entries.hasNext()) {
-        const QFileInfo entry = entries.nextFileInfo();
-        const QString name = entry.filePath().sliced(tempFolder.size() + 1);
-        (entry.isDir() && !entry.isSymLink() ? facts.olderFolders : facts.olderFiles).append(name);
-    }
+    visitTree(tempFolder, [&facts](const TreeEntry &entry) {
+        (entry.kind == EntryKind::Folder ? facts.olderFolders : facts.olderFiles)
+            .append(QFile::decodeName(entry.path));
+    });
 }
 
 } // namespace
@@ -196,7 +194,7 @@ RunFacts factsOfRun(const QString &projectDir, const QList<QFileInfo> &imageFile
     // A run takes a link in its place away, and makes a folder of its own.
     facts.hadTempFolder = mayExist(tempFolder) && !QFileInfo(tempFolder).isSymLink();
     if (facts.hadTempFolder)
-        listOlderFiles(tempFolder, facts);
+        listOlderFiles(RootFolder(projectDir).folder(tempFolder), facts);
     facts.hadBackup = mayExist(projectDir + "/scr_bak"_L1);
     return facts;
 }

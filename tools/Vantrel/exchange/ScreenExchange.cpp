@@ -94,9 +94,9 @@ void ScreenExchange::putOthersBack() const
     if (!m_facts.keepsOthers)
         return;
     const QString kept = RunHistory(m_projectDir).pathOf(m_archive.entry(), u"scr"_s);
-    if (const QString error = mergeBack(kept, folder("/scr"_L1)); !error.isEmpty())
-        logError(error, LogPlace::History);
     const RootFolder root(m_projectDir);
+    if (const QString error = mergeBack(root, kept, folder("/scr"_L1)); !error.isEmpty())
+        logError(error, LogPlace::History);
     for (const QString &screen : m_facts.screens) {
         const QString place = folder("/scr/"_L1) + screen;
         QString backup = "/scr/"_L1 + screen;

@@ -49,10 +49,7 @@ public:
     static std::optional<RunRecord> read(const QString &projectDir);
 
 private:
-    bool write(const QByteArray &text) const;
-
-    QByteArray m_folder;
-    QByteArray m_path;
+    QString m_projectDir;
     QByteArray m_factLines;
     IfUnwritable m_ifUnwritable;
     QList<StageTime> m_entered;

@@ -85,15 +85,26 @@ Descriptor openHeld(const QByteArray &name)
                                     : Descriptor(none);
 }
 
-/// Opens a regular file and tells its status. A pipe does not wait for its writer. Where a link
-/// leads is looked at first: to open a device may already be to use it.
+/// Opens what a link leads to. That is looked at first: to open a device may already be to use it.
+Descriptor openLinked(const QByteArray &name, struct stat &status)
+{
+    constexpr int none = -1;
+    if (stat(name.constData(), &status) != 0)
+        return Descriptor(none);
+    errno = 0;
+    return S_ISREG(status.st_mode) ? openAs(name, O_NONBLOCK) : Descriptor(none);
+}
+
+/// Opens a regular file and tells its status; where it is none, errno is 0. A pipe does not wait for its
+/// writer.
 Descriptor openFile(const QString &path, struct stat &status)
 {
     constexpr int none = -1;
     const QByteArray name = QFile::encodeName(path);
+    errno = 0;
     Descriptor file = openAs(name, O_NONBLOCK | O_NOFOLLOW);
-    if (file.get() < 0 && errno == ELOOP && stat(name.constData(), &status) == 0 && S_ISREG(status.st_mode))
-        file = openAs(name, O_NONBLOCK);
+    if (file.get() < 0 && errno == ELOOP)
+        file = openLinked(name, status);
     if (file.get() < 0 && errno == EWOULDBLOCK)
         return openHeld(name);
     return isRegular(file, status) ? std::move(file) : Descriptor(none);
@@ -163,7 +174,6 @@ std::optional<FileContent> readFile(const QString &path)
 int copyFile(const QString &from, const RootFolder &root, const QString &to)
 {
     endIfInterrupted();
-    errno = 0;
     struct stat status = {};
     const Descriptor source = openFile(from, status);
     if (source.get() < 0)

@@ -176,14 +176,16 @@ bool renameAll(const QList<FileMove> &moves, const RootFolder &project, const QS
     return true;
 }
 
-bool renameToNothing(const QByteArray &from, const QByteArray &to)
+bool renameToNothing(const OpenFolder &from, const QByteArray &name, const OpenFolder &to,
+                     const QByteArray &newName)
 {
-    if (renameat2(AT_FDCWD, from.constData(), AT_FDCWD, to.constData(), RENAME_NOREPLACE) == 0)
+    if (rename(from, name, to, newName))
         return true;
     if (errno != EINVAL && errno != ENOSYS)
         return false;
     struct stat status = {};
-    if (lstat(to.constData(), &status) == 0)
+    if (fstatat(to.descriptor(), newName.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0)
         errno = EEXIST;
-    return errno == ENOENT && std::rename(from.constData(), to.constData()) == 0;
+    return errno == ENOENT &&
+           renameat(from.descriptor(), name.constData(), to.descriptor(), newName.constData()) == 0;
 }

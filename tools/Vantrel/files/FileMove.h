@@ -5,6 +5,7 @@
 #include <QList>
 #include <QString>
 
+class OpenFolder;
 class RootFolder;
 
 struct FileMove
@@ -20,6 +21,8 @@ struct FileMove
 /// `root` is protected. Each file lies whole in one of its two places at any instant.
 bool renameAll(const QList<FileMove> &moves, const RootFolder &project, const QString &root);
 
-/// Renames a file, link or folder to a path where nothing lies. Returns false where it did not; errno
-/// tells why, EEXIST where something lies there. A file system that cannot refuse by itself is asked first.
-bool renameToNothing(const QByteArray &from, const QByteArray &to);
+/// Renames a file, link or folder of an open folder to a name that nothing has. Returns false where it did
+/// not; errno tells why, EEXIST where something lies there. A file system that cannot refuse by itself is
+/// asked first.
+bool renameToNothing(const OpenFolder &from, const QByteArray &name, const OpenFolder &to,
+                     const QByteArray &newName);

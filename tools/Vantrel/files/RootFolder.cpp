@@ -1,6 +1,9 @@
 // The folder below which the program writes.
 #include "RootFolder.h"
 
+#include "FileMove.h"
+#include "FolderRemoval.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -104,6 +107,19 @@ bool RootFolder::remove(const QString &path, int flags) const
     return unlinkat(parent.descriptor(), lastNameOf(path).constData(), flags) == 0 || errno == ENOENT;
 }
 
+bool RootFolder::removeTree(const QString &path) const
+{
+    return removeFolder(parentOf(path), lastNameOf(path));
+}
+
+bool RootFolder::moveToNothing(const QString &from, const QString &to) const
+{
+    const OpenFolder source = parentOf(from);
+    const OpenFolder target = parentOf(to);
+    errno = source.isOpen() ? target.error() : source.error();
+    return errno == 0 && renameToNothing(source, lastNameOf(from), target, lastNameOf(to));
+}
+
 bool RootFolder::makeFolder(const QString &path, unsigned rights) const
 {
     const OpenFolder parent = parentOf(path);
@@ -120,14 +136,13 @@ bool RootFolder::makeFolder(const QString &path, unsigned rights) const
     return true;
 }
 
-std::shared_ptr<const OpenFolder> FolderInUse::parentOf(const QString &path)
+unsigned rightsLike(const QString &folder)
 {
-    QString parentPath = parentPathOf(path);
-    if (!m_folder || !m_folder->isOpen() || parentPath != m_path) {
-        m_folder = std::make_shared<OpenFolder>(m_root.folder(parentPath));
-        m_path = std::move(parentPath);
-    }
-    return m_folder;
+    constexpr mode_t rightsOfNone = 0755;
+    constexpr mode_t allRights = 07777;
+    struct stat status = {};
+    const bool isKnown = stat(QFile::encodeName(folder).constData(), &status) == 0;
+    return (isKnown ? status.st_mode & allRights : rightsOfNone) | S_IRWXU;
 }
 
 QString parentPathOf(const QString &path)

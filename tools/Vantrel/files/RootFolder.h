@@ -6,8 +6,6 @@
 #include <QByteArray>
 #include <QString>
 
-#include <memory>
-
 /// How a missing folder is made.
 enum class FolderCreation {
     OneLevel,    ///< only where its parent exists
@@ -43,6 +41,13 @@ public:
     bool removeFile(const QString &path) const;
     /// Removes a folder that holds nothing, with the same answers.
     bool removeEmptyFolder(const QString &path) const;
+    /// Removes a folder with all that lies in it, or a link; stops at the first entry that stays. The
+    /// same answers.
+    bool removeTree(const QString &path) const;
+
+    /// Renames a file, link or folder to a path where nothing lies. Returns false where it did not; errno
+    /// tells why, EEXIST where something lies there.
+    bool moveToNothing(const QString &from, const QString &to) const;
 
 private:
     bool remove(const QString &path, int flags) const;
@@ -53,26 +58,9 @@ private:
     OpenFolder m_folder;
 };
 
-/// The folder below a root in which the last file was written, held open: most files follow another
-/// of their folder. The root must live as long as it.
-class FolderInUse final
-{
-public:
-    explicit FolderInUse(const RootFolder &root)
-        : m_root(root)
-    {
-    }
-
-    /// Opens the folder of a path, where that is not the one in use.
-    std::shared_ptr<const OpenFolder> parentOf(const QString &path);
-    /// The next call opens its folder anew: this one may have gone.
-    void letGo() { m_folder.reset(); }
-
-private:
-    const RootFolder &m_root;
-    QString m_path;
-    std::shared_ptr<const OpenFolder> m_folder;
-};
+/// The rights of a folder, for one that is to hold the same: nobody reads in a copy what was closed to
+/// them. The owner may always write into the new one.
+unsigned rightsLike(const QString &folder);
 
 /// The folder of a path, by the path alone.
 QString parentPathOf(const QString &path);

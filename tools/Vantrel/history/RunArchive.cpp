@@ -3,11 +3,9 @@
 
 #include "EngineLog.h"
 #include "FileIo.h"
-#include "FileMove.h"
+#include "RootFolder.h"
 #include "RunSummary.h"
 #include "updUtils.h"
-
-#include <QFile>
 
 #include <algorithm>
 #include <array>
@@ -76,16 +74,18 @@ void RunArchive::write(const RunSummary &summary) const
 {
     if (!isKeeping())
         return;
-    if (const QString failure = writeSummary(m_history.pathOf(m_entry), summary); !failure.isEmpty())
+    if (const QString failure = writeSummary(RootFolder(m_projectDir), m_history.pathOf(m_entry), summary);
+        !failure.isEmpty())
         logError(failure, LogPlace::History);
 }
 
 /// Returns 0, or an errno. What lies there already is not replaced.
 int RunArchive::moveAway(const QString &folder, const QString &name) const
 {
+    const RootFolder root(m_projectDir);
     const QString path = m_projectDir + u'/' + folder;
     QString place = m_history.pathOf(m_entry, name);
-    for (int number = 2; !renameToNothing(QFile::encodeName(path), QFile::encodeName(place)); ++number) {
+    for (int number = 2; !root.moveToNothing(path, place); ++number) {
         // Whatever else the system says, it has not said that nothing lies there.
         if (errno != EEXIST)
             return errno == ENOENT && !mayExist(path) ? 0 : errno;

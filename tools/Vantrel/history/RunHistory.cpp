@@ -2,18 +2,16 @@
 #include "RunHistory.h"
 
 #include "FileIo.h"
-#include "FolderListing.h"
+#include "FileWriter.h"
+#include "FolderTree.h"
+#include "RootFolder.h"
 #include "RunSummary.h"
-#include "updUtils.h"
 
 #include <QFile>
 #include <QRegularExpression>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
-#include <filesystem>
-#include <system_error>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -42,27 +40,6 @@ bool isFolder(const QString &path)
     return lstat(QFile::encodeName(path).constData(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-/// Makes a folder, or takes the one that is there; what a link leads to is not the project's.
-int makeFolder(const QString &path, mode_t mode)
-{
-    const QByteArray name = QFile::encodeName(path);
-    if (mkdir(name.constData(), mode) == 0)
-        return chmod(name.constData(), mode) == 0 ? 0 : errno;
-    if (errno != EEXIST)
-        return errno;
-    return isFolder(path) ? 0 : ENOTDIR;
-}
-
-/// The rights of a folder. Its owner may always put something into the new one.
-mode_t rightsLike(const QString &path)
-{
-    constexpr mode_t usualRights = 0755;
-    constexpr mode_t allRights = 07777;
-    struct stat status = {};
-    const bool isKnown = stat(QFile::encodeName(path).constData(), &status) == 0;
-    return (isKnown ? status.st_mode & allRights : usualRights) | S_IRWXU;
-}
-
 QString notMade(const QString &path, int error)
 {
     return u"%1 could not be made: %2"_s.arg(path, qt_error_string(error));
@@ -88,7 +65,7 @@ QStringList RunHistory::entries(bool &isWhole) const
         isWhole = isWhole && !mayExist(m_root);
         return {};
     }
-    const FolderListing listing = OpenFolder(QFile::encodeName(m_root)).list();
+    const FolderListing listing = RootFolder(m_projectDir).folder(m_root).list();
     isWhole = isWhole && listing.error == 0;
     QStringList names;
     for (const FolderEntry &entry : listing.entries) {
@@ -127,10 +104,11 @@ QString RunHistory::nameFor(const QDateTime &begin) const
 
 QString RunHistory::make(const QString &entry) const
 {
-    const mode_t rights = rightsLike(m_projectDir + "/scr"_L1);
+    const RootFolder root(m_projectDir);
+    const unsigned rights = rightsLike(m_projectDir + "/scr"_L1);
     for (const QString &path : {m_root, pathOf(entry)}) {
-        if (const int error = makeFolder(path, rights); error != 0)
-            return notMade(path, error);
+        if (!root.makeFolder(path, rights))
+            return notMade(path, errno);
     }
     return {};
 }
@@ -158,15 +136,16 @@ QString RunHistory::obstacle() const
 
 QString RunHistory::remove(const QString &entry) const
 {
+    const RootFolder root(m_projectDir);
     const QString going = pathOf(removedFolder);
     const auto failure = [](const QString &path) {
         return u"%1 could not be removed: %2"_s.arg(path, qt_error_string(errno));
     };
-    if (!updUtils::removeDir(going))
+    if (!root.removeTree(going))
         return failure(going);
-    if (std::rename(QFile::encodeName(pathOf(entry)).constData(), QFile::encodeName(going).constData()) != 0)
+    if (!root.moveToNothing(pathOf(entry), going))
         return failure(pathOf(entry));
-    return updUtils::removeDir(going) ? QString() : failure(going);
+    return root.removeTree(going) ? QString() : failure(going);
 }
 
 QString RunHistory::keepNewest(int mostRuns) const
@@ -194,28 +173,23 @@ bool RunHistory::isRun(const QString &entry) const
 /// Whether a run, or what wrote the entry, was killed before it put anything into it.
 bool RunHistory::isHollow(const QString &entry) const
 {
-    const FolderListing listing = OpenFolder(QFile::encodeName(pathOf(entry))).list();
+    const FolderListing listing = RootFolder(m_projectDir).folder(pathOf(entry)).list();
     return listing.error == 0 &&
            std::all_of(listing.entries.cbegin(), listing.entries.cend(), [](const FolderEntry &held) {
-               return held.name == "run.json" || held.name == "run.json.new";
+               return held.name == "run.json" || held.name == unfinishedFile;
            });
 }
 
 HistorySize RunHistory::sizeOf(const QString &entry) const
 {
-    namespace fs = std::filesystem;
     HistorySize size;
-    if (!isFolder(m_root))
-        return size;
-    std::error_code error;
-    fs::recursive_directory_iterator file(QFile::encodeName(pathOf(entry)).toStdString(), error);
-    for (; !error && file != fs::recursive_directory_iterator(); file.increment(error)) {
-        std::error_code unknown;
-        if (file->is_symlink(unknown) || !file->is_regular_file(unknown))
-            continue;
+    const RootFolder root(m_projectDir);
+    visitTree(root.folder(pathOf(entry)), [&size](const TreeEntry &found) {
+        if (found.kind != EntryKind::File)
+            return;
         ++size.files;
-        size.bytes += static_cast<qint64>(file->file_size(unknown));
-    }
+        size.bytes += found.size();
+    });
     return size;
 }
 

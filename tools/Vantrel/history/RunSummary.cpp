@@ -5,15 +5,12 @@
 #include "FileWriter.h"
 #include "RootFolder.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <cstdio>
 
 using namespace Qt::StringLiterals;
 
@@ -109,24 +106,15 @@ QJsonObject toJson(const RunSummary &summary)
 
 } // namespace
 
-QString writeSummary(const QString &entryPath, const RunSummary &summary)
+QString writeSummary(const RootFolder &root, const QString &entryPath, const RunSummary &summary)
 {
     constexpr unsigned readableByAll = 0644;
     const QByteArray text = QJsonDocument(toJson(summary)).toJson();
     const QString path = entryPath + fileName;
-    const QString beside = path + ".new"_L1;
-    const RootFolder root(entryPath);
-    root.removeFile(beside);
-    FileWriter writer(root, beside, readableByAll, IfThere::Fail);
-    const bool isWritten = writer.isOpen() && writer.write(text.constData(), text.size());
-    int error = isWritten ? 0 : writer.error();
-    if (isWritten &&
-        std::rename(QFile::encodeName(beside).constData(), QFile::encodeName(path).constData()) != 0)
-        error = errno;
-    if (error == 0)
+    FileWriter writer(root, path, readableByAll, IfThere::Replace);
+    if (writer.isOpen() && writer.write(text.constData(), text.size()))
         return {};
-    QFile::remove(beside);
-    return u"%1 could not be written: %2"_s.arg(path, qt_error_string(error));
+    return u"%1 could not be written: %2"_s.arg(path, qt_error_string(writer.error()));
 }
 
 std::optional<RunSummary> readSummary(const QString &entryPath)

@@ -8,6 +8,8 @@
 
 #include <optional>
 
+class RootFolder;
+
 /// What has put something into the history.
 enum class HistoryKind {
     Run,       ///< a conversion run
@@ -41,7 +43,7 @@ struct RunSummary
 };
 
 /// Writes "run.json" into the folder of an entry, whole or not at all. Returns what went wrong.
-QString writeSummary(const QString &entryPath, const RunSummary &summary);
+QString writeSummary(const RootFolder &root, const QString &entryPath, const RunSummary &summary);
 
 /// Reads it; nothing where there is none, or none that can be understood.
 std::optional<RunSummary> readSummary(const QString &entryPath);

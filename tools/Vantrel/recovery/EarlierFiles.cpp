@@ -3,7 +3,7 @@
 
 #include "FileComparison.h"
 #include "FileIo.h"
-#include "FolderListing.h"
+#include "FolderTree.h"
 #include "RunRecord.h"
 #include "RunSummary.h"
 #include "SafeCopy.h"
@@ -11,8 +11,7 @@
 #include <QFile>
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -43,31 +42,27 @@ void EarlierFiles::addRun()
 
 void EarlierFiles::addFolder(const QString &folder, Names names)
 {
-    namespace fs = std::filesystem;
     const auto isThere = [this](const QString &name) { return find(name) != nullptr; };
     const qsizetype before = m_files.size();
-    std::error_code error;
-    fs::recursive_directory_iterator entry(QFile::encodeName(folder).toStdString(), error);
     QList<EarlierFile> found;
-    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
-        std::error_code unknown;
-        const QByteArray path = QByteArray::fromStdString(entry->path().native());
-        const QString text = QFile::decodeName(path);
-        if (QFile::encodeName(text) != path) {
-            m_unreadable.append(text);
-            continue;
+    const OpenFolder opened = m_root.folder(folder);
+    const int error = visitTree(opened, [&](const TreeEntry &entry) {
+        const QString path = folder + u'/' + QFile::decodeName(entry.path);
+        if (QFile::encodeName(path) != QFile::encodeName(folder) + '/' + entry.path) {
+            m_unreadable.append(path);
+            return;
         }
-        if (entry->is_symlink(unknown) || !entry->is_regular_file(unknown))
-            continue;
+        if (entry.kind != EntryKind::File)
+            return;
         // A backup has its own name wherever "/scr" stands in a path.
-        QString name = text.sliced(folder.size());
+        QString name = path.sliced(folder.size());
         if (names == Names::AsInBackup)
             name.replace("/scr_bak"_L1, "/scr"_L1);
         name = name.sliced(1);
         if (before == 0 || !isThere(name))
-            found.append({name, text, names == Names::AsInBackup});
-    }
-    if (error && error != std::errc::no_such_file_or_directory)
+            found.append({name, path, names == Names::AsInBackup});
+    });
+    if (error != 0 && error != ENOENT)
         m_unreadable.append(folder);
     m_files += found;
     std::sort(m_files.begin(), m_files.end(),
@@ -110,7 +105,7 @@ QString EarlierFiles::setAside(const QString &place, const QString &name)
         summary.projectDir = m_projectDir;
         summary.started = now;
         summary.about = m_entry;
-        if (const QString error = writeSummary(m_history.pathOf(entry), summary); !error.isEmpty())
+        if (const QString error = writeSummary(m_root, m_history.pathOf(entry), summary); !error.isEmpty())
             return error;
     }
     return putCopy(place, m_root, m_history.pathOf(m_replacedEntry, u"scr"_s) + u'/' + name);

@@ -3,14 +3,12 @@
 
 #include "FileComparison.h"
 #include "FileIo.h"
-#include "FileMove.h"
-#include "FolderListing.h"
 #include "FolderMerge.h"
+#include "FolderTree.h"
 #include "RunArchive.h"
 #include "RunSummary.h"
 #include "SafeCopy.h"
 #include "StageFile.h"
-#include "updUtils.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -18,8 +16,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <filesystem>
-#include <system_error>
 
 using namespace Qt::StringLiterals;
 
@@ -176,7 +172,7 @@ QString RollBack::makeSetAside() const
     summary.started = QDateTime::currentDateTime();
     summary.about = m_facts.historyEntry;
     summary.screens = m_facts.screens.size();
-    return writeSummary(path, summary);
+    return writeSummary(m_places.root(), path, summary);
 }
 
 /// Copies a screen as it is in "scr" into the history; a link is moved there. What was set aside
@@ -192,7 +188,7 @@ QString RollBack::setAside(const QString &screen) const
     if (!QFileInfo(place).isSymLink())
         return putCopy(place, m_places.root(), target);
     m_places.root().makeFolder(QFileInfo(target).path(), FolderCreation::WithParents);
-    if (renameToNothing(QFile::encodeName(place), QFile::encodeName(target)))
+    if (m_places.root().moveToNothing(place, target))
         return {};
     return u"%1 could not be moved to %2: %3"_s.arg(place, target, qt_error_string(errno));
 }
@@ -262,7 +258,9 @@ QString RollBack::setAsideEntry() const
 /// Brings back what the run has not moved to the backup: other files, hidden ones, links, folders.
 QString RollBack::returnOtherFiles() const
 {
-    return m_facts.historyEntry.isEmpty() ? QString() : mergeBack(kept(u"scr"_s), m_places.folder(u"scr"_s));
+    return m_facts.historyEntry.isEmpty()
+               ? QString()
+               : mergeBack(m_places.root(), kept(u"scr"_s), m_places.folder(u"scr"_s));
 }
 
 /// Whether "scr_bak" is that of the run before again: this one has been taken back before.
@@ -284,7 +282,7 @@ QString RollBack::returnLastBackup() const
         if (!archive.keep(u"scr_bak"_s))
             return u"%1 could not be moved into the history"_s.arg(m_places.folder(u"scr_bak"_s));
     }
-    return mergeBack(kept(u"scr_bak"_s), m_places.folder(u"scr_bak"_s));
+    return mergeBack(m_places.root(), kept(u"scr_bak"_s), m_places.folder(u"scr_bak"_s));
 }
 
 /// The run is taken back, and so is its entry of the history. What has no place goes to the entry
@@ -294,10 +292,10 @@ QString RollBack::endEntry() const
     if (const QString error = returnLastBackup(); !error.isEmpty())
         return error;
     for (const QString &name : {u"scr"_s, u"scr_temp"_s})
-        removeTwins(kept(name), m_places.folder(name));
+        removeTwins(m_places.root(), kept(name), m_places.folder(name));
     if (!mayExist(kept({})))
         return {};
-    const FolderListing left = OpenFolder(QFile::encodeName(kept({}))).list();
+    const FolderListing left = m_places.root().folder(kept({})).list();
     if (left.error != 0)
         return u"%1 could not be listed: %2"_s.arg(kept({}), qt_error_string(left.error));
     const bool isEmpty = std::all_of(left.entries.cbegin(), left.entries.cend(),
@@ -305,8 +303,9 @@ QString RollBack::endEntry() const
     if (isEmpty)
         return m_history.remove(m_facts.historyEntry);
     const QString error = makeSetAside();
-    return error.isEmpty() ? mergeBack(kept({}), m_history.pathOf(m_facts.setAsideEntry, u"undone"_s))
-                           : error;
+    return error.isEmpty()
+               ? mergeBack(m_places.root(), kept({}), m_history.pathOf(m_facts.setAsideEntry, u"undone"_s))
+               : error;
 }
 
 /// Takes out of "scr" what the run had copied there from an older "scr_temp".
@@ -351,7 +350,7 @@ void RollBack::removeBackup() const
             removeContained(m_places.root(), backup, inPlace);
     }
     // What else somebody has put there stays.
-    removeEmptyFolders(m_places.folder(u"scr_bak"_s));
+    removeEmptyFolders(m_places.root(), m_places.folder(u"scr_bak"_s));
 }
 
 RunRecord recordOfCompletedRun(const ScreenPlaces &places, bool &isWhole)
@@ -381,32 +380,27 @@ QString restoreTempFolder(const ScreenPlaces &places, const RunFacts &facts)
 {
     const QString tempFolder = places.folder(u"scr_temp"_s);
     if (!facts.hadTempFolder)
-        return updUtils::removeDir(tempFolder) ? QString() : notRemoved(tempFolder);
+        return places.root().removeTree(tempFolder) ? QString() : notRemoved(tempFolder);
 
     // Nobody knows who has put a link there.
     if (QFileInfo(tempFolder).isSymLink())
         return {};
-    namespace fs = std::filesystem;
     const QSet<QString> olderFiles = toSet(facts.olderFiles);
     const QSet<QString> olderFolders = toSet(facts.olderFolders);
     QStringList newFiles;
     QStringList newFolders;
-    std::error_code error;
-    fs::recursive_directory_iterator entry(QFile::encodeName(tempFolder).toStdString(), error);
-    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
-        const QByteArray path = QByteArray::fromStdString(entry->path().native());
-        const QString text = QFile::decodeName(path);
+    const OpenFolder opened = places.root().folder(tempFolder);
+    const int error = visitTree(opened, [&](const TreeEntry &entry) {
+        const QString name = QFile::decodeName(entry.path);
         // A run makes no file that no text can name.
-        if (QFile::encodeName(text) != path)
-            continue;
-        std::error_code unknownKind;
-        const bool isFolder = !entry->is_symlink(unknownKind) && entry->is_directory(unknownKind);
-        const QString name = text.sliced(tempFolder.size() + 1);
+        if (QFile::encodeName(name) != entry.path)
+            return;
+        const bool isFolder = entry.kind == EntryKind::Folder;
         if (!(isFolder ? olderFolders : olderFiles).contains(name))
-            (isFolder ? newFolders : newFiles).append(text);
-    }
-    if (error && error != std::errc::no_such_file_or_directory)
-        return u"%1 could not be listed: %2"_s.arg(tempFolder, qt_error_string(error.value()));
+            (isFolder ? newFolders : newFiles).append(tempFolder + u'/' + name);
+    });
+    if (error != 0 && error != ENOENT)
+        return u"%1 could not be listed: %2"_s.arg(tempFolder, qt_error_string(error));
     for (const QString &file : std::as_const(newFiles)) {
         if (!places.root().removeFile(file))
             return notRemoved(file);

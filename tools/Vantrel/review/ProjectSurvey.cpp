@@ -3,6 +3,7 @@
 
 #include "CancelledRun.h"
 #include "FileIo.h"
+#include "FolderTree.h"
 #include "ImageFileSearch.h"
 #include "Interruption.h"
 #include "LineCheck.h"
@@ -17,14 +18,11 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <future>
-#include <system_error>
 #include <thread>
 #include <vector>
 
 using namespace Qt::StringLiterals;
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -58,6 +56,23 @@ bool mayBeLeftByInterruptedRun(const Finding &finding)
 {
     return std::find(leftByInterruptedRuns.begin(), leftByInterruptedRuns.end(), finding.kind) !=
            leftByInterruptedRuns.end();
+}
+
+struct FoundEntry
+{
+    QByteArray path; ///< as the file system has it
+    EntryKind kind = EntryKind::Other;
+};
+
+/// Folder by folder: one goes before the files whose names begin with its own.
+bool goesBefore(const FoundEntry &first, const FoundEntry &second)
+{
+    const auto isBefore = [](char a, char b) {
+        const auto rank = [](char letter) { return letter == '/' ? 0 : static_cast<unsigned char>(letter); };
+        return rank(a) < rank(b);
+    };
+    return std::lexicographical_compare(first.path.cbegin(), first.path.cend(), second.path.cbegin(),
+                                        second.path.cend(), isBefore);
 }
 
 class Surveyor final
@@ -95,9 +110,9 @@ private:
     void lookAtBackupFolder(const QFileInfo &imageFile);
     void lookForRoom(qint64 imageBytes);
     void lookForLosses();
-    void lookAtEntry(const fs::directory_entry &entry);
-    void lookAtOtherFile(const fs::directory_entry &entry, const QString &path);
-    bool isKnownScreen(const fs::directory_entry &entry) const;
+    void lookAtEntry(const FoundEntry &entry);
+    void lookAtOtherFile(const QString &path);
+    bool isKnownScreen(const FoundEntry &entry) const;
     Reading readImageFiles() const;
     std::future<Reading> startReading(qsizetype begin, qsizetype end) const;
     Reading readImageFiles(qsizetype begin, qsizetype end) const;
@@ -314,22 +329,21 @@ void Surveyor::lookForRoom(qint64 imageBytes)
 
 void Surveyor::lookForLosses()
 {
-    std::vector<fs::directory_entry> entries;
-    std::error_code error;
-    const auto options = fs::directory_options::none;
-    fs::recursive_directory_iterator entry(QFile::encodeName(m_imageFolder).toStdString(), options, error);
-    for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
-        endIfInterrupted();
-        if (!isKnownScreen(*entry))
-            entries.push_back(*entry);
-    }
+    QList<FoundEntry> entries;
+    const QByteArray folder = QFile::encodeName(m_imageFolder);
+    const OpenFolder opened(folder);
+    const int error = visitTree(opened, [&](const TreeEntry &entry) {
+        const FoundEntry found{folder + '/' + entry.path, entry.kind};
+        if (!isKnownScreen(found))
+            entries.append(found);
+    });
     // The system lists a folder in an order of its own.
-    std::sort(entries.begin(), entries.end());
-    for (const fs::directory_entry &found : entries)
+    std::sort(entries.begin(), entries.end(), goesBefore);
+    for (const FoundEntry &found : std::as_const(entries))
         lookAtEntry(found);
-    if (error && QFileInfo::exists(m_imageFolder)) {
+    if (error != 0 && QFileInfo::exists(m_imageFolder)) {
         note(FindingKind::FolderUnreadable, m_imageFolder,
-             u"it could not be read whole: %1"_s.arg(QString::fromStdString(error.message())),
+             u"it could not be read whole: %1"_s.arg(qt_error_string(error)),
              u"make every folder in it readable"_s);
         return;
     }
@@ -340,42 +354,39 @@ void Surveyor::lookForLosses()
     }
 }
 
-bool Surveyor::isKnownScreen(const fs::directory_entry &entry) const
+bool Surveyor::isKnownScreen(const FoundEntry &entry) const
 {
-    std::error_code error;
-    return !entry.is_symlink(error) && entry.is_regular_file(error) &&
-           m_knownFiles.contains(QByteArray(entry.path().c_str()));
+    return entry.kind == EntryKind::File && m_knownFiles.contains(entry.path);
 }
 
-void Surveyor::lookAtEntry(const fs::directory_entry &entry)
+void Surveyor::lookAtEntry(const FoundEntry &entry)
 {
-    const QByteArray name(entry.path().c_str());
+    const QByteArray &name = entry.path;
     const QString path = QFile::decodeName(name);
     if (QFile::encodeName(path) != name) {
         note(FindingKind::NameNotUtf8, path, u"its name is not valid UTF-8, so that a run would not see it"_s,
              u"rename it"_s);
         return;
     }
-    std::error_code error;
-    if (entry.is_symlink(error)) {
+    if (entry.kind == EntryKind::Link) {
         note(FindingKind::Link, path, u"a run would replace this link by what it leads to, or lose it"_s,
              u"move it out of \"scr\", or replace it by its files"_s);
-    } else if (entry.is_directory(error)) {
+    } else if (entry.kind == EntryKind::Folder) {
         lookAtAccess(path);
     } else {
-        lookAtOtherFile(entry, path);
+        lookAtOtherFile(path);
     }
 }
 
-void Surveyor::lookAtOtherFile(const fs::directory_entry &entry, const QString &path)
+void Surveyor::lookAtOtherFile(const QString &path)
 {
     // How the copying that a run uses names a file that is not whole yet.
-    constexpr std::string_view copyInProgress = "qt_temp.";
-    const std::string fileName = entry.path().filename();
-    if (fileName.starts_with(copyInProgress)) {
+    constexpr auto copyInProgress = "qt_temp."_L1;
+    const QStringView fileName = QStringView(path).sliced(path.lastIndexOf(u'/') + 1);
+    if (fileName.startsWith(copyInProgress)) {
         note(FindingKind::LeftOverFile, path, u"a copy that was broken off has left this temp file"_s,
              u"remove it"_s);
-    } else if (fileName.starts_with('.')) {
+    } else if (fileName.startsWith(u'.')) {
         note(FindingKind::HiddenFile, path, u"a run would take this hidden file away"_s,
              u"use --keep-others, or move it out of \"scr\""_s);
     } else {

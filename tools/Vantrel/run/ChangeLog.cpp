@@ -8,13 +8,8 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <optional>
 #include <utility>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -79,39 +74,7 @@ void appendAsTheyStand(const Fields &fields, TextBuffer<char> &out)
     }
 }
 
-/// Opens the folder that a log lies in; a link to a folder is none.
-int openFolderOf(const QByteArray &path)
-{
-    const qsizetype slash = path.lastIndexOf('/');
-    QByteArray folder = slash < 0 ? "."_ba : path.first(slash + 1);
-    // With a slash behind it, a link would be followed.
-    while (folder.size() > 1 && folder.endsWith('/'))
-        folder.chop(1);
-    return ::open(folder.constData(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-}
-
-QByteArray nameIn(const QByteArray &path)
-{
-    return path.sliced(path.lastIndexOf('/') + 1);
-}
-
-bool takesRows(const struct stat &status)
-{
-    return S_ISREG(status.st_mode) && status.st_nlink == 1;
-}
-
-bool takesRows(int folder, const QByteArray &name)
-{
-    struct stat status = {};
-    return fstatat(folder, name.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0 && takesRows(status);
-}
-
 } // namespace
-
-ChangeLog::~ChangeLog()
-{
-    close();
-}
 
 void ChangeLog::append(const STBlock &block, const QString &path)
 {
@@ -139,72 +102,24 @@ void ChangeLog::write(const QString &path)
     if (m_rows.size() == 0)
         return;
     if (const QByteArray encoded = QFile::encodeName(path); m_path != encoded) {
-        close();
+        m_file.close();
         m_path = encoded;
         m_hasToldUnfilledRow = false;
     }
-    if (m_descriptor < 0 || !isAtItsPath())
-        open();
-    writeText(m_rows.data(), m_rows.size());
+    if ((!m_file.isOpen() || !m_file.isAtItsPath()) && m_file.open(m_path))
+        m_file.append(header.data(), header.size());
+    m_file.append(m_rows.data(), m_rows.size());
     m_rows.clear();
 }
 
 void ChangeLog::tellUnfilledRow()
 {
     const std::optional<QString> screen = std::exchange(m_unfilledScreen, {});
-    if (!screen || m_descriptor < 0 || std::exchange(m_hasToldUnfilledRow, true))
+    if (!screen || !m_file.isOpen() || std::exchange(m_hasToldUnfilledRow, true))
         return;
     logWarning(u"A row of the change log would be too long with the place holders in its names filled, "
                "so they were left as they are. The names stand on screen %1"_s.arg(*screen),
                LogPlace::ChangeLog);
-}
-
-bool ChangeLog::isAtItsPath() const
-{
-    struct stat status = {};
-    return lstat(m_path.constData(), &status) == 0 && status.st_dev == m_device && status.st_ino == m_inode;
-}
-
-/// Like the failure to open the log, that of writing it is passed over.
-void ChangeLog::writeText(const char *text, qsizetype size) const
-{
-    if (m_descriptor >= 0) {
-        [[maybe_unused]] const ssize_t written = ::write(m_descriptor, text, static_cast<std::size_t>(size));
-    }
-}
-
-void ChangeLog::open()
-{
-    constexpr mode_t permissions = 0666;
-    constexpr int flags = O_WRONLY | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-    close();
-    const int folder = openFolderOf(m_path);
-    if (folder < 0)
-        return;
-    const QByteArray name = nameIn(m_path);
-    m_descriptor = openat(folder, name.constData(), flags | O_CREAT | O_EXCL, permissions);
-    const bool isNew = m_descriptor >= 0;
-    // Looked at before as well: some devices act when they are opened.
-    if (!isNew && errno == EEXIST && takesRows(folder, name))
-        m_descriptor = openat(folder, name.constData(), flags);
-    ::close(folder);
-
-    struct stat status = {};
-    if (m_descriptor < 0 || fstat(m_descriptor, &status) != 0 || !takesRows(status)) {
-        close();
-        return;
-    }
-    m_device = status.st_dev;
-    m_inode = status.st_ino;
-    if (isNew)
-        writeText(header.data(), header.size());
-}
-
-void ChangeLog::close()
-{
-    if (m_descriptor >= 0)
-        ::close(m_descriptor);
-    m_descriptor = -1;
 }
 
 QString withoutTag(const QString &object)
@@ -215,13 +130,7 @@ QString withoutTag(const QString &object)
 
 bool isChangeLog(const QString &path)
 {
-    const QByteArray encoded = QFile::encodeName(path);
-    const int folder = openFolderOf(encoded);
-    if (folder < 0)
-        return false;
-    const bool isLog = takesRows(folder, nameIn(encoded));
-    ::close(folder);
-    return isLog;
+    return AppendedFile::isAt(QFile::encodeName(path));
 }
 
 void writeChangeLog(const STBlock &block, const QString &path)

@@ -1,6 +1,7 @@
 // The change log: one row for each report of a run, for spreadsheets.
 #pragma once
 
+#include "AppendedFile.h"
 #include "STBlock.h"
 #include "TextBuffer.h"
 
@@ -9,13 +10,11 @@
 
 #include <optional>
 
-#include <sys/types.h>
-
 /// Appends reports to change logs, see writeChangeLog(). Keeps the log open between reports; a log
 /// that was moved or removed meanwhile is opened anew, so that every report goes to its path.
 ///
-/// The name of a log can be foreseen, so something else may lie there: nothing is written through a
-/// link, nor into what isChangeLog() does not take for a log.
+/// Nothing is written through a link, nor into what isChangeLog() does not take for a log, see
+/// AppendedFile. A log that cannot be opened or written is passed over.
 ///
 /// Control characters in a field are spelt out, so that no name forges a row.
 /// A field that holds a place holder, "%4", takes in the field behind it that has the number. A row
@@ -23,11 +22,6 @@
 class ChangeLog final
 {
 public:
-    ChangeLog() = default;
-    ~ChangeLog();
-    ChangeLog(const ChangeLog &) = delete;
-    ChangeLog &operator=(const ChangeLog &) = delete;
-
     void append(const STBlock &block, const QString &path);
 
     /// Keeps the row of a report for the next write().
@@ -39,15 +33,8 @@ public:
     void tellUnfilledRow();
 
 private:
-    bool isAtItsPath() const;
-    void open();
-    void writeText(const char *text, qsizetype size) const;
-    void close();
-
     QByteArray m_path;
-    int m_descriptor = -1;
-    dev_t m_device = 0;
-    ino_t m_inode = 0;
+    AppendedFile m_file;
     TextBuffer<char> m_rows;                 ///< to be written next
     std::optional<QString> m_unfilledScreen; ///< of the first row that would be too long, until it is told
     bool m_hasToldUnfilledRow = false;       ///< of the log at this path

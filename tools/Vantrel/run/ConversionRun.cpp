@@ -7,6 +7,7 @@
 #include "ImageFileSearch.h"
 #include "ProjectLock.h"
 #include "ProjectPath.h"
+#include "RootFolder.h"
 #include "RunArchive.h"
 #include "ScreenExchange.h"
 #include "StageFile.h"
@@ -21,9 +22,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// What a link leads to is not the project's: a run makes a folder of its own in its place.
-void takeAwayLink(const QString &path)
+void takeAwayLink(const RootFolder &root, const QString &path)
 {
-    if (QFileInfo(path).isSymLink() && QFile::remove(path))
+    if (QFileInfo(path).isSymLink() && root.removeFile(path))
         logError(u"Link %1 was taken away"_s.arg(path));
 }
 
@@ -56,7 +57,7 @@ void ConversionRun::perform()
     makeRoom(found);
     if (!enterConversion(found))
         return;
-    takeAwayLink(m_settings.projectDir + "/scr_temp"_L1);
+    takeAwayLink(RootFolder(m_settings.projectDir), m_settings.projectDir + "/scr_temp"_L1);
     reportHiddenFiles(found);
     if (!convertImageFiles(found.files)) {
         leaveCancelled();

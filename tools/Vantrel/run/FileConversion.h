@@ -2,8 +2,8 @@
 #pragma once
 
 #include "FileWriter.h"
+#include "FolderInUse.h"
 #include "OpenedShapes.h"
-#include "RootFolder.h"
 #include "RunHistory.h"
 #include "STBlock.h"
 #include "ShapeLibrary.h"

@@ -5,11 +5,15 @@
 
 #include <QHash>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
 /// Whether a path stands for a catalogue, which is refused as a shape file.
 bool isCatalogue(const QString &path);
+
+/// The shape files that lie in a folder itself, by name; hidden ones are none.
+QStringList shapeFilesIn(const QString &folder);
 
 /// Finds the shape files and bitmaps of one project and remembers where they are, so that each
 /// is looked for once in a run, however many objects refer to it. Belongs to one thread.

@@ -7,9 +7,9 @@
 #include "Presenter.h"
 #include "ProjectPath.h"
 #include "ReadingListener.h"
+#include "ShapeLibrary.h"
 #include "ShapeNames.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
@@ -103,10 +103,8 @@ void LibraryCheck::lookAtReference(const QString &name, const QString &spelling,
 
 void LibraryCheck::lookAtFolder(const QString &folder)
 {
-    const QDir library(folder);
-    const QStringList names = library.entryList({u"*.plb"_s, u"*.lib"_s}, QDir::Files, QDir::Name);
-    for (const QString &name : names)
-        lookAtFile(m_catalogue.shapeAt(library.filePath(name)));
+    for (const QString &path : shapeFilesIn(folder))
+        lookAtFile(m_catalogue.shapeAt(path));
 }
 
 void LibraryCheck::lookAtFile(const CatalogueShape &shape)

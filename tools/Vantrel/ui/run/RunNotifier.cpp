@@ -5,6 +5,7 @@
 #include "STBlock.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QWidget>
 
 namespace {
@@ -78,7 +79,7 @@ void RunNotifier::runIsCancelled()
 /// numbers stand in it.
 void RunNotifier::sendSummary() const
 {
-    const QString project = QDir(m_projectDir).dirName();
+    const QString project = QFileInfo(QDir::cleanPath(m_projectDir)).fileName();
     sendNotification(m_surroundings.bus(), tr("The update of %1 has ended").arg(project),
                      tr("Objects replaced: %1, errors: %2").arg(m_replaced).arg(m_errors));
 }

@@ -28,7 +28,7 @@ BitmapFolders::BitmapFolders(const QString &folder)
 
 bool BitmapFolders::contains(const QString &fileName) const
 {
-    const auto isIn = [&](const QString &folder) { return QFile::exists(folder + u'/' + fileName); };
+    const auto isIn = [&](const QString &folder) { return QFileInfo::exists(folder + u'/' + fileName); };
     // Where a name was listed, a file may be out of reach, a link lead nowhere, or nothing lie any more.
     const auto listed = m_folderOfName.constFind(QFile::encodeName(fileName));
     if (listed != m_folderOfName.constEnd() && isIn(*listed))

@@ -6,8 +6,8 @@
 #include "FileIo.h"
 #include "FileMove.h"
 #include "FolderListing.h"
+#include "FolderRemoval.h"
 #include "ImageFileSearch.h"
-#include "Interruption.h"
 
 #include <QFile>
 #include <QStringList>
@@ -15,10 +15,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -82,69 +78,11 @@ bool holdsNoImageFile(const QString &folder)
     return holdsOnly({}, folder);
 }
 
-/// Those of a folder, so that nobody reads in its copy what was closed to them.
-unsigned rightsLike(const QString &folder)
-{
-    constexpr mode_t usualRights = 0755;
-    constexpr mode_t allRights = 07777;
-    struct stat status = {};
-    const bool isKnown = stat(QFile::encodeName(folder).constData(), &status) == 0;
-    return (isKnown ? status.st_mode & allRights : usualRights) | S_IRWXU;
-}
-
-bool removeEntries(const OpenFolder &folder);
-
-bool removeEntry(const OpenFolder &folder, const FolderEntry &entry)
-{
-    endIfInterrupted();
-    if (entry.kind != EntryKind::Folder)
-        return unlinkat(folder.descriptor(), entry.name.constData(), 0) == 0;
-    {
-        const OpenFolder inner(folder, entry.name);
-        // One that cannot be opened may be empty.
-        if (inner.isOpen() && !removeEntries(inner))
-            return false;
-    }
-    return unlinkat(folder.descriptor(), entry.name.constData(), AT_REMOVEDIR) == 0;
-}
-
-/// Removes folders first, each kind by name; stops at the first entry that stays.
-bool removeEntries(const OpenFolder &folder)
-{
-    FolderListing listing = folder.list();
-    if (listing.error != 0)
-        return false;
-    std::sort(listing.entries.begin(), listing.entries.end(),
-              [](const FolderEntry &first, const FolderEntry &second) {
-                  const bool firstIsFolder = first.kind == EntryKind::Folder;
-                  const bool secondIsFolder = second.kind == EntryKind::Folder;
-                  return firstIsFolder != secondIsFolder ? firstIsFolder : first.name < second.name;
-              });
-    return std::all_of(listing.entries.cbegin(), listing.entries.cend(),
-                       [&folder](const FolderEntry &entry) { return removeEntry(folder, entry); });
-}
-
 } // namespace
 
 bool updUtils::removeDir(const QString &path)
 {
-    const OpenFolder parent(QFile::encodeName(parentPathOf(path)));
-    if (saysMissing(parent.error()))
-        return true;
-    const QByteArray name = lastNameOf(path);
-    struct stat status = {};
-    // What a link leads to is not the project's.
-    if (fstatat(parent.descriptor(), name.constData(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
-        S_ISLNK(status.st_mode))
-        return unlinkat(parent.descriptor(), name.constData(), 0) == 0;
-    {
-        const OpenFolder folder(parent, name);
-        if (saysMissing(folder.error()))
-            return true;
-        if (folder.isOpen() && !removeEntries(folder))
-            return false;
-    }
-    return unlinkat(parent.descriptor(), name.constData(), AT_REMOVEDIR) == 0;
+    return removeFolder(OpenFolder(QFile::encodeName(parentPathOf(path))), lastNameOf(path));
 }
 
 bool updUtils::removeDirOrLog(const QString &path)
