@@ -79,6 +79,7 @@ private Q_SLOTS:
     void makesOneLevelOfFoldersOnly();
     void makesFoldersWithTheirParentsWhenAskedTo();
     void leavesASourceThatCouldNotBeListed();
+    void saysNothingOfALinkInTheWay();
     void leavesASourceWithANameThatIsNotText();
     void leavesASourceWithTooManyLinks();
     void countsNothingToMoveAsMoved_data();
@@ -487,6 +488,21 @@ void TestUpdUtils::leavesASourceThatCouldNotBeListed()
     QCOMPARE(project.files(u""_s), (QStringList{u"scr/a.psc"_s, u"scr/sub/b.psc"_s, u"scr_bak/a.psc"_s}));
     QCOMPARE(log.entries, QStringList{u"error: Could not list Folder %1: Permission denied"_s.arg(
                               project.path(u"scr/sub"_s))});
+}
+
+/// The files behind it are there: no disk is to blame.
+void TestUpdUtils::saysNothingOfALinkInTheWay()
+{
+    const TestProject project;
+    project.write(u"scr_temp/area/a.psc"_s, "new"_ba);
+    project.write(u"elsewhere/a.psc"_s, "old"_ba);
+    project.makeFolder(u"scr"_s);
+    project.link(u"../elsewhere"_s, u"scr/area"_s);
+    LogRecorder log;
+    QVERIFY(!updUtils::moveImageFiles(u"/scr_temp"_s, u"/scr"_s, project.dir()));
+    QCOMPARE(log.entries, QStringList());
+    QCOMPARE(project.read(u"elsewhere/a.psc"_s), "old"_ba);
+    QCOMPARE(project.read(u"scr_temp/area/a.psc"_s), "new"_ba);
 }
 
 void TestUpdUtils::leavesASourceWithANameThatIsNotText()

@@ -33,14 +33,14 @@ bool hasArrived(const FileMove &move)
     return source.isFile() && target.isFile() && source.size() == target.size();
 }
 
-/// Why a file was not copied is told only where the disk is to blame: a file in its place and a
-/// missing folder follow from how a project is laid out.
+/// Why a file was not copied is told only where the disk is to blame: a file in its place, a link
+/// in the way and a missing folder follow from how a project is laid out.
 bool copy(const FileMove &move, const RootFolder &root)
 {
     const int error = copyFile(move.from, root, move.to);
     if (error == 0)
         return hasArrived(move);
-    if (error != EEXIST && error != ENOENT && error != ENOTDIR)
+    if (error != EEXIST && error != ENOENT && error != ENOTDIR && error != ELOOP)
         logError(u"Could not copy File %1 to %2: %3"_s.arg(move.from, move.to, qt_error_string(error)));
     return false;
 }
