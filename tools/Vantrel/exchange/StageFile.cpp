@@ -10,6 +10,7 @@
 #include <QFileInfo>
 
 #include <cerrno>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -37,8 +38,8 @@ qint64 largestTextOf(RunStage stage)
 
 } // namespace
 
-StageFile::StageFile(const QString &projectDir, const RunFacts &facts, IfUnwritable ifUnwritable)
-    : m_projectDir(projectDir)
+StageFile::StageFile(QString projectDir, const RunFacts &facts, IfUnwritable ifUnwritable)
+    : m_projectDir(std::move(projectDir))
     , m_factLines(toLines(facts))
     , m_ifUnwritable(ifUnwritable)
 {

@@ -21,7 +21,7 @@ enum class IfUnwritable {
 class StageFile final
 {
 public:
-    StageFile(const QString &projectDir, const RunFacts &facts,
+    StageFile(QString projectDir, const RunFacts &facts,
               IfUnwritable ifUnwritable = IfUnwritable::GoOnWhereProtected);
 
     /// Writes down what begins now, on the disk when this returns. Returns whether it may begin.
