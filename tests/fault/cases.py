@@ -19,6 +19,9 @@ from trees import Tree, screens, tree_of, without_logs
 
 Item = TypeVar("Item")
 
+# How many cases there are of what is made by chance, if not said otherwise.
+USUAL_SEEDS = 2000
+
 
 @dataclass(frozen=True)
 class Case:
@@ -36,6 +39,8 @@ class Surroundings:
     share: Share | None = None  # of these points; none for all
     least: int = 1  # points of a share
     preload: str = ""  # a library that stands before the system's own
+    seeds: int = USUAL_SEEDS
+    steps: tuple[int, ...] | None = None  # of a sequence made by chance; none for all
 
     def thinned(self, items: list[Item]) -> list[Item]:
         """As many as are wanted of a sweep, evenly over its whole length; with both ends where all shares are taken."""

@@ -26,8 +26,6 @@ from tracing import Injection, tracer
 from trees import HISTORY, RUN_FILES, Tree, below, describe, tree_of, without_logs
 from users import User, opened
 
-SEEDS = 2000
-
 SHORTEST, LONGEST = 8, 15  # steps
 
 PLANTS = (sound, linked, mixed, stopped)
@@ -276,4 +274,4 @@ def random_walks(surroundings: Surroundings) -> list[Case]:
         window = copy_for_others(window, pathlib.Path(surroundings.program).parent)
         prefix = AS_NOBODY
     return [Case(name_of(seed), functools.partial(check_walk, surroundings, window, prefix, seed))
-            for seed in surroundings.thinned(list(range(SEEDS)))]
+            for seed in surroundings.thinned(list(range(surroundings.seeds)))]
