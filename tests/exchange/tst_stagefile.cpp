@@ -28,7 +28,7 @@ RunFacts someFacts()
             .keepsOthers = true,
             .historyEntry = u"2024-03-05_14-07-09"_s,
             .setAsideEntry = u"2024-03-05_14-07-10"_s,
-            .screens = {u"a.psc"_s, u"boiler/100% b\nc: d.psc"_s, u" \u00fc.psc "_s},
+            .screens = {u"a.psc"_s, u"boiler/100% b\nc: d.psc"_s, u" \u00fc.psc "_s, u"\ufeffmarked.psc"_s},
             .olderFiles = {u"a.psc"_s},
             .olderFolders = {u"boiler"_s}};
 }
@@ -110,6 +110,7 @@ void TestStageFile::isReadable()
                                                         "screen: a.psc\n"
                                                         "screen: boiler/100%25 b%0Ac: d.psc\n"
                                                         "screen:  %C3%BC.psc \n"
+                                                        "screen: %EF%BB%BFmarked.psc\n"
                                                         "older file: a.psc\n"
                                                         "older folder: boiler\n"
                                                         "unsaved: a.psc\n"
@@ -136,6 +137,8 @@ void TestStageFile::doesNotUnderstandWhatIsNotWhole()
     QVERIFY(!readRunRecord(QByteArray(whole).replace("run 1", "run 2")));
     QVERIFY(!readRunRecord(QByteArray(whole).replace("folders: yes", "folders: maybe")));
     QVERIFY(!readRunRecord(whole + "\n"));
+    // A recovery could not read again what it would write itself.
+    QVERIFY(!readRunRecord(QByteArray(whole).replace("started: 2024-03-05T14:07:09\n", "")));
 }
 
 void TestStageFile::doesNotUnderstandAPathThatLeadsOut_data()
@@ -147,6 +150,10 @@ void TestStageFile::doesNotUnderstandAPathThatLeadsOut_data()
     QTest::newRow("of the history") << QByteArray("history: ..");
     QTest::newRow("below the history") << QByteArray("set aside: 2024-03-05_14-07-09/scr");
     QTest::newRow("nowhere") << QByteArray("older folder: ");
+    // To the system a name ends there.
+    QTest::newRow("to the folder above, with an end") << QByteArray("screen: ..%00a/..%00b/mac/pump.plb");
+    QTest::newRow("of another file, with an end") << QByteArray("unsaved: a.psc%00.psc");
+    QTest::newRow("of the history, with an end") << QByteArray("history: ..%002024-03-05_14-07-09");
 }
 
 void TestStageFile::doesNotUnderstandAPathThatLeadsOut()

@@ -8,7 +8,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QHash>
+#include <QStringTokenizer>
 
 using namespace Qt::StringLiterals;
 
@@ -32,9 +32,10 @@ QByteArray encoded(const QString &name)
     return QFile::encodeName(name).toPercentEncoding("/ !\"#$&'()*+,:;<=>?@[]^`{|}");
 }
 
+/// Behind a slash, since the mark of a text's encoding would be taken away at the very beginning.
 QString decoded(const QByteArray &value)
 {
-    return QFile::decodeName(QByteArray::fromPercentEncoding(value));
+    return QFile::decodeName('/' + QByteArray::fromPercentEncoding(value)).sliced(1);
 }
 
 bool readFlag(bool &flag, const QByteArray &value)
@@ -59,15 +60,17 @@ bool readName(QStringList &names, const QByteArray &value)
     return true;
 }
 
-/// A path below a folder. One that leads out of it was not written by a run.
+/// A path below a folder. One that leads out of it was not written by a run, nor one with a null, at
+/// which the system takes it to end.
 bool readPath(QStringList &paths, const QByteArray &value)
 {
     const QString path = decoded(value);
-    const QStringList names = path.split(u'/');
     paths.append(path);
-    return std::none_of(names.cbegin(), names.cend(), [](const QString &name) {
-        return name.isEmpty() || name == "."_L1 || name == ".."_L1;
-    });
+    for (const QStringView name : QStringTokenizer(path, u'/')) {
+        if (name.isEmpty() || name == "."_L1 || name == ".."_L1)
+            return false;
+    }
+    return !path.contains(QChar::Null);
 }
 
 /// The name of one folder of the history.
@@ -245,6 +248,9 @@ std::optional<RunRecord> readRunRecord(const QByteArray &text)
             return std::nullopt;
         begin = lineEnd + 1;
     }
+    // Each run says when it started. Without that, the record could not be read where it is written again.
+    if (!record.facts.started.isValid())
+        return std::nullopt;
     return record;
 }
 
