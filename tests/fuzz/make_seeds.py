@@ -1,4 +1,4 @@
-"""Makes the seeds of the fuzz targets from the screens and shapes of the tests and the example.
+"""Makes the seeds of the fuzz targets, most of them from the screens and shapes of the tests and the example.
 
     make_seeds.py REPOSITORY FOLDER      writes FOLDER/<target>/<seed>
 """
@@ -21,6 +21,27 @@ COMMAND_LINES = [
     "update --project p --all-shapes --dry-run --fail-on-changes", "update --project p --dry-run",
     "update --project missing --all-shapes --force", "check --project p extra",
 ]
+
+FACTS = """program: vantrel 1.0.0
+started: 2026-01-02T03:04:05
+makes folders: no
+list is whole: yes
+had scr_temp: yes
+had scr_bak: yes
+kept runs: 3
+keeps others: no
+"""
+NAMES = """history: 2026-01-02_03-04-05
+set aside: 2026-01-02_03-04-06
+shape: pump.plb
+screen: legend.psc
+screen: area/with blanks %C3%A4%25.psc
+older file: area/old.psc
+older folder: area
+unsaved: legend.psc
+"""
+STAGES = ["cancelled", "converting", "removing the last backup", "backing up", "removing the screens that are backed up",
+          "copying back", "done", "setting the screens aside", "rolling back", "rolled back"]
 
 
 def projects(repository):
@@ -56,6 +77,9 @@ def seeds(repository):
             yield "writers", shape.read_bytes()
     for line in COMMAND_LINES:
         yield "commandline", line.replace(" ", "\n").encode()
+    for stage in STAGES:
+        for names in ("", NAMES):
+            yield "stagefile", f"vantrel run 1\nstage: {stage}\nended at: done\n{FACTS}{names}end\n".encode()
 
 
 def main():

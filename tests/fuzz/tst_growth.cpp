@@ -3,6 +3,7 @@
 // are the same in every execution, other than time.
 #include "Converter.h"
 #include "Expect.h"
+#include "RunRecord.h"
 #include "TestProject.h"
 
 #include <QtTest>
@@ -92,7 +93,17 @@ QByteArray repeated(int count, const std::function<QByteArray(int)> &part)
     return text;
 }
 
-Work workOf(const Input &input)
+/// What is counted while something is done.
+Work workOf(const std::function<void()> &doing)
+{
+    const std::uint64_t before = comparisonCount;
+    const MemoryMeter meter;
+    doing();
+    return {.comparisons = static_cast<double>(comparisonCount - before),
+            .bytes = static_cast<double>(meter.bytes())};
+}
+
+Work workOfRun(const Input &input)
 {
     const TestProject project;
     project.write(u"scr/a.psc"_s, input.screen);
@@ -107,17 +118,39 @@ Work workOf(const Input &input)
 
     Converter converter(project.dir());
     converter.setFilterNames(chosen);
-    const std::uint64_t before = comparisonCount;
-    const MemoryMeter meter;
-    converter.convert();
-    return {.comparisons = static_cast<double>(comparisonCount - before),
-            .bytes = static_cast<double>(meter.bytes())};
+    return workOf([&converter] { converter.convert(); });
+}
+
+Work workOfReading(const QByteArray &lines)
+{
+    const QByteArray text =
+        "vantrel run 1\nstage: copying back\nstarted: 2026-01-02T03:04:05\n" + lines + "end\n";
+    return workOf([&text] { QVERIFY2(readRunRecord(text), "the lines are not understood"); });
+}
+
+constexpr int usualSize = 1000;
+
+void verifyGrowth(const Work &least, const Work &single, const Work &fourfold)
+{
+    QVERIFY2(single.comparisons > least.comparisons + usualSize, "nothing was counted");
+    // Lists and buffers grow by doubling, so that their steps fall differently. What grows with the
+    // square of its input takes sixteen times as much.
+    constexpr double mostTimes = 8;
+    const auto times = [](double whole, double part, double fixed) {
+        return (whole - fixed) / (part - fixed);
+    };
+    const double comparisons = times(fourfold.comparisons, single.comparisons, least.comparisons);
+    const double bytes = times(fourfold.bytes, single.bytes, least.bytes);
+    QVERIFY2(comparisons <= mostTimes, qPrintable(u"%1 times the comparisons"_s.arg(comparisons)));
+    QVERIFY2(bytes <= mostTimes, qPrintable(u"%1 times the memory"_s.arg(bytes)));
 }
 
 } // namespace
 
 using MakeInput = std::function<Input(int size)>;
 Q_DECLARE_METATYPE(MakeInput)
+using MakeLine = std::function<QByteArray(int index)>;
+Q_DECLARE_METATYPE(MakeLine)
 
 class TestGrowth : public QObject
 {
@@ -126,6 +159,8 @@ class TestGrowth : public QObject
 private Q_SLOTS:
     void growsWithItsInputAlone_data();
     void growsWithItsInputAlone();
+    void readsARunRecordInItsLengthAlone_data();
+    void readsARunRecordInItsLengthAlone();
 };
 
 void TestGrowth::growsWithItsInputAlone_data()
@@ -193,24 +228,36 @@ void TestGrowth::growsWithItsInputAlone_data()
 void TestGrowth::growsWithItsInputAlone()
 {
     QFETCH(const MakeInput, makeInput);
-    constexpr int size = 1000;
     // What a run does whatever its input is.
-    workOf(makeInput(1));
-    const Work least = workOf(makeInput(1));
-    const Work single = workOf(makeInput(size));
-    const Work fourfold = workOf(makeInput(4 * size));
+    workOfRun(makeInput(1));
+    const Work least = workOfRun(makeInput(1));
+    verifyGrowth(least, workOfRun(makeInput(usualSize)), workOfRun(makeInput(4 * usualSize)));
+}
 
-    QVERIFY2(single.comparisons > least.comparisons + size, "nothing was counted");
-    // Lists and buffers grow by doubling, so that their steps fall differently. What grows with the
-    // square of its input takes sixteen times as much.
-    constexpr double mostTimes = 8;
-    const auto times = [](double whole, double part, double fixed) {
-        return (whole - fixed) / (part - fixed);
+void TestGrowth::readsARunRecordInItsLengthAlone_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<MakeLine>("part");
+    const auto row = [](const char *name, const QByteArray &before, const MakeLine &part) {
+        QTest::newRow(name) << before << part;
     };
-    const double comparisons = times(fourfold.comparisons, single.comparisons, least.comparisons);
-    const double bytes = times(fourfold.bytes, single.bytes, least.bytes);
-    QVERIFY2(comparisons <= mostTimes, qPrintable(u"%1 times the comparisons"_s.arg(comparisons)));
-    QVERIFY2(bytes <= mostTimes, qPrintable(u"%1 times the memory"_s.arg(bytes)));
+    row("many screens", {}, [](int index) { return "screen: " + QByteArray::number(index) + ".psc\n"; });
+    row("one screen many times", {}, [](int) { return "screen: a.psc\n"_ba; });
+    row("many shapes", {}, [](int index) { return "shape: " + QByteArray::number(index) + ".plb\n"; });
+    row("a stage many times", {}, [](int) { return "stage: converting\n"_ba; });
+    row("many folders deep", "screen: a", [](int) { return "/a"_ba; });
+}
+
+void TestGrowth::readsARunRecordInItsLengthAlone()
+{
+    QFETCH(const QByteArray, before);
+    QFETCH(const MakeLine, part);
+    const auto lines = [&](int size) {
+        const QByteArray text = before + repeated(size, part);
+        return text.endsWith('\n') ? text : text + '\n';
+    };
+    const Work least = workOfReading(lines(1));
+    verifyGrowth(least, workOfReading(lines(usualSize)), workOfReading(lines(4 * usualSize)));
 }
 
 QTEST_GUILESS_MAIN(TestGrowth)
