@@ -83,8 +83,8 @@ void TestProjectLock::namesItsHolder()
     const ProjectLock second(project.dir());
     QVERIFY(second.isHeldByOther());
     QCOMPARE(second.holder(),
-             u"tests_exchange, process %1 on %2"_s.arg(QString::number(QCoreApplication::applicationPid()),
-                                                       QSysInfo::machineHostName()));
+             u"tests_files, process %1 on %2"_s.arg(QString::number(QCoreApplication::applicationPid()),
+                                                    QSysInfo::machineHostName()));
     QCOMPARE(project.files(u""_s), QStringList{lockFile});
 }
 
