@@ -10,6 +10,7 @@
 #include "TestSuite.h"
 #include "updUtils.h"
 
+#include <QFile>
 #include <QTest>
 #include <QThread>
 
@@ -54,6 +55,8 @@ class TestInterruption final : public QObject
 private Q_SLOTS:
     void beginsNoFile_data();
     void beginsNoFile();
+    void endsWithinALargeFile_data();
+    void endsWithinALargeFile();
     void checksACopyThatIsMade();
     void endsWhereItsScopeSaysSo();
     void hasScopesInEachOther();
@@ -90,6 +93,37 @@ void TestInterruption::beginsNoFile()
     QVERIFY(isBrokenOff(work, project, Asked::ToEnd));
     QCOMPARE(project.files(u""_s), QStringList{u"scr/a.psc"_s});
     QVERIFY(!isBrokenOff(work, project, Asked::Nothing));
+}
+
+void TestInterruption::endsWithinALargeFile_data()
+{
+    QTest::addColumn<Work>("work");
+    const auto row = [](const char *name, const Work &work) { QTest::newRow(name) << work; };
+    row("reading", [](const TestProject &project) { readFile(project.path(u"large.psc"_s)); });
+    row("copying", [](const TestProject &project) {
+        copyFile(project.path(u"large.psc"_s), RootFolder(project.dir()), project.path(u"copy.psc"_s));
+    });
+    row("comparing", [](const TestProject &project) {
+        haveSameContent(project.path(u"large.psc"_s), project.path(u"large.psc"_s));
+    });
+}
+
+/// Neither at the first question, before the file is opened, nor at its end.
+void TestInterruption::endsWithinALargeFile()
+{
+    QFETCH(const Work, work);
+    const TestProject project;
+    project.write(u"large.psc"_s, QByteArray(40'000'000, 'x'));
+    int questions = 0;
+    {
+        const InterruptionScope scope([&questions] { return ++questions == 0; });
+        work(project);
+    }
+    QVERIFY(questions >= 2);
+    QFile::remove(project.path(u"copy.psc"_s));
+    const InterruptionScope scope([asked = 0]() mutable { return ++asked == 2; });
+    QVERIFY_THROWS_EXCEPTION(WorkInterrupted, work(project));
+    QCOMPARE(project.files(u""_s), QStringList{u"large.psc"_s});
 }
 
 void TestInterruption::checksACopyThatIsMade()

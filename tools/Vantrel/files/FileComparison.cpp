@@ -1,6 +1,7 @@
 // Comparing the bytes of files.
 #include "FileComparison.h"
 
+#include "FileIo.h"
 #include "Interruption.h"
 
 #include <QFile>
@@ -14,12 +15,18 @@ namespace {
 bool openFile(QFile &file)
 {
     struct stat status = {};
-    const bool isKnown = stat(QFile::encodeName(file.fileName()).constData(), &status) == 0;
-    return (!isKnown || S_ISREG(status.st_mode)) && file.open(QIODevice::ReadOnly);
+    const QByteArray name = QFile::encodeName(file.fileName());
+    const bool isKnown = stat(name.constData(), &status) == 0;
+    if (isKnown && !S_ISREG(status.st_mode))
+        return false;
+    const int descriptor = openWhenFree(name);
+    return descriptor >= 0 && file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
 }
 
+enum class Ending { BetweenBlocks, Never };
+
 /// Whether `a` can be read to its end, and `b` holds the same bytes as far.
-bool goesOnLike(QFile &a, QFile &b)
+bool goesOnLike(QFile &a, QFile &b, Ending ending)
 {
     constexpr qint64 blockSize = 1 << 16;
     while (true) {
@@ -28,7 +35,19 @@ bool goesOnLike(QFile &a, QFile &b)
             return a.error() == QFile::NoError;
         if (block != b.read(block.size()))
             return false;
+        if (ending == Ending::BetweenBlocks && block.size() == blockSize)
+            endIfInterrupted();
     }
+}
+
+bool areAlike(const QString &first, const QString &second, Ending ending)
+{
+    QFile a(first);
+    QFile b(second);
+    if (!openFile(a) || !openFile(b) || a.size() != b.size())
+        return false;
+    // Not as far as the size tells: where it cannot be asked for, every file seems to be empty.
+    return goesOnLike(a, b, ending) && b.read(1).isEmpty() && b.error() == QFile::NoError;
 }
 
 } // namespace
@@ -36,17 +55,12 @@ bool goesOnLike(QFile &a, QFile &b)
 bool haveSameContent(const QString &first, const QString &second)
 {
     endIfInterrupted();
-    return isWholeCopy(first, second);
+    return areAlike(first, second, Ending::BetweenBlocks);
 }
 
 bool isWholeCopy(const QString &file, const QString &copy)
 {
-    QFile a(file);
-    QFile b(copy);
-    if (!openFile(a) || !openFile(b) || a.size() != b.size())
-        return false;
-    // Not as far as the size tells: where it cannot be asked for, every file seems to be empty.
-    return goesOnLike(a, b) && b.read(1).isEmpty() && b.error() == QFile::NoError;
+    return areAlike(file, copy, Ending::Never);
 }
 
 bool isBeginningOf(const QString &first, const QString &second)
@@ -54,5 +68,5 @@ bool isBeginningOf(const QString &first, const QString &second)
     endIfInterrupted();
     QFile a(first);
     QFile b(second);
-    return openFile(a) && openFile(b) && goesOnLike(a, b);
+    return openFile(a) && openFile(b) && goesOnLike(a, b, Ending::BetweenBlocks);
 }

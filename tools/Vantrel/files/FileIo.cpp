@@ -10,7 +10,9 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <limits>
+#include <thread>
 #include <utility>
 
 #include <fcntl.h>
@@ -22,6 +24,8 @@ namespace {
 
 constexpr unsigned permissionBits = 0777;
 constexpr qsizetype largestBlock = 1 << 18;
+/// What a disk reads in a moment: between two of them a thread may be asked to end.
+constexpr qsizetype largestRead = 1 << 24;
 
 /// Calls once more what a signal has interrupted.
 template <typename Call>
@@ -81,8 +85,9 @@ Descriptor openHeld(const QByteArray &name)
     constexpr int none = -1;
     struct stat status = {};
     const Descriptor place = openAs(name, O_PATH);
-    return isRegular(place, status) ? openAs("/proc/self/fd/" + QByteArray::number(place.get()), 0)
-                                    : Descriptor(none);
+    return isRegular(place, status)
+               ? Descriptor(openWhenFree("/proc/self/fd/" + QByteArray::number(place.get())))
+               : Descriptor(none);
 }
 
 /// Opens what a link leads to. That is looked at first: to open a device may already be to use it.
@@ -122,7 +127,10 @@ bool readToEnd(const Descriptor &file, qint64 expectedSize, QByteArray &bytes)
     bytes.resize(static_cast<qsizetype>(expectedSize) + 1);
     qsizetype size = 0;
     while (true) {
-        const ssize_t count = readBlock(file, bytes.data() + size, bytes.size() - size);
+        if (size > 0)
+            endIfInterrupted();
+        const ssize_t count =
+            readBlock(file, bytes.data() + size, std::min(bytes.size() - size, largestRead));
         if (count < 0 || size + count > largestFile)
             return false;
         size += count;
@@ -136,6 +144,18 @@ bool readToEnd(const Descriptor &file, qint64 expectedSize, QByteArray &bytes)
 }
 
 } // namespace
+
+int openWhenFree(const QByteArray &name)
+{
+    constexpr std::chrono::milliseconds pause{5};
+    while (true) {
+        const int file = ::open(name.constData(), O_RDONLY | O_NOCTTY | O_CLOEXEC | O_NONBLOCK);
+        if (file >= 0 || (errno != EWOULDBLOCK && errno != EINTR))
+            return file;
+        endIfInterrupted();
+        std::this_thread::sleep_for(pause);
+    }
+}
 
 bool isFailureOfDisk(int error)
 {
@@ -188,6 +208,8 @@ int copyFile(const QString &from, const RootFolder &root, const QString &to)
             file.discard(errno);
         else
             file.append(block.constData(), count);
+        if (count == block.size())
+            endIfInterrupted();
     }
     return file.error();
 }

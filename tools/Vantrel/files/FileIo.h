@@ -26,11 +26,17 @@ struct FileContent
     unsigned mode = 0; ///< permission bits of owner, group and others
 };
 
+/// Opens a file for reading and returns its descriptor, or -1 and an errno. One that a server holds for
+/// another user is waited for, and a pipe is not. Waits no longer on a thread that is to end, see
+/// endIfInterrupted().
+int openWhenFree(const QByteArray &name);
+
 /// Reads a file whole. Nothing where it cannot be opened or read to its end, where it is no
 /// regular file (a pipe would be waited for, a device might never end), or is larger than `largestFile`.
+/// May end anywhere on a thread that is to end, see endIfInterrupted().
 std::optional<FileContent> readFile(const QString &path);
 
 /// Copies a file of any size to a place below a root where none lies, with its permissions. Returns
-/// 0, or an errno where the copy is not whole; there is none then. Not begun on a thread that is to
-/// end, see endIfInterrupted().
+/// 0, or an errno where the copy is not whole; there is none then, nor on a thread that is to end, see
+/// endIfInterrupted().
 int copyFile(const QString &from, const RootFolder &root, const QString &to);

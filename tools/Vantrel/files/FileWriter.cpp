@@ -84,8 +84,9 @@ FileWriter::FileWriter(FileWriter &&other) noexcept
 
 FileWriter::~FileWriter()
 {
+    // Nobody wants what was not finished.
     if (isOpen())
-        ::close(m_descriptor);
+        discard(ECANCELED);
 }
 
 /// Without a name where the system has such files, and finds them to be given one.
