@@ -1,6 +1,7 @@
 // The command "history": what it lists, what it brings back, and what it refuses.
 #include "CliRun.h"
 #include "ExitCode.h"
+#include "HeldFile.h"
 #include "ProjectLock.h"
 #include "ProjectTree.h"
 #include "RunHistory.h"
@@ -11,6 +12,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTest>
+
+#include <csignal>
 
 using namespace Qt::StringLiterals;
 
@@ -71,6 +74,8 @@ private Q_SLOTS:
     void keepsAsManyRunsAsAskedFor();
     void refusesNumbersThatAreNone_data();
     void refusesNumbersThatAreNone();
+    void stopsBetweenFiles_data();
+    void stopsBetweenFiles();
 };
 
 void TestHistory::listsRunsTheNewestFirst()
@@ -266,6 +271,35 @@ void TestHistory::refusesNumbersThatAreNone()
     const CliResult result = CliRun().execute(words + QStringList{u"--project"_s, project.dir()});
     COMPARE_EXIT_CODE(result, WrongUsage);
     QVERIFY2(result.errorOutput.contains(" takes a number of runs, 0 or more, not "), result.errorOutput);
+}
+
+void TestHistory::stopsBetweenFiles_data()
+{
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QByteArray>("message");
+    QTest::newRow("comparing") << u"--diff"_s << QByteArray("Stopped. Nothing was changed.\n");
+    QTest::newRow("restoring") << u"--restore"_s
+                               << QByteArray("Stopped. No file is lost; repeat the command.\n");
+}
+
+/// It ends although the file that it waits for is still held.
+void TestHistory::stopsBetweenFiles()
+{
+    QFETCH(const QString, option);
+    const TestProject project;
+    makeTwoRuns(project);
+    const QStringList entries = RunHistory(project.dir()).entries();
+    const QStringList before = describeTree(project.dir());
+    HeldFile screen(project.path(u".vantrel.history/%1/scr_bak/a.psc"_s.arg(entries.first())));
+    CliRun run;
+    run.start({u"history"_s, u"--project"_s, project.dir(), option, entries.at(1)});
+    QVERIFY(screen.waitForReader());
+    run.sendSignalAtOnce(SIGTERM);
+    const CliResult result = run.finish();
+    screen.release();
+    QTEST(result.errorOutput, "message");
+    COMPARE_EXIT_CODE(result, StoppedByTermination);
+    QCOMPARE(describeTree(project.dir()), before);
 }
 
 VANTREL_TEST(QCoreApplication, TestHistory)

@@ -1,6 +1,7 @@
 // The command "recover": stage by stage, what it says, what it leaves, and when it does nothing.
 #include "CliRun.h"
 #include "ExitCode.h"
+#include "HeldFile.h"
 #include "ProjectLock.h"
 #include "ProjectTree.h"
 #include "RunHistory.h"
@@ -13,6 +14,7 @@
 #include <QMap>
 #include <QTest>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 
@@ -345,6 +347,9 @@ private Q_SLOTS:
     void keepsUpdateFromStarting();
     void namesTheProgramThatHoldsTheProject();
     void needsNoFilesInAProtectedProject();
+    void stopsWhileItPlans_data();
+    void stopsWhileItPlans();
+    void stopsBetweenScreens();
 };
 
 void TestRecover::rollsBack_data()
@@ -1429,6 +1434,61 @@ void TestRecover::needsNoFilesInAProtectedProject()
     QCOMPARE(project.read(u"scr/a.psc"_s), SmallPlant::screenWith("pump.plb"));
     QVERIFY(!StageFile::exists(project.dir()));
     QVERIFY(!project.exists(u".vantrel.lock"_s));
+}
+
+void TestRecover::stopsWhileItPlans_data()
+{
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QByteArray>("message");
+    const QByteArray repeat = "Stopped. No screen is lost; repeat the command.\n";
+    QTest::newRow("telling") << QStringList() << QByteArray("Stopped. Nothing was changed.\n");
+    QTest::newRow("rolling back") << QStringList{u"--roll-back"_s} << repeat;
+    QTest::newRow("finishing") << QStringList{u"--finish"_s} << repeat;
+}
+
+/// It ends although the file that it waits for is still held.
+void TestRecover::stopsWhileItPlans()
+{
+    QFETCH(const QStringList, options);
+    const TestProject project;
+    putOriginals(project, u"scr"_s);
+    putOriginals(project, u"scr_bak"_s);
+    putConverted(project, u"scr_temp"_s);
+    writeStage(project, RunStage::BackingUp);
+    const QStringList before = describeTree(project.dir());
+    HeldFile screen(project.path(u"scr_bak/"_s + allScreens.first()));
+    CliRun run;
+    run.start(QStringList{u"recover"_s, u"--project"_s, project.dir()} + options);
+    QVERIFY(screen.waitForReader());
+    run.sendSignalAtOnce(SIGTERM);
+    const CliResult result = run.finish();
+    screen.release();
+    QTEST(result.errorOutput, "message");
+    COMPARE_EXIT_CODE(result, StoppedByTermination);
+    QCOMPARE(describeTree(project.dir()), before);
+}
+
+void TestRecover::stopsBetweenScreens()
+{
+    const TestProject project;
+    putOriginals(project, u"scr_bak"_s);
+    putConverted(project, u"scr_temp"_s);
+    writeStage(project, RunStage::Removing);
+    const QStringList rollBack{u"recover"_s, u"--project"_s, project.dir(), u"--roll-back"_s};
+    {
+        const HeldFile screen(project.path(u"scr_bak/"_s + allScreens.at(1)));
+        CliRun run;
+        run.start(rollBack);
+        QVERIFY(screen.waitForReader());
+        run.sendSignalAtOnce(SIGINT);
+        const CliResult result = run.finish();
+        QCOMPARE(result.errorOutput, "Stopped. No screen is lost; repeat the command.\n");
+        COMPARE_EXIT_CODE(result, StoppedByInterrupt);
+        QCOMPARE(project.files(u"scr"_s), QStringList{allScreens.first()});
+        QVERIFY(!project.exists(u".vantrel.lock"_s));
+    }
+    COMPARE_EXIT_CODE(CliRun().execute(rollBack), Done);
+    QCOMPARE(bytesBelow(project, u"scr"_s), originals());
 }
 
 VANTREL_TEST(QCoreApplication, TestRecover)

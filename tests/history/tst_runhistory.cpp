@@ -1,5 +1,6 @@
 // The folder of the last runs: names, rights, what goes and what stays.
 #include "RootFolder.h"
+#include "Interruption.h"
 #include "RunHistory.h"
 #include "RunSummary.h"
 #include "TestProject.h"
@@ -53,6 +54,7 @@ private Q_SLOTS:
     void removesWhatAnInterruptionLeft();
     void findsTheNewestRun();
     void countsFilesAndBytes();
+    void stopsCountingWhenAskedTo();
 };
 
 void TestRunHistory::isEmptyWhereNothingWasKept()
@@ -245,6 +247,15 @@ void TestRunHistory::countsFilesAndBytes()
     QCOMPARE(history.sizeOf().files, 2);
     QCOMPARE(history.sizeOf().bytes, 8);
     QCOMPARE(history.sizeOf(u"2026-03-02_00-00-00"_s).bytes, 3);
+}
+
+/// A history may hold many files.
+void TestRunHistory::stopsCountingWhenAskedTo()
+{
+    const TestProject project;
+    keep(project, u"2026-03-01_00-00-00"_s);
+    const InterruptionScope scope([] { return true; });
+    QVERIFY_THROWS_EXCEPTION(WorkInterrupted, RunHistory(project.dir()).sizeOf());
 }
 
 VANTREL_TEST(QCoreApplication, TestRunHistory)

@@ -1,6 +1,7 @@
 // The files from before a run are found wherever they lie, and come back as they were.
 #include "EarlierFiles.h"
 #include "RootFolder.h"
+#include "Interruption.h"
 #include "RunSummary.h"
 #include "TestProject.h"
 #include "TestSuite.h"
@@ -70,6 +71,7 @@ private Q_SLOTS:
     void keepsWhatItReplaces();
     void leavesWhatIsThereAlready();
     void neitherFollowsLinksNorTakesNamesThatAreNoText();
+    void stopsListingWhenAskedTo();
 };
 
 void TestEarlierFiles::findsTheScreensBeforeTheLastRun()
@@ -184,6 +186,14 @@ void TestEarlierFiles::neitherFollowsLinksNorTakesNamesThatAreNoText()
     const EarlierFiles earlier(project.dir(), first);
     QCOMPARE(namesIn(earlier), (QStringList{u"a.psc"_s, u"script/b.psc"_s}));
     QCOMPARE(earlier.unreadable().size(), 1);
+}
+
+void TestEarlierFiles::stopsListingWhenAskedTo()
+{
+    const TestProject project;
+    makeHistory(project);
+    const InterruptionScope scope([] { return true; });
+    QVERIFY_THROWS_EXCEPTION(WorkInterrupted, EarlierFiles(project.dir(), first));
 }
 
 VANTREL_TEST(QCoreApplication, TestEarlierFiles)

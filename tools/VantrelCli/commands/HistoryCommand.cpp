@@ -2,6 +2,7 @@
 #include "HistoryCommand.h"
 
 #include "EarlierFiles.h"
+#include "Interruption.h"
 #include "LeftOverFinding.h"
 #include "NearestWord.h"
 #include "Presenter.h"
@@ -9,6 +10,7 @@
 #include "RunHistory.h"
 #include "RunSummary.h"
 #include "ShownDiffs.h"
+#include "StopSignals.h"
 
 #include <QFileInfo>
 
@@ -58,6 +60,8 @@ public:
     ExitCode execute();
 
 private:
+    ExitCode perform();
+    ExitCode endStopped();
     ExitCode list();
     ExitCode compare();
     ExitCode restore();
@@ -71,11 +75,31 @@ private:
 
     const HistoryOptions &m_options;
     Presenter &m_presenter;
+    StopSignals m_stopSignals;
     RunHistory m_history;
     QStringList m_entries;
 };
 
 ExitCode HistoryCommand::execute()
+{
+    const InterruptionScope scope([this] { return m_stopSignals.received() != 0; });
+    try {
+        return perform();
+    } catch (const WorkInterrupted &) {
+        return endStopped();
+    }
+}
+
+ExitCode HistoryCommand::endStopped()
+{
+    const bool changesNothing =
+        m_options.action == HistoryAction::List || m_options.action == HistoryAction::Diff;
+    return endWith(stoppedBy(m_stopSignals.received()),
+                   changesNothing ? QString(stoppedUnchanged)
+                                  : u"Stopped. No file is lost; repeat the command."_s);
+}
+
+ExitCode HistoryCommand::perform()
 {
     if (!QFileInfo(m_options.projectDir).isDir())
         return endWith(ExitCode::Refused, u"There is no folder %1."_s.arg(m_options.projectDir));

@@ -3,6 +3,7 @@
 
 #include "CancelledRun.h"
 #include "FileIo.h"
+#include "Interruption.h"
 #include "LeftOverFinding.h"
 #include "LeftOverRun.h"
 #include "LoggedErrors.h"
@@ -93,6 +94,8 @@ public:
     ExitCode execute();
 
 private:
+    ExitCode recover();
+    ExitCode endStopped();
     ExitCode findNothing();
     ExitCode recoverRun();
     ExitCode recoverUndoing(const RunRecord &record);
@@ -116,11 +119,31 @@ private:
 
     const RecoverOptions &m_options;
     Presenter &m_presenter;
+    StopSignals m_stopSignals;
     ScreenPlaces m_places;
     std::unique_ptr<LeftOverRun> m_leftOver; ///< holds the lock
 };
 
+/// What a recovery has done when it is stopped is written down as for one that was killed.
 ExitCode RecoverCommand::execute()
+{
+    const InterruptionScope scope([this] { return m_stopSignals.received() != 0; });
+    try {
+        return recover();
+    } catch (const WorkInterrupted &) {
+        return endStopped();
+    }
+}
+
+ExitCode RecoverCommand::endStopped()
+{
+    const QString message = m_options.action == RecoverAction::Tell
+                                ? QString(stoppedUnchanged)
+                                : u"Stopped. No screen is lost; repeat the command."_s;
+    return endWith(stoppedBy(m_stopSignals.received()), message, 0);
+}
+
+ExitCode RecoverCommand::recover()
 {
     if (!QFileInfo(m_options.projectDir).isDir())
         return refuse(u"There is no folder %1."_s.arg(m_options.projectDir));
@@ -265,7 +288,6 @@ ExitCode RecoverCommand::convertAgain()
 {
     // Its lock is held until the run has ended.
     const RunFacts &facts = m_leftOver->plan().record.facts;
-    StopSignals stopSignals;
     UpdateRun run({.projectDir = m_options.projectDir,
                    .shapeNames = QSet<QString>(facts.shapeNames.cbegin(), facts.shapeNames.cend()),
                    .makeFolders = facts.makesFolders,
@@ -275,11 +297,11 @@ ExitCode RecoverCommand::convertAgain()
                    .scratchRoot = {},
                    .isLocked = true},
                   m_presenter);
-    QObject::connect(&stopSignals, &StopSignals::sigStopWanted, &run, &UpdateRun::stop);
+    QObject::connect(&m_stopSignals, &StopSignals::sigStopWanted, &run, &UpdateRun::stop);
     const LoggedErrors errors;
     const RunResult result = run.execute();
-    if (!result.isCompleted && stopSignals.received() != 0)
-        return endWith(stoppedBy(stopSignals.received()), u"Stopped. \"scr\" is untouched."_s,
+    if (!result.isCompleted && m_stopSignals.received() != 0)
+        return endWith(stoppedBy(m_stopSignals.received()), u"Stopped. \"scr\" is untouched."_s,
                        result.fileCount);
     if (!result.isCompleted || !result.isCopiedBack)
         return endWith(ExitCode::FilesMissing, u"The run could not be completed."_s, result.fileCount);
