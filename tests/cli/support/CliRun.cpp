@@ -9,6 +9,7 @@
 
 #include <linux/capability.h>
 #include <sys/prctl.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -49,12 +50,12 @@ char stateOf(qint64 processId)
     return nameEnd >= 0 && nameEnd + 2 < text.size() ? text.at(nameEnd + 2) : '\0';
 }
 
-/// Whether a process's first thread rests in a call whose first argument is the descriptor. The
-/// calls that wait for events have a pointer there.
-bool waitsForDescriptor(qint64 processId, int descriptor)
+/// Whether a process's first thread rests in a call that waits for room in its output. The event loop waits
+/// with another call.
+bool waitsForRoom(qint64 processId)
 {
-    const QByteArrayList fields = processFile(processId, u"task/%1/syscall"_s.arg(processId)).split(' ');
-    return fields.value(1) == "0x" + QByteArray::number(descriptor, 16);
+    return processFile(processId, u"task/%1/syscall"_s.arg(processId))
+        .startsWith(QByteArray::number(SYS_poll) + ' ');
 }
 
 } // namespace
@@ -145,8 +146,7 @@ bool CliRun::sendSignal(int number)
 
 bool CliRun::waitUntilOutputBlocks() const
 {
-    return QTest::qWaitFor([this] { return waitsForDescriptor(m_process.processId(), STDOUT_FILENO); },
-                           longestRun);
+    return QTest::qWaitFor([this] { return waitsForRoom(m_process.processId()); }, longestRun);
 }
 
 QString CliRun::logFile() const

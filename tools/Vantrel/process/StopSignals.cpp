@@ -78,3 +78,13 @@ int StopSignals::received() const
 {
     return receivedSignal;
 }
+
+int StopSignals::lastReceived()
+{
+    return receivedSignal;
+}
+
+int StopSignals::descriptor()
+{
+    return wakeUpPipe[0];
+}

@@ -20,6 +20,11 @@ public:
     /// The first of these signals that has arrived; 0 as long as none has. From any thread.
     int received() const;
 
+    /// The same where the object is not at hand, or gone.
+    static int lastReceived();
+    /// For poll(): can be read from once such a signal has arrived; -1 while none exists.
+    static int descriptor();
+
 Q_SIGNALS:
     void sigStopWanted();
 

@@ -538,6 +538,8 @@ ExitCode afterPrinting(Streams &streams, ExitCode exitCode)
     const int error = streams.output.error();
     if (error == 0 || error == EPIPE)
         return exitCode;
+    if (error == ECANCELED)
+        return exitCode == ExitCode::Done ? stoppedBy(StopSignals::lastReceived()) : exitCode;
     streams.errorOutput.printLine(
         u"%1: the output could not be written: %2"_s.arg(programName, qt_error_string(error)));
     return exitCode == ExitCode::Done ? ExitCode::DoneWithFindings : exitCode;

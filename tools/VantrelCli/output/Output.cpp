@@ -1,13 +1,22 @@
 // Text for a terminal, a file or a pipe.
 #include "Output.h"
 
-#include <cerrno>
+#include "StopSignals.h"
 
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <climits>
+
+#include <poll.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// A pipe with room takes this much at once.
+constexpr qsizetype blockSize = PIPE_BUF;
 
 QLatin1StringView colorCode(Color color)
 {
@@ -30,9 +39,17 @@ QLatin1StringView colorCode(Color color)
 
 } // namespace
 
+Output::Output(std::FILE *stream)
+    : m_descriptor(fileno(stream))
+    , m_writing(m_descriptor == STDERR_FILENO ? Writing::AtOnce
+                : isTerminal()                ? Writing::ByLines
+                                              : Writing::ByBlocks)
+{
+}
+
 bool Output::isTerminal() const
 {
-    return isatty(fileno(m_stream)) == 1;
+    return isatty(m_descriptor) == 1;
 }
 
 void Output::setColorMode(ColorMode mode)
@@ -50,27 +67,61 @@ void Output::print(QStringView text)
 
 void Output::printBytes(const QByteArray &bytes)
 {
-    const auto size = static_cast<std::size_t>(bytes.size());
-    if (isOpen())
-        note(std::fwrite(bytes.constData(), 1, size, m_stream) == size);
+    if (!isOpen())
+        return;
+    m_waiting += bytes;
+    switch (m_writing) {
+    case Writing::AtOnce:
+        write(m_waiting.size());
+        break;
+    case Writing::ByLines:
+        write(m_waiting.lastIndexOf('\n') + 1);
+        break;
+    case Writing::ByBlocks:
+        write(m_waiting.size() / blockSize * blockSize);
+        break;
+    }
 }
 
-void Output::note(bool isDone)
+/// Writes the first of the bytes that wait, or gives all of them up.
+void Output::write(qsizetype size)
 {
-    if (!isDone)
-        m_error = errno;
+    qsizetype done = 0;
+    while (done < size && isOpen()) {
+        if (!waitForReader()) {
+            m_error = ECANCELED;
+            break;
+        }
+        const auto count = static_cast<std::size_t>(std::min(size - done, blockSize));
+        const ssize_t written = ::write(m_descriptor, m_waiting.constData() + done, count);
+        if (written > 0)
+            done += written;
+        else if (written == 0 || errno != EINTR)
+            m_error = written == 0 ? EIO : errno;
+    }
+    m_waiting.remove(0, isOpen() ? done : m_waiting.size());
+}
+
+/// Returns false where the process was asked to end and nobody reads what was written before.
+bool Output::waitForReader() const
+{
+    constexpr int forEver = -1;
+    constexpr int readersLast = 100; // milliseconds
+    pollfd output{.fd = m_descriptor, .events = POLLOUT, .revents = 0};
+    std::array both{output, pollfd{.fd = StopSignals::descriptor(), .events = POLLIN, .revents = 0}};
+    while (poll(both.data(), both.size(), forEver) < 0 && errno == EINTR) {
+    }
+    return both[0].revents != 0 || both[1].revents == 0 || poll(&output, 1, readersLast) != 0;
 }
 
 void Output::printLine(QStringView text)
 {
-    print(text);
-    print(u"\n");
+    printBytes(text.toUtf8() + '\n');
 }
 
 void Output::printUtf8Line(const QByteArray &text)
 {
-    printBytes(text);
-    print(u"\n");
+    printBytes(text + '\n');
 }
 
 QString Output::colored(const QString &text, Color color) const
@@ -81,5 +132,5 @@ QString Output::colored(const QString &text, Color color) const
 void Output::flush()
 {
     if (isOpen())
-        note(std::fflush(m_stream) == 0);
+        write(m_waiting.size());
 }

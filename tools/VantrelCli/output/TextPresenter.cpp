@@ -255,6 +255,8 @@ void TextPresenter::showEnd(const CommandEnd &end)
     if (!end.message.isEmpty())
         m_errorOutput.printLine(escaped(end.message));
     printLosses(end.lostScreens);
+    // While the process still listens to those who want it to end.
+    m_output.flush();
 }
 
 void TextPresenter::printLosses(const QList<LostScreen> &screens)
