@@ -1,5 +1,6 @@
 // Finding, moving and removing the files of a project.
 #include "ImageFileSearch.h"
+#include "Limits.h"
 #include "Recorders.h"
 #include "TestProject.h"
 #include "TestSuite.h"

@@ -4,6 +4,7 @@
 #include "EngineLog.h"
 #include "FolderListing.h"
 #include "Interruption.h"
+#include "Limits.h"
 
 #include <QFile>
 #include <QStringList>

@@ -6,10 +6,6 @@
 #include <QList>
 #include <QString>
 
-/// How many folders one search enters over links, and below them. Links that lead to each other
-/// make more paths than anybody could walk, and one link may lead to all of a system's folders.
-inline constexpr int mostFoldersOverLinks = 1000;
-
 struct ListingFailure
 {
     QString folder;

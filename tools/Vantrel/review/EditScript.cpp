@@ -2,8 +2,10 @@
 #include "EditScript.h"
 
 #include "Interruption.h"
+#include "Limits.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace {
@@ -53,11 +55,8 @@ private:
     int longerLeft() const { return static_cast<int>(m_longer.size()) - m_start.inLonger; }
     bool isWorthAPiece() const
     {
-        return shorterLeft() > 0 && longerLeft() - shorterLeft() <= mostPointsOfPiece;
+        return shorterLeft() > 0 && longerLeft() - shorterLeft() <= mostEditPointsOfPiece;
     }
-
-    /// Bounds the memory. There is one point at least for each line that the longer list has more.
-    static constexpr int mostPointsOfPiece = 2'000'000;
 
     const std::vector<int> &m_shorter;
     const std::vector<int> &m_longer;
@@ -94,7 +93,7 @@ void EditGraph::findPiece()
         for (int diagonal = m_lastDiagonal + leftOut; diagonal >= m_lastDiagonal; --diagonal)
             follow(diagonal);
         if (reach(m_lastDiagonal).inLonger == longerLeft() ||
-            m_points.size() >= std::size_t{mostPointsOfPiece})
+            m_points.size() >= std::size_t{mostEditPointsOfPiece})
             return;
     }
 }

@@ -3,12 +3,7 @@
 
 #include <QByteArray>
 
-#include <cstddef>
 #include <vector>
-
-/// Bounds the time of one comparison: some 25,000 lines that all differ, or any number that are
-/// equal. Far more than what a run changes in one screen.
-inline constexpr std::size_t mostEditPoints = 50'000'000;
 
 /// One sign for each line that is kept (' '), removed ('-') or added ('+'), with numbers for lines:
 ///     {1, 2, 3}, {1, 4, 3}  ->  " -+ "

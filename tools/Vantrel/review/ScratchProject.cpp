@@ -2,8 +2,8 @@
 #include "ScratchProject.h"
 
 #include "CancelledRun.h"
-#include "ImageFileSearch.h"
 #include "Interruption.h"
+#include "Limits.h"
 
 #include <QDir>
 #include <QFile>

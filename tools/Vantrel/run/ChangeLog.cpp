@@ -3,6 +3,7 @@
 
 #include "EngineLog.h"
 #include "EscapedText.h"
+#include "Limits.h"
 
 #include <QFile>
 
@@ -18,10 +19,6 @@ namespace {
 // The spellings are part of the file format.
 constexpr QLatin1StringView header =
     "Status; Image File; Shape File; Image-Object; Replace by Shape-Object; Uminitalisation; Error\n"_L1;
-
-/// A row whose place holders are filled has fewer characters than this. With place holders in each
-/// of its fields, some hundred characters would become a row of many megabytes.
-constexpr qsizetype filledRowLimit = 1 << 16;
 
 using Fields = std::array<QString, 7>;
 
@@ -58,7 +55,7 @@ std::optional<QString> filledRow(const Fields &fields)
 {
     QString row = u"%1;%2;%3;%4;%5;%6;%7"_s;
     for (const QString &field : fields) {
-        if (filledSize(row, field) >= filledRowLimit)
+        if (filledSize(row, field) >= longestFilledRow)
             return std::nullopt;
         row = row.arg(field);
     }

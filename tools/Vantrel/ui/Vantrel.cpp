@@ -6,6 +6,7 @@
 #include "FilterNames.h"
 #include "Filters_UI.h"
 #include "ImageFileSearch.h"
+#include "Limits.h"
 #include "LogView.h"
 #include "MessageBar.h"
 #include "PlainToolTip.h"
@@ -200,15 +201,11 @@ void Vantrel::connectSignals()
 /// time, so that the event loop hears the user, and so that what is told is soon shown.
 void Vantrel::keepWorkerNear()
 {
-    // Measured: what the window shows in one turn, painting once, without keeping its user waiting.
-    // A log entry takes it longer than a report.
-    constexpr int mostReports = 600;
-    constexpr std::size_t mostLogEntries = 64;
     const auto tellThatOneIsShown = [this] { converter->reportShown(); };
     // Made after the one that shows it, so that it comes after it.
     connect(converter.get(), &Converter::sigConvertInfo, this, tellThatOneIsShown, Qt::QueuedConnection);
-    converter->limitLead(mostReports);
-    Qel::Logger::setMostWaiting(mostLogEntries);
+    converter->limitLead(mostReportsAhead);
+    Qel::Logger::setMostWaiting(mostLogEntriesAhead);
 }
 
 void Vantrel::connectRecovery()

@@ -1,6 +1,7 @@
 // What a run tells, on its way from the run's thread.
 #pragma once
 
+#include "Limits.h"
 #include "STBlock.h"
 
 #include <QObject>
@@ -35,8 +36,7 @@ class RunInbox final : public QObject
 public:
     using Receiver = std::function<void(std::span<const RunNews>)>;
 
-    /// A run is faster than what prints its news, and has a million of them at times.
-    static constexpr std::size_t mostWaiting = 1 << 16;
+    static constexpr std::size_t mostWaiting = mostNewsWaiting;
 
     explicit RunInbox(Receiver receiver);
 
