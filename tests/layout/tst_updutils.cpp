@@ -1,4 +1,6 @@
 // Finding, moving and removing the files of a project.
+#include "BitmapFolders.h"
+#include "DeepFolders.h"
 #include "ImageFileSearch.h"
 #include "Limits.h"
 #include "Recorders.h"
@@ -91,6 +93,9 @@ private Q_SLOTS:
     void makesFolders();
     void givesCopiesOfFoldersTheirRights();
     void makesAFolderAgainUntilItIsThere();
+    void removesFoldersOfAnyDepth();
+    void searchesFoldersOfAnyDepth();
+    void looksForBitmapsAtAnyDepth();
 };
 
 void TestUpdUtils::isPolymorphic()
@@ -654,6 +659,42 @@ void TestUpdUtils::makesAFolderAgainUntilItIsThere()
     folders.make(project.path(u"a"_s), project.dir());
     folders.make(project.path(u"a/b"_s), project.dir());
     QVERIFY(project.exists(u"a/b"_s));
+}
+
+void TestUpdUtils::removesFoldersOfAnyDepth()
+{
+    const TestProject project;
+    project.makeFolder(u"tree"_s);
+    makeDeepFolders(project.path(u"tree"_s), veryDeep);
+    bool isRemoved = false;
+    onSmallStack([&] { isRemoved = updUtils::removeDir(project.path(u"tree"_s)); });
+    QVERIFY(isRemoved);
+    QVERIFY(!project.exists(u"tree"_s));
+}
+
+/// As far as a path leads, and says that it goes no further.
+void TestUpdUtils::searchesFoldersOfAnyDepth()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, "a"_ba);
+    makeDeepFolders(project.path(u"scr"_s), veryDeep);
+    FoundImageFiles found;
+    onSmallStack([&] { found = searchImageFiles(project.path(u"scr"_s)); });
+    QCOMPARE(found.files.size(), 1);
+    QCOMPARE(found.failures.size(), 1);
+    QCOMPARE(found.failures.first().reason, u"File name too long"_s);
+    QVERIFY(updUtils::removeDir(project.path(u"scr"_s)));
+}
+
+void TestUpdUtils::looksForBitmapsAtAnyDepth()
+{
+    const TestProject project;
+    project.write(u"lib/bmp/pump.png"_s, "a"_ba);
+    makeDeepFolders(project.path(u"lib/bmp"_s), veryDeep);
+    bool isFound = false;
+    onSmallStack([&] { isFound = BitmapFolders(project.path(u"lib"_s)).contains(u"pump.png"_s); });
+    QVERIFY(isFound);
+    QVERIFY(updUtils::removeDir(project.path(u"lib"_s)));
 }
 
 VANTREL_TEST(QCoreApplication, TestUpdUtils)

@@ -154,8 +154,6 @@ FILES = _table(
 
 FOLDER_REMOVAL = _table(
     "files/FolderRemoval.cpp",
-    ("if (entry.kind != EntryKind::Folder)\n", "if (entry.kind == EntryKind::File)\n"),
-    ("if (inner.isOpen() && !removeEntries(inner))\n            return false;", ""),
     ("S_ISLNK(status.st_mode))\n        return unlinkat(parent.descriptor(), name.constData(), 0) == 0;",
      "false)\n        return false;"),
 )
@@ -171,8 +169,8 @@ ROOT_FOLDER = _table(
 SEARCH = _table(
     "layout/ImageFileSearch.cpp",
     ('!path.contains(".psc")', '!path.endsWith(".psc")'),
-    ("if (entry.name.startsWith('.'))\n                continue;", ""),
-    ("if (std::find(m_trail.begin(), m_trail.end(), here) != m_trail.end())\n        return false;", ""),
+    ("if (entry.name.startsWith('.'))\n            continue;", ""),
+    ("std::none_of(m_levels.begin(), m_levels.end(), isHere) && ", ""),
     ("m_linksInside == 0 || ++m_foldersOverLinks <= mostFoldersOverLinks", "true"),
     ("m_linksInside > 0 && m_foldersOverLinks > mostFoldersOverLinks", "m_foldersOverLinks > mostFoldersOverLinks"),
     ("name.toLower()});", "name});"),
@@ -187,7 +185,7 @@ LIBRARY = _table(
 
 BITMAPS = _table(
     "layout/BitmapFolders.cpp",
-    ('lowerPath.indexOf("/bmp"_L1) <= 0', 'lowerPath.indexOf("/bmp"_L1) < -1'),
+    ('lowerPath.indexOf("/bmp"_L1) > 0', 'lowerPath.indexOf("/bmp"_L1) >= -1'),
     ("const QString lowerPath = path.toLower();", "const QString lowerPath = path;"),
     ("constEnd() && isIn(*listed))", "constEnd())"),
     ("const bool isHidden = entry.name.startsWith('.');", "const bool isHidden = false;"),
@@ -272,9 +270,8 @@ CHANGE_LOG = _table(
     (" && m_file.open(m_path))", " && (m_file.open(m_path), true))"),
     ("    std::transform(fields.begin(), fields.end(), fields.begin(), withAsciiControlsEscaped);\n", ""),
     ("    m_rows.clear();\n", ""),
-    (">= filledRowLimit)", "> filledRowLimit)"),
+    (">= longestFilledRow)", "> longestFilledRow)"),
     ("placeHolders * field.size()", "placeHolders + field.size()"),
-    ("1 << 16", "1 << 15"),
     (" || std::exchange(m_hasToldUnfilledRow, true)", ""),
     ("        m_hasToldUnfilledRow = false;\n", ""),
 )

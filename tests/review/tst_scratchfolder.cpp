@@ -1,7 +1,10 @@
 // Folders for temporary files: they go away, and so does what a killed process has left.
+#include "DeepFolders.h"
 #include "ScratchFolder.h"
+#include "ScratchProject.h"
 #include "TestProject.h"
 #include "TestSuite.h"
+#include "updUtils.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -38,6 +41,8 @@ private Q_SLOTS:
     void leavesWhatIsNotItsOwn_data();
     void leavesWhatIsNotItsOwn();
     void leavesWhatALinkLeadsTo();
+    void removesLeftOversOfAnyDepth();
+    void standsInForNoProjectThatIsTooDeep();
 };
 
 void TestScratchFolder::letsNobodyElseIn()
@@ -132,6 +137,31 @@ void TestScratchFolder::leavesWhatALinkLeadsTo()
     }
     QCOMPARE(place.read(u"elsewhere/kept"_s), "x"_ba);
     QVERIFY(QFileInfo(place.path(u"vantrel-dry-run-1"_s)).isSymLink());
+}
+
+void TestScratchFolder::removesLeftOversOfAnyDepth()
+{
+    const TestProject place;
+    place.makeFolder(u"vantrel-dry-run-1"_s);
+    setMode(place, u"vantrel-dry-run-1"_s, 0700);
+    makeDeepFolders(place.path(u"vantrel-dry-run-1"_s), veryDeep);
+    onSmallStack([&] { ScratchFolder::removeLeftOversIn(place.dir()); });
+    QCOMPARE(namesIn(place), QStringList());
+}
+
+void TestScratchFolder::standsInForNoProjectThatIsTooDeep()
+{
+    const TestProject place;
+    place.write(u"plant/scr/a.psc"_s, "a"_ba);
+    place.makeFolder(u"temporary"_s);
+    makeDeepFolders(place.path(u"plant/scr"_s), veryDeep);
+    qputenv("TMPDIR", QFile::encodeName(place.path(u"temporary"_s)));
+    QString error;
+    onSmallStack([&] { error = ScratchProject(place.path(u"plant"_s)).error(); });
+    qunsetenv("TMPDIR");
+    QVERIFY2(error.endsWith(": File name too long"_L1), qPrintable(error));
+    QCOMPARE(place.files(u"temporary"_s), QStringList());
+    QVERIFY(updUtils::removeDir(place.path(u"plant"_s)));
 }
 
 VANTREL_TEST(TestSuite::NoApplication, TestScratchFolder)

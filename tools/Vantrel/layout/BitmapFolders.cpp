@@ -23,7 +23,7 @@ bool isFolder(const FolderEntry &entry, const QString &path)
 
 BitmapFolders::BitmapFolders(const QString &folder)
 {
-    enter(folder, Purpose::Root);
+    search(folder);
 }
 
 bool BitmapFolders::contains(const QString &fileName) const
@@ -38,20 +38,35 @@ bool BitmapFolders::contains(const QString &fileName) const
     return std::any_of(m_folders.cbegin(), m_folders.cend(), isIn);
 }
 
-void BitmapFolders::enter(const QString &folder, Purpose purpose)
+/// Each folder with all below it before the next one, without taking stack for a level.
+void BitmapFolders::search(const QString &folder)
 {
-    const FolderListing listing = listOnce(folder);
-    for (const FolderEntry &entry : listing.entries) {
-        if (purpose == Purpose::Bitmaps && !m_folderOfName.contains(entry.name))
-            m_folderOfName.insert(entry.name, folder);
-        const QString path = joinedPath(folder, QFile::decodeName(entry.name));
-        const QString lowerPath = path.toLower();
-        const bool isHidden = entry.name.startsWith('.');
-        if (isHidden || lowerPath.indexOf("/bmp"_L1) <= 0 || !isFolder(entry, path))
+    QList<Level> levels{{folder, listOnce(folder).entries, 0, Purpose::Root}};
+    while (!levels.isEmpty()) {
+        Level &level = levels.last();
+        if (level.next == level.entries.size()) {
+            levels.removeLast();
             continue;
-        m_folders.append(lowerPath);
-        enter(lowerPath, Purpose::Bitmaps);
+        }
+        const FolderEntry entry = level.entries.at(level.next++);
+        const QString inner = lookAt(entry, level);
+        if (inner.isEmpty())
+            continue;
+        m_folders.append(inner);
+        levels.append({inner, listOnce(inner).entries, 0, Purpose::Bitmaps});
     }
+}
+
+/// The path of an entry that is to be searched; empty for others.
+QString BitmapFolders::lookAt(const FolderEntry &entry, const Level &level)
+{
+    if (level.purpose == Purpose::Bitmaps && !m_folderOfName.contains(entry.name))
+        m_folderOfName.insert(entry.name, level.folder);
+    const QString path = joinedPath(level.folder, QFile::decodeName(entry.name));
+    const QString lowerPath = path.toLower();
+    const bool isHidden = entry.name.startsWith('.');
+    const bool isSearched = !isHidden && lowerPath.indexOf("/bmp"_L1) > 0 && isFolder(entry, path);
+    return isSearched ? lowerPath : QString();
 }
 
 /// What a folder holds; nothing where links have led to it before.

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QList>
 #include <QString>
 #include <QStringList>
 
@@ -28,7 +29,17 @@ private:
     enum class Purpose { Root, Bitmaps };
     using Place = std::pair<dev_t, ino_t>;
 
-    void enter(const QString &folder, Purpose purpose);
+    /// A folder that the search is inside of, and how many of its entries were looked at.
+    struct Level
+    {
+        QString folder;
+        QList<FolderEntry> entries;
+        qsizetype next = 0;
+        Purpose purpose = Purpose::Bitmaps;
+    };
+
+    void search(const QString &folder);
+    QString lookAt(const FolderEntry &entry, const Level &level);
     FolderListing listOnce(const QString &folder);
 
     QStringList m_folders;

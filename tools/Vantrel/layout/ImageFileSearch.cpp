@@ -62,6 +62,7 @@ QByteArray joined(const QByteArray &folder, const QByteArray &name)
     return folder.endsWith('/') ? folder + name : folder + '/' + name;
 }
 
+/// Whatever the depth, it takes no stack for a level: a path may lead through two thousand folders.
 class ImageFileSearch final
 {
 public:
@@ -72,65 +73,93 @@ public:
 private:
     using Place = std::pair<dev_t, ino_t>;
 
-    bool enter(const OpenFolder &folder, const QByteArray &path);
+    /// A folder that the search is inside of.
+    struct Level
+    {
+        Place place; ///< links may lead back to it
+        QByteArray path;
+        QString text; ///< the path, or empty where no text can name it
+        std::vector<Candidate> candidates;
+        std::size_t next = 0;
+        int links = 0; ///< 1 where it was entered over a link of its own
+    };
+
+    void enter(const QByteArray &path, const QString &text, int links);
+    bool mayEnter(const OpenFolder &folder, const QByteArray &path, Place &place);
     bool mayGoOn(const QByteArray &path);
     bool isCutOff() const { return m_linksInside > 0 && m_foldersOverLinks > mostFoldersOverLinks; }
-    void lookAt(const QByteArray &folder, const QString &folderText, const Candidate &candidate);
-    void searchInside(EntryKind entry, const QByteArray &path, const QString &text);
+    bool read(Level &level);
+    void lookAt(const Candidate &candidate);
     void noteFailure(const QByteArray &path, int error);
 
-    /// The folders that the search is inside of: links may lead back into them.
-    std::vector<Place> m_trail;
-    int m_linksInside = 0; ///< of those folders, how many were entered over a link of their own
+    std::vector<Level> m_levels;
+    int m_linksInside = 0; ///< of those levels, how many were entered over a link of their own
     int m_foldersOverLinks = 0;
 };
 
 /// `text` is the path, or empty where no text can name it.
 void ImageFileSearch::search(const QByteArray &path, const QString &text)
 {
-    if (isCutOff())
-        return;
-    endIfInterrupted();
-    std::vector<Candidate> candidates;
-    {
-        const OpenFolder folder(path);
-        if (!folder.isOpen()) {
-            noteFailure(path, folder.error());
-            return;
+    enter(path, text, 0);
+    while (!m_levels.empty()) {
+        Level &level = m_levels.back();
+        if (level.next == level.candidates.size() || isCutOff()) {
+            m_linksInside -= level.links;
+            m_levels.pop_back();
+            continue;
         }
-        if (!enter(folder, path))
-            return;
-        FolderListing listing = folder.list();
-        noteFailure(path, listing.error);
-        for (FolderEntry &entry : listing.entries) {
-            if (entry.name.startsWith('.'))
-                continue;
-            const QString name = textOf(entry.name);
-            candidates.push_back({std::move(entry), name, name.toLower()});
-        }
+        // The levels move when a folder is entered.
+        const Candidate candidate = std::move(level.candidates[level.next++]);
+        lookAt(candidate);
     }
-    std::sort(candidates.begin(), candidates.end(), comesBefore);
-    for (auto candidate = candidates.cbegin(); candidate != candidates.cend() && !isCutOff(); ++candidate)
-        lookAt(path, text, *candidate);
-    m_trail.pop_back();
+}
+
+/// `links` is 1 where a link of its own leads to the folder.
+void ImageFileSearch::enter(const QByteArray &path, const QString &text, int links)
+{
+    m_linksInside += links;
+    Level level{.place = {}, .path = path, .text = text, .candidates = {}, .links = links};
+    if (!isCutOff() && read(level))
+        m_levels.push_back(std::move(level));
+    else
+        m_linksInside -= links;
+}
+
+/// Returns false where the folder is not to be searched.
+bool ImageFileSearch::read(Level &level)
+{
+    endIfInterrupted();
+    const OpenFolder folder(level.path);
+    if (!folder.isOpen()) {
+        noteFailure(level.path, folder.error());
+        return false;
+    }
+    if (!mayEnter(folder, level.path, level.place))
+        return false;
+    FolderListing listing = folder.list();
+    noteFailure(level.path, listing.error);
+    for (FolderEntry &entry : listing.entries) {
+        if (entry.name.startsWith('.'))
+            continue;
+        const QString name = textOf(entry.name);
+        level.candidates.push_back({std::move(entry), name, name.toLower()});
+    }
+    std::sort(level.candidates.begin(), level.candidates.end(), comesBefore);
+    return true;
 }
 
 /// Returns false where the search is inside of the folder already, and where links have led to
 /// too many.
-bool ImageFileSearch::enter(const OpenFolder &folder, const QByteArray &path)
+bool ImageFileSearch::mayEnter(const OpenFolder &folder, const QByteArray &path, Place &place)
 {
-    struct stat place = {};
-    if (fstat(folder.descriptor(), &place) != 0) {
+    struct stat status = {};
+    if (fstat(folder.descriptor(), &status) != 0) {
         noteFailure(path, errno);
         return false;
     }
-    const Place here{place.st_dev, place.st_ino};
-    if (std::find(m_trail.begin(), m_trail.end(), here) != m_trail.end())
-        return false;
-    if (!mayGoOn(path))
-        return false;
-    m_trail.push_back(here);
-    return true;
+    place = {status.st_dev, status.st_ino};
+    const auto isHere = [&place](const Level &level) { return level.place == place; };
+    return std::none_of(m_levels.begin(), m_levels.end(), isHere) && mayGoOn(path);
 }
 
 /// Counts a folder that links have led to.
@@ -145,9 +174,10 @@ bool ImageFileSearch::mayGoOn(const QByteArray &path)
     return false;
 }
 
-void ImageFileSearch::lookAt(const QByteArray &folder, const QString &folderText, const Candidate &candidate)
+void ImageFileSearch::lookAt(const Candidate &candidate)
 {
-    const QByteArray path = joined(folder, candidate.entry.name);
+    const QString &folderText = m_levels.back().text;
+    const QByteArray path = joined(m_levels.back().path, candidate.entry.name);
     EntryKind kind = candidate.entry.kind;
     if (kind == EntryKind::Link) {
         struct stat target = {};
@@ -160,21 +190,13 @@ void ImageFileSearch::lookAt(const QByteArray &folder, const QString &folderText
     const bool isNamable = !folderText.isEmpty() && !candidate.name.isEmpty();
     const QString text = isNamable ? joinedPath(folderText, candidate.name) : QString();
     if (kind == EntryKind::Folder)
-        searchInside(candidate.entry.kind, path, text);
+        enter(path, text, candidate.entry.kind == EntryKind::Link ? 1 : 0);
     else if (kind != EntryKind::File || !path.contains(".psc"))
         return;
     else if (isNamable)
         found.files.append(QFileInfo(text));
     else
         found.unnamable.append(path);
-}
-
-void ImageFileSearch::searchInside(EntryKind entry, const QByteArray &path, const QString &text)
-{
-    const int links = entry == EntryKind::Link ? 1 : 0;
-    m_linksInside += links;
-    search(path, text);
-    m_linksInside -= links;
 }
 
 void ImageFileSearch::noteFailure(const QByteArray &path, int error)

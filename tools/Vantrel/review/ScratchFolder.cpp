@@ -2,13 +2,13 @@
 #include "ScratchFolder.h"
 
 #include "FolderListing.h"
+#include "Interruption.h"
+#include "updUtils.h"
 
 #include <QFile>
 #include <QUuid>
 
 #include <cstdio>
-#include <filesystem>
-#include <system_error>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -33,57 +33,45 @@ bool lock(int folder)
     return flock(folder, LOCK_EX | LOCK_NB) == 0;
 }
 
-void removeWithAllInIt(const QByteArray &path)
-{
-    std::error_code ignored;
-    std::filesystem::remove_all(path.toStdString(), ignored);
-}
-
 /// Whether it is one that ScratchFolder has made for this user; anybody may use the name.
-bool isOwn(int folder)
+bool isOwn(const OpenFolder &folder)
 {
     constexpr mode_t rights = 0777;
     struct stat status = {};
-    return fstat(folder, &status) == 0 && status.st_uid == geteuid() &&
+    return fstat(folder.descriptor(), &status) == 0 && status.st_uid == geteuid() &&
            (status.st_mode & rights) == forOwnerOnly;
-}
-
-void removeLeftOver(const QByteArray &path)
-{
-    const int folder = openFolder(path);
-    if (folder < 0)
-        return;
-    if (isOwn(folder) && lock(folder))
-        removeWithAllInIt(path);
-    close(folder);
-}
-
-void removeLeftOverFolders(const QByteArray &place)
-{
-    const OpenFolder folder(place);
-    if (!folder.isOpen())
-        return;
-    const FolderListing listing = folder.list();
-    for (const FolderEntry &entry : listing.entries) {
-        if (entry.kind == EntryKind::Folder && entry.name.startsWith(namePrefix))
-            removeLeftOver(place + '/' + entry.name);
-    }
 }
 
 } // namespace
 
+void ScratchFolder::removeLeftOversIn(const QString &place)
+{
+    const OpenFolder folder(QFile::encodeName(place));
+    if (!folder.isOpen())
+        return;
+    for (const FolderEntry &entry : folder.list().entries) {
+        if (entry.kind != EntryKind::Folder || !entry.name.startsWith(namePrefix))
+            continue;
+        const OpenFolder leftOver(folder, entry.name);
+        if (leftOver.isOpen() && isOwn(leftOver) && lock(leftOver.descriptor()))
+            updUtils::removeDir(place + u'/' + QFile::decodeName(entry.name));
+    }
+}
+
 ScratchFolder::~ScratchFolder()
 {
+    // To the end: what is broken off would be left over.
+    const InterruptionScope scope([] { return false; });
     if (!m_path.isEmpty())
-        removeWithAllInIt(QFile::encodeName(m_path));
+        updUtils::removeDir(m_path);
     if (m_lock >= 0)
         close(m_lock);
 }
 
 bool ScratchFolder::makeIn(const QString &place)
 {
+    removeLeftOversIn(place);
     const QByteArray folder = QFile::encodeName(place);
-    removeLeftOverFolders(folder);
     const QByteArray id = QUuid::createUuid().toByteArray(QUuid::Id128);
     // It has its name only once it is locked: another process would take it for left over.
     const QByteArray unlocked = folder + "/vantrel-new-" + id;

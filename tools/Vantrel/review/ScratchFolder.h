@@ -14,6 +14,10 @@ public:
     ScratchFolder() = default;
     ~ScratchFolder();
 
+    /// Removes those in `place` that killed processes have left. Ends between two files of them, see
+    /// endIfInterrupted().
+    static void removeLeftOversIn(const QString &place);
+
     /// Makes it in `place`, the whole path of a folder; once. Returns false where that is not possible.
     bool makeIn(const QString &place);
     /// Empty where it was not made.

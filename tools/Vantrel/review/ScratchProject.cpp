@@ -7,13 +7,17 @@
 
 #include <QDir>
 #include <QFile>
+#include <QStringList>
 
 #include <algorithm>
 #include <array>
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
+
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 namespace fs = std::filesystem;
@@ -54,51 +58,77 @@ public:
 
     void mirror(const fs::path &from, const fs::path &to)
     {
-        std::error_code ignored;
-        const fs::path place = fs::canonical(from, ignored);
-        if (std::find(m_trail.begin(), m_trail.end(), place) != m_trail.end())
-            return;
-        if (m_linksInside > 0 && ++m_foldersOverLinks > mostFoldersOverLinks)
-            return;
-        fs::create_directory(to);
-        m_trail.push_back(place);
-        // A folder that cannot be listed is an empty one to a run, too.
-        for (const fs::directory_entry &entry : fs::directory_iterator(from, ignored)) {
-            if (isCutOff())
-                break;
-            mirrorEntry(entry, to / entry.path().filename());
+        enter(from, to, 0);
+        while (!m_levels.empty()) {
+            Level &level = m_levels.back();
+            if (level.next == level.entries.size() || isCutOff()) {
+                m_linksInside -= level.links;
+                m_levels.pop_back();
+                continue;
+            }
+            // The levels move when a folder is entered.
+            const fs::directory_entry entry = std::move(level.entries[level.next++]);
+            mirrorEntry(entry, level.copy / entry.path().filename());
         }
-        m_trail.pop_back();
     }
 
 private:
+    /// A folder that the mirror is inside of.
+    struct Level
+    {
+        std::pair<dev_t, ino_t> place; ///< links may lead back to it
+        fs::path copy;
+        std::vector<fs::directory_entry> entries;
+        std::size_t next = 0;
+        int links = 0; ///< 1 where it was entered over a link of its own
+    };
+
+    void enter(const fs::path &from, const fs::path &to, int links)
+    {
+        m_linksInside += links;
+        Level level{.place = {}, .copy = to, .entries = {}, .links = links};
+        if (!isCutOff() && read(from, level))
+            m_levels.push_back(std::move(level));
+        else
+            m_linksInside -= links;
+    }
+
+    /// Returns false where the folder is not to be mirrored.
+    bool read(const fs::path &from, Level &level)
+    {
+        struct stat status = {};
+        stat(from.c_str(), &status);
+        level.place = {status.st_dev, status.st_ino};
+        const auto isHere = [&level](const Level &other) { return other.place == level.place; };
+        if (std::any_of(m_levels.begin(), m_levels.end(), isHere))
+            return false;
+        if (m_linksInside > 0 && ++m_foldersOverLinks > mostFoldersOverLinks)
+            return false;
+        fs::create_directory(level.copy);
+        // A folder that cannot be listed is an empty one to a run, too.
+        std::error_code ignored;
+        for (const fs::directory_entry &entry : fs::directory_iterator(from, ignored))
+            level.entries.push_back(entry);
+        return true;
+    }
+
     void mirrorEntry(const fs::directory_entry &entry, const fs::path &to)
     {
         endIfInterrupted();
         std::error_code ignored;
         if (entry.is_directory(ignored))
-            mirrorInside(entry, to);
+            enter(entry.path(), to, entry.is_symlink(ignored) ? 1 : 0);
         else if (m_files == Files::Copied && entry.is_regular_file(ignored))
             fs::copy_file(entry.path(), to);
         else if (m_files == Files::Linked)
             fs::create_symlink(entry.path(), to);
     }
 
-    void mirrorInside(const fs::directory_entry &entry, const fs::path &to)
-    {
-        std::error_code ignored;
-        const int links = entry.is_symlink(ignored) ? 1 : 0;
-        m_linksInside += links;
-        if (!isCutOff())
-            mirror(entry.path(), to);
-        m_linksInside -= links;
-    }
-
     bool isCutOff() const { return m_linksInside > 0 && m_foldersOverLinks > mostFoldersOverLinks; }
 
     Files m_files;
-    std::vector<fs::path> m_trail;
-    int m_linksInside = 0;
+    std::vector<Level> m_levels;
+    int m_linksInside = 0; ///< of those levels, how many were entered over a link of their own
     int m_foldersOverLinks = 0;
 };
 
@@ -119,7 +149,18 @@ void linkOtherEntries(const fs::path &from, const fs::path &to)
     }
 }
 
+QStringList foldersForTemporaryFiles()
+{
+    return {QDir::tempPath(), u"/tmp"_s, u"/var/tmp"_s};
+}
+
 } // namespace
+
+void ScratchProject::removeLeftOvers()
+{
+    for (const QString &folder : foldersForTemporaryFiles())
+        ScratchFolder::removeLeftOversIn(folder);
+}
 
 ScratchProject::ScratchProject(QString projectDir)
     : m_projectDir(std::move(projectDir))
@@ -140,7 +181,7 @@ ScratchProject::ScratchProject(QString projectDir)
 void ScratchProject::makeRoot()
 {
     const QString project = QDir(m_projectDir).canonicalPath();
-    for (const QString &candidate : {QDir::tempPath(), u"/tmp"_s, u"/var/tmp"_s}) {
+    for (const QString &candidate : foldersForTemporaryFiles()) {
         const QString folder = QDir(candidate).canonicalPath();
         const bool isInside = !project.isEmpty() && (folder + u'/').startsWith(project + u'/');
         if (folder.isEmpty() || isInside || !hasNoMeaning(folder))

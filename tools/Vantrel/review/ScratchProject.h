@@ -19,6 +19,10 @@ public:
     /// May end before it is made, see endIfInterrupted(); nothing of it is left then.
     explicit ScratchProject(QString projectDir);
 
+    /// Removes the stand-ins of processes that were killed. Ends between two files of them, see
+    /// endIfInterrupted().
+    static void removeLeftOvers();
+
     bool isReady() const { return m_error.isEmpty(); }
     /// Why it could not be made.
     const QString &error() const { return m_error; }
