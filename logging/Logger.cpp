@@ -100,10 +100,16 @@ QString homelessFolder()
     return u"%1/vantrel-%2"_s.arg(QDir::tempPath(), QString::number(geteuid()));
 }
 
-/// The root folder is nobody's home, even where a service is told so.
-bool isHome(const QString &folder)
+/// Whether a folder can be written to, or made below one that is there. Nothing is made in the root folder:
+/// it is nobody's home, even where a service is told so, nor is one that lies in it and is missing.
+bool canHoldState(const QString &folder)
 {
-    return folder.startsWith(u'/') && QDir::cleanPath(folder) != "/"_L1;
+    QString there = QDir::cleanPath(folder);
+    while (there.size() > 1 && !QFileInfo::exists(there))
+        there = QFileInfo(there).path();
+    const QByteArray name = QFile::encodeName(there);
+    return folder.startsWith(u'/') && there.size() > 1 && QFileInfo(there).isDir() &&
+           faccessat(AT_FDCWD, name.constData(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
 QString stateFolder()
@@ -112,17 +118,29 @@ QString stateFolder()
     if (configured.startsWith(u'/'))
         return configured;
     const QString home = qEnvironmentVariable("HOME");
-    return isHome(home) ? home + "/.local/state"_L1 : homelessFolder();
+    const QString inHome = home + "/.local/state"_L1;
+    const bool isHome = home.startsWith(u'/') && QDir::cleanPath(home) != "/"_L1;
+    return isHome && canHoldState(inHome) ? inHome : homelessFolder();
+}
+
+// What the log tells of a plant is for its user alone.
+constexpr mode_t folderForOwner = 0700;
+constexpr mode_t fileForOwner = 0600;
+constexpr mode_t forOthers = 0077;
+
+/// Makes the missing folders above a file.
+void makeFoldersOf(const std::string &path)
+{
+    for (std::size_t slash = path.find('/', 1); slash != std::string::npos; slash = path.find('/', slash + 1))
+        mkdir(path.substr(0, slash).c_str(), folderForOwner);
 }
 
 /// Makes the folder below the one for temporary files, where everybody may make one of its name. Throws
 /// where it is not this user's own.
 void takeHomelessFolder()
 {
-    constexpr mode_t forOwner = 0700;
-    constexpr mode_t forOthers = 0077;
     const QByteArray path = QFile::encodeName(homelessFolder());
-    mkdir(path.constData(), forOwner);
+    mkdir(path.constData(), folderForOwner);
     struct stat folder = {};
     const bool isOwn = lstat(path.constData(), &folder) == 0 && S_ISDIR(folder.st_mode) &&
                        folder.st_uid == geteuid() && (folder.st_mode & forOthers) == 0;
@@ -130,14 +148,19 @@ void takeHomelessFolder()
         throw std::runtime_error(path.toStdString() + " is no folder of this user alone");
 }
 
-/// Throws where a log file, if there is one, is something else than a file: a pipe would be waited for, and a
-/// link may lead to what is not to be written. A missing one is well.
-void refuseWhatIsNoFile(const std::string &path)
+/// Makes a log file where there is none, which no other user may read. Throws where something else than a
+/// file is there: a pipe would be waited for, and a link may lead to what is not to be written.
+void takeFile(const std::string &path)
 {
-    const int descriptor = open(path.c_str(), O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    makeFoldersOf(path);
+    const int descriptor =
+        open(path.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, fileForOwner);
     const int error = descriptor < 0 ? errno : 0;
     struct stat file = {};
     const bool isFile = descriptor >= 0 && fstat(descriptor, &file) == 0 && S_ISREG(file.st_mode);
+    // One that an earlier version has made.
+    if (isFile && file.st_uid == geteuid() && (file.st_mode & forOthers) != 0)
+        fchmod(descriptor, fileForOwner);
     if (descriptor >= 0)
         close(descriptor);
     // A link; a pipe that nobody reads, or a socket.
@@ -198,7 +221,7 @@ void LogFile::open()
 try {
     // The sink would write through a null stream once it failed to open the next file of a rotation.
     spdlog::file_event_handlers watch;
-    watch.before_open = [](const auto &file) { refuseWhatIsNoFile(file); };
+    watch.before_open = [](const auto &file) { takeFile(file); };
     watch.after_open = [this](const auto &file, std::FILE *stream) {
         refuseWhatWasExchanged(file, stream);
         m_isOpen = true;

@@ -24,6 +24,8 @@
 #include <thread>
 #include <vector>
 
+#include <linux/capability.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -413,6 +415,12 @@ public:
         QProcess process;
         process.setProcessEnvironment(environment);
         process.setWorkingDirectory(m_folder.path());
+        if (permissionsHold) {
+            process.setChildProcessModifier([] {
+                ::prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE);
+                ::prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH);
+            });
+        }
         process.start(QCoreApplication::applicationFilePath(), {u"--child"_s, caseName});
         QVERIFY2(process.waitForFinished(120'000), qUtf8Printable(process.errorString()));
         output = QString::fromUtf8(process.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
@@ -428,6 +436,7 @@ public:
     QString logFolder() const { return QFileInfo(logFile()).path(); }
 
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    bool permissionsHold = false; ///< where the superuser runs the test, too
     QStringList output;
     QStringList errors;
 
@@ -493,6 +502,7 @@ private Q_SLOTS:
     void goesOnWithoutItsFile();
     void keepsTheFileForTheUserAloneWithoutAHome_data();
     void keepsTheFileForTheUserAloneWithoutAHome();
+    void keepsTheFileAndItsFoldersForTheUserAlone();
     void writesNothingWhereOthersMay_data();
     void writesNothingWhereOthersMay();
     void goesOnOnNewLineAfterAWriteError();
@@ -1070,19 +1080,46 @@ void TestLogger::keepsTheFileForTheUserAloneWithoutAHome_data()
     QTest::newRow("empty") << u""_s;
     QTest::newRow("the root folder") << u"/"_s;
     QTest::newRow("relative") << u"home"_s;
+    QTest::newRow("missing in the root folder") << u"/nonexistent"_s;
+    QTest::newRow("a file") << u"@/file"_s;
+    QTest::newRow("protected") << u"@/protected"_s;
 }
 
 void TestLogger::keepsTheFileForTheUserAloneWithoutAHome()
 {
-    QFETCH(const QString, home);
+    QFETCH(QString, home);
     Child child;
-    const QString folder = child.makeHomeless(home);
+    const QString protectedHome = child.folder() + "/protected"_L1;
+    QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), child.folder() + "/file"_L1));
+    QVERIFY(QDir().mkdir(protectedHome));
+    QVERIFY(QFile::setPermissions(protectedHome, QFile::Permissions::fromInt(0x0500)));
+    child.permissionsHold = true; // for the superuser, too
+    const QString folder = child.makeHomeless(home.replace(u'@', child.folder()));
     child.run(u"logOneEntry"_s);
     QCOMPARE(child.output.value(0), fileBelow(folder));
     QCOMPARE(messagesOf(fileBelow(folder)), (QStringList{u"first"_s, u"second"_s}));
     QCOMPARE(QFileInfo(folder).permissions() & QFile::Permissions::fromInt(0x0777),
              QFile::Permissions::fromInt(0x0700));
     QCOMPARE(child.errors, QStringList());
+}
+
+/// Those that are there keep their rights, but for the file of an earlier version.
+void TestLogger::keepsTheFileAndItsFoldersForTheUserAlone()
+{
+    const auto rightsOf = [](const QString &path) {
+        return QFileInfo(path).permissions() & QFile::Permissions::fromInt(0x0777);
+    };
+    constexpr auto folderOfOwner = QFile::Permissions::fromInt(0x0700);
+    constexpr auto fileOfOwner = QFile::Permissions::fromInt(0x0600);
+    Child child;
+    child.run(u"logOneEntry"_s);
+    QCOMPARE(rightsOf(child.stateFolder()), folderOfOwner);
+    QCOMPARE(rightsOf(child.logFolder()), folderOfOwner);
+    QCOMPARE(rightsOf(child.logFile()), fileOfOwner);
+
+    QVERIFY(QFile::setPermissions(child.logFile(), QFile::Permissions::fromInt(0x0644)));
+    child.run(u"logOneEntry"_s);
+    QCOMPARE(rightsOf(child.logFile()), fileOfOwner);
 }
 
 void TestLogger::writesNothingWhereOthersMay_data()
