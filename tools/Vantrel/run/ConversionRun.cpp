@@ -5,6 +5,7 @@
 #include "EngineLog.h"
 #include "FileIo.h"
 #include "ImageFileSearch.h"
+#include "Interruption.h"
 #include "ProjectLock.h"
 #include "ProjectPath.h"
 #include "RootFolder.h"
@@ -51,7 +52,9 @@ void ConversionRun::perform()
     if (m_settings.putsAwayTempFolder)
         putCancelledRunAway(m_settings.projectDir, m_settings.keptRuns, WithoutHistory::Remove);
 
-    const FoundImageFiles found = searchImageFiles(m_settings.projectDir + "/scr"_L1);
+    const FoundImageFiles found = search();
+    if (m_isStoppedEarly)
+        return;
     m_summary.changeLog = relativeTo(m_settings.projectDir, m_listener.onFound());
 
     makeRoom(found);
@@ -68,6 +71,20 @@ void ConversionRun::perform()
         m_listener.onProgress(count, count);
     }
     end();
+}
+
+/// A search may take long, so that it ends where the run is stopped meanwhile: nothing is begun yet. One that
+/// was stopped before comes to its first file, as it would have without the search.
+FoundImageFiles ConversionRun::search()
+{
+    const bool isStopped = m_listener.isStopWanted();
+    const InterruptionScope scope([this, isStopped] { return !isStopped && m_listener.isStopWanted(); });
+    try {
+        return searchImageFiles(m_settings.projectDir + "/scr"_L1);
+    } catch (const WorkInterrupted &) {
+        m_isStoppedEarly = true;
+    }
+    return {};
 }
 
 /// Tells that "scr_temp" is what this run has left, and that nothing else is to be done about it.

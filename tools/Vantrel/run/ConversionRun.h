@@ -54,6 +54,7 @@ private:
     bool isNoProject() const;
     bool isInUse() const;
     bool isLeftOver() const;
+    FoundImageFiles search();
     bool enterConversion(const FoundImageFiles &found);
     void end();
     void removeStageFile();
@@ -73,5 +74,6 @@ private:
     std::unique_ptr<ProjectLock> m_lock; ///< null where the caller holds it, or there is nothing to hold
     RunFacts m_facts;
     RunSummary m_summary;
+    bool m_isStoppedEarly = false; ///< while it looked for its files
     std::unique_ptr<StageFile> m_stageFile;
 };
