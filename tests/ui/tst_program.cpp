@@ -2,6 +2,7 @@
 #include "Surroundings.h"
 #include "TestSuite.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <QProcess>
@@ -62,6 +63,8 @@ private Q_SLOTS:
     void endsWithAMessageWhereItCannotStart();
     void goesOnWhereItsFilesCannotGrow();
     void goesOnWithoutStandardStreams();
+    void keepsNoSettingsWithoutAHome_data();
+    void keepsNoSettingsWithoutAHome();
 };
 
 void TestProgram::init()
@@ -219,6 +222,43 @@ void TestProgram::goesOnWithoutStandardStreams()
         QCOMPARE(QFile::symLinkTarget(path), u"/dev/null"_s);
     }
     endInGoodOrder(program);
+}
+
+void TestProgram::keepsNoSettingsWithoutAHome_data()
+{
+    QTest::addColumn<QString>("home");
+    QTest::newRow("unset") << QString();
+    QTest::newRow("the root folder") << u"/"_s;
+    QTest::newRow("relative") << u"home"_s;
+    QTest::newRow("missing in the root folder") << u"/vantrel-nonexistent"_s;
+}
+
+void TestProgram::keepsNoSettingsWithoutAHome()
+{
+    QFETCH(const QString, home);
+    const QDir root(u"/"_s);
+    constexpr auto all = QDir::AllEntries | QDir::Hidden | QDir::System;
+    const QStringList rootBefore = root.entryList(all);
+    const QDateTime configBefore = QFileInfo(u"/.config"_s).lastModified();
+    const TestProject place;
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const QString &name : {u"XDG_CONFIG_HOME"_s, u"XDG_STATE_HOME"_s, u"HOME"_s})
+        environment.remove(name);
+    if (!home.isNull())
+        environment.insert(u"HOME"_s, home);
+    environment.insert(u"TMPDIR"_s, place.dir());
+    program.setProcessEnvironment(environment);
+    program.setWorkingDirectory(place.dir());
+    program.start(QStringLiteral(VANTREL_PROGRAM), QStringList());
+    const QString logOfHomeless = u"vantrel-%1/QEL/Vantrel/Vantrel.log"_s.arg(QString::number(geteuid()));
+    QTRY_VERIFY(place.exists(logOfHomeless) &&
+                place.read(logOfHomeless).contains("====== Vantrel start ======"));
+    endInGoodOrder(program);
+    QVERIFY(place.read(logOfHomeless).contains("====== Vantrel end ======"));
+    QCOMPARE(place.files(u""_s), QStringList{logOfHomeless});
+    QCOMPARE(root.entryList(all), rootBefore);
+    QCOMPARE(QFileInfo(u"/.config"_s).lastModified(), configBefore);
 }
 
 VANTREL_TEST(QCoreApplication, TestProgram)

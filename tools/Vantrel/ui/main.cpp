@@ -5,6 +5,7 @@
 #include "Process.h"
 #include "StopSignals.h"
 #include "Translations.h"
+#include "UserSettings.h"
 #include "Vantrel.h"
 
 #include <cstdio>
@@ -19,6 +20,7 @@ constexpr NeededMeans meansOfWindow{.openFiles = 64, .threads = 12};
 
 int showWindow(int argc, char *argv[], const QString &projectDir)
 {
+    forgetSettingsWithoutAHome();
     const Application application(argc, argv);
     const Translations translations;
     const StopSignals stopSignals;
