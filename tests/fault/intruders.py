@@ -28,7 +28,7 @@ Change = Callable[[pathlib.Path], None]
 
 # The first of them comes between the listing of the screens and the reading of the first one.
 FIRST_OF_A_RUN = "mkdirat"
-STEPS_OF_A_RUN = ("mkdir", "mkdirat", "renameat", "renameat2", "linkat", "rmdir", "unlink", "unlinkat", "sendfile")
+STEPS_OF_A_RUN = ("mkdir", "mkdirat", "renameat", "renameat2", "linkat", "rmdir", "unlinkat", "sendfile")
 
 STOP = "signal=SIGSTOP"
 

@@ -1,6 +1,6 @@
 // The folder of the last runs: names, rights, what goes and what stays.
-#include "RootFolder.h"
 #include "Interruption.h"
+#include "RootFolder.h"
 #include "RunHistory.h"
 #include "RunSummary.h"
 #include "TestProject.h"

@@ -1,7 +1,7 @@
 // The files from before a run are found wherever they lie, and come back as they were.
 #include "EarlierFiles.h"
-#include "RootFolder.h"
 #include "Interruption.h"
+#include "RootFolder.h"
 #include "RunSummary.h"
 #include "TestProject.h"
 #include "TestSuite.h"

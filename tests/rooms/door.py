@@ -36,7 +36,6 @@ ALLOWED = {
     ("tools/Vantrel/review/ScratchFolder.cpp", "mkdir"): "a folder for temporary files",
     ("tools/Vantrel/review/ScratchFolder.cpp", "rename"): "a folder for temporary files",
     ("tools/Vantrel/review/ScratchFolder.cpp", "rmdir"): "a folder for temporary files",
-    ("tools/Vantrel/review/ScratchFolder.cpp", "std::filesystem"): "a folder for temporary files",
     ("tools/Vantrel/review/ScratchProject.cpp", "std::filesystem"): "lists; what it makes is a folder for temporary files",
     ("tools/Vantrel/review/ScratchProject.cpp", "QDir"): "folders for temporary files",
     ("tools/Vantrel/ui/project/ProjectCompleter.cpp", "QDir"): "any folder of the disk, while its name is typed",

@@ -2,8 +2,10 @@
 #include "ScratchProject.h"
 
 #include "CancelledRun.h"
+#include "FileIo.h"
 #include "Interruption.h"
 #include "Limits.h"
+#include "RootFolder.h"
 
 #include <QDir>
 #include <QFile>
@@ -112,6 +114,13 @@ private:
         return true;
     }
 
+    /// A file that somebody has exchanged with a pipe meanwhile is not waited for.
+    static void copy(const fs::path &from, const fs::path &to)
+    {
+        const RootFolder folder(QFile::decodeName(to.parent_path().c_str()));
+        copyFile(QFile::decodeName(from.c_str()), folder, QFile::decodeName(to.c_str()));
+    }
+
     void mirrorEntry(const fs::directory_entry &entry, const fs::path &to)
     {
         endIfInterrupted();
@@ -119,7 +128,7 @@ private:
         if (entry.is_directory(ignored))
             enter(entry.path(), to, entry.is_symlink(ignored) ? 1 : 0);
         else if (m_files == Files::Copied && entry.is_regular_file(ignored))
-            fs::copy_file(entry.path(), to);
+            copy(entry.path(), to);
         else if (m_files == Files::Linked)
             fs::create_symlink(entry.path(), to);
     }
