@@ -223,6 +223,8 @@ private Q_SLOTS:
     void leavesARunThatCannotBeCopiedBack();
     void saysWhyItFailedAndCanBeRepeated();
     void saysWhyTheStageFileStays();
+    void leavesWhatAHistoryLeadsTo_data();
+    void leavesWhatAHistoryLeadsTo();
     void leavesWhatCannotBePutAway();
 
     void endsBeforeTheNextScreen_data();
@@ -454,6 +456,42 @@ void TestLeftOverRun::saysWhyItFailedAndCanBeRepeated()
     result = LeftOverRun(project.dir()).putBack();
     QCOMPARE(result.outcome, RecoveryOutcome::Done);
     QCOMPARE(below(project, u"scr"_s), all(original));
+}
+
+void TestLeftOverRun::leavesWhatAHistoryLeadsTo_data()
+{
+    QTest::addColumn<QString>("link");
+    QTest::addColumn<QString>("target");
+    QTest::newRow("the entry") << u".vantrel.history/2024-03-05_14-07-09"_s
+                               << u"../../outside/2024-03-05_14-07-09"_s;
+    QTest::newRow("all of it") << u".vantrel.history"_s << u"../outside"_s;
+}
+
+void TestLeftOverRun::leavesWhatAHistoryLeadsTo()
+{
+    QFETCH(const QString, link);
+    QFETCH(const QString, target);
+    const TestProject project;
+    const QStringList outside{u"../outside/2024-03-05_14-07-09/scr/a.psc"_s,
+                              u"../outside/2024-03-05_14-07-09/scr_bak/a.psc"_s};
+    for (const QString &file : outside)
+        project.write(file, "outside");
+    putOriginals(project, u"scr"_s);
+    if (link.contains(u'/'))
+        project.makeFolder(u".vantrel.history"_s);
+    project.link(target, link);
+    RunFacts kept = facts();
+    kept.historyEntry = u"2024-03-05_14-07-09"_s;
+    StageFile(project.dir(), kept).enter({.stage = RunStage::Discarding, .unsaved = {}, .endedAt = {}});
+
+    const RecoveryResult result = LeftOverRun(project.dir()).putBack();
+    QCOMPARE(result.outcome, RecoveryOutcome::Failed);
+    QVERIFY2(result.error.contains(u".vantrel.history/2024-03-05_14-07-09 is no folder"_s),
+             qPrintable(result.error));
+    for (const QString &file : outside)
+        QCOMPARE(project.read(file), "outside");
+    QCOMPARE(below(project, u"scr"_s), all(original));
+    QVERIFY(StageFile::exists(project.dir()));
 }
 
 void TestLeftOverRun::saysWhyTheStageFileStays()

@@ -103,6 +103,9 @@ QStringList RollBack::changedScreens() const
 
 QString RollBack::perform()
 {
+    // The entry was named by a file that anybody may have written.
+    if (const QString obstacle = m_places.obstacleTo(m_facts.historyEntry); !obstacle.isEmpty())
+        return obstacle;
     const RunStage stage = m_plan.record.state.stage;
     const bool isUntouched = !m_plan.hasBackup();
     if (stage != RunStage::RolledBack && !isUntouched) {

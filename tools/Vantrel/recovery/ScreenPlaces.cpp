@@ -4,6 +4,8 @@
 #include "ImageFileSearch.h"
 #include "RunHistory.h"
 
+#include <cerrno>
+
 using namespace Qt::StringLiterals;
 
 QString ScreenPlaces::inPlace(const QString &screen) const
@@ -39,6 +41,17 @@ QStringList ScreenPlaces::screensInBackup(bool &isWhole) const
 QStringList ScreenPlaces::screensConverted(bool &isWhole) const
 {
     return screensIn(u"/scr_temp"_s, isWhole);
+}
+
+QString ScreenPlaces::obstacleTo(const QString &entry) const
+{
+    if (entry.isEmpty())
+        return {};
+    const QString path = RunHistory(m_projectDir).pathOf(entry);
+    const OpenFolder folder = m_root->folder(path);
+    if (folder.isOpen() || folder.error() == ENOENT)
+        return {};
+    return u"%1 is no folder that can be opened: %2"_s.arg(path, qt_error_string(folder.error()));
 }
 
 /// They have the names that they had in "scr".

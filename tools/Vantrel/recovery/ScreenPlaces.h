@@ -36,6 +36,10 @@ public:
 
     QString folder(const QString &name) const { return m_projectDir + u'/' + name; }
 
+    /// Why an entry of the history is not used, as a sentence without a full stop; empty where it can be,
+    /// or is not there. What a link in its place leads to is not the project's.
+    QString obstacleTo(const QString &entry) const;
+
     /// Those that can be read below the "scr" that an entry of the history holds.
     QStringList screensKept(const QString &entry) const;
 
