@@ -30,6 +30,7 @@ DEV_CLI = f"build/dev/{CLI}"
 
 FAULT_SHARES = 8
 PROJECTS, PROJECT_SHARES = 2000, 10
+ATTACK_SHARES = 16
 LIMIT_SHARES = 4
 TIDY_SHARES = 10
 WALKS = 200
@@ -61,6 +62,12 @@ def faults(extent: Extent) -> list[Command]:
     share = [] if extent.whole else ["--share", str(share_for(extent.seed, FAULT_SHARES))]
     return [["scripts/build", "dev"],
             ["tests/fault/run.py", "--extent", "whole", *share, "--program", DEV_CLI]]
+
+
+def attacks(extent: Extent) -> list[Command]:
+    share = [] if extent.whole else ["--share", str(share_for(extent.seed, ATTACK_SHARES))]
+    return [["scripts/build", "dev", "vantrel-cli", "vantrel_intruder"],
+            ["tests/attack/run.py", "--extent", "whole", *share, "--program", DEV_CLI]]
 
 
 def second_implementation(extent: Extent) -> list[Command]:
@@ -110,6 +117,7 @@ def stages_of_check(extent: Extent) -> list[Stage]:
         Stage("translations", "Translations", [["scripts/translations", "--check"]]),
         Stage("tidy", "Static analysis", tidy(extent)),
         Stage("faults", "Faults, call by call", faults(extent)),
+        Stage("attacks", "Attacks on projects, and the world beside them", attacks(extent)),
         Stage("second-implementation", "The second implementation", second_implementation(extent)),
         Stage("x-server", "The window in a real X server",
               [["scripts/build", "dev", "vantrel", "dragsource"], ["tests/ui/x11/run", "build/dev"]]),
