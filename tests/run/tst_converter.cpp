@@ -1,4 +1,5 @@
 // A conversion run over a project: signals, stopping, backup and copy-back.
+#include "ConversionRun.h"
 #include "Converter.h"
 #include "ProjectLock.h"
 #include "Recorders.h"
@@ -51,6 +52,31 @@ public:
     }
 
     Converter converter;
+};
+
+/// Wants a run to stop from one of its questions on.
+class StoppingListener final : public RunListener
+{
+public:
+    explicit StoppingListener(int questionsBefore)
+        : m_questionsBefore(questionsBefore)
+    {
+    }
+
+    QString onFound() override
+    {
+        hasFound = true;
+        return {};
+    }
+    void onProgress(int /*count*/, int /*index*/) override {}
+    void onFile(const QString & /*path*/) override {}
+    void onReport(const STBlock & /*report*/) override {}
+    bool isStopWanted() override { return m_questionsBefore-- <= 0; }
+
+    bool hasFound = false;
+
+private:
+    int m_questionsBefore;
 };
 
 /// One run on this thread over a project whose "mac" holds the shape "pump.plb".
@@ -169,6 +195,8 @@ private Q_SLOTS:
     void touchesNothingWhereARunWasInterrupted();
     void goesOnFromWhatIsLeftOverWhereAsked();
     void startsOverAStageFileThatTellsOfNoMore();
+    void endsTheSearchWhereItIsStopped();
+    void comesToItsFirstFileWhereItIsStoppedBefore();
 };
 
 void TestConverter::declaresSignalsAndSlotsInOrder()
@@ -1587,6 +1615,30 @@ void TestConverter::startsOverAStageFileThatTellsOfNoMore()
     QCOMPARE(log.entries, QStringList());
     QVERIFY(!project.exists(u".vantrel.run"_s));
     QCOMPARE(project.files(u"scr_bak"_s), QStringList{u"a.psc"_s});
+}
+
+void TestConverter::endsTheSearchWhereItIsStopped()
+{
+    const TestProject project;
+    project.write(u"scr/x/a.psc"_s, plain);
+    for (const int folders : {1, 2}) {
+        StoppingListener listener(folders);
+        ConversionRun({.projectDir = project.dir(), .filterNames = {}}, listener).perform();
+        QVERIFY(!listener.hasFound);
+        QCOMPARE(project.files(u""_s), QStringList{u"scr/x/a.psc"_s});
+        QVERIFY(!project.exists(u"scr_temp"_s));
+    }
+}
+
+void TestConverter::comesToItsFirstFileWhereItIsStoppedBefore()
+{
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, plain);
+    StoppingListener listener(0);
+    ConversionRun({.projectDir = project.dir(), .filterNames = {}}, listener).perform();
+    QVERIFY(listener.hasFound);
+    QVERIFY(project.exists(u"scr_temp"_s));
+    QCOMPARE(project.read(u"scr/a.psc"_s), plain);
 }
 
 VANTREL_TEST(QCoreApplication, TestConverter)
