@@ -23,11 +23,16 @@ HeldFile::~HeldFile()
     release();
 }
 
+bool HeldFile::hasReader() const
+{
+    // The lease turns into what is asked for.
+    return fcntl(m_descriptor, F_GETLEASE) != F_WRLCK;
+}
+
 bool HeldFile::waitForReader() const
 {
     constexpr int longestWait = 20'000;
-    // The lease turns into what is asked for.
-    return QTest::qWaitFor([this] { return fcntl(m_descriptor, F_GETLEASE) != F_WRLCK; }, longestWait);
+    return QTest::qWaitFor([this] { return hasReader(); }, longestWait);
 }
 
 void HeldFile::release()

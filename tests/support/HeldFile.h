@@ -12,6 +12,8 @@ public:
     ~HeldFile();
     Q_DISABLE_COPY_MOVE(HeldFile)
 
+    /// Whether somebody waits for the file.
+    bool hasReader() const;
     /// Returns once somebody waits for the file; false where nobody comes.
     bool waitForReader() const;
     void release();

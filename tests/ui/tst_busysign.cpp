@@ -2,6 +2,8 @@
 #include "BusySign.h"
 #include "Filters_UI.h"
 #include "Gates.h"
+#include "HeldFile.h"
+#include "StopSignals.h"
 #include "Surroundings.h"
 #include "TestSuite.h"
 #include "TestWindow.h"
@@ -11,6 +13,10 @@
 #include <QElapsedTimer>
 #include <QProgressBar>
 #include <QTest>
+#include <QTimer>
+
+#include <csignal>
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -34,6 +40,9 @@ protected:
 
 } // namespace
 
+using Leaving = std::function<void(QWidget &window)>;
+Q_DECLARE_METATYPE(Leaving)
+
 class TestBusySign : public QObject
 {
     Q_OBJECT
@@ -50,6 +59,8 @@ private Q_SLOTS:
     void windowHandlesEventsWhileItCollects();
     void windowLeavesTheProgressOfARun();
     void changesDuringTheCollectionAreNotLost();
+    void windowEndsTheCollectionWhenItIsLeft_data();
+    void windowEndsTheCollectionWhenItIsLeft();
 };
 
 void TestBusySign::showsThatItIsBusyAndEndsAsBefore()
@@ -128,32 +139,29 @@ void TestBusySign::windowIsBusyWhileItCollects()
     QCOMPARE(window.ui.progressBar->value(), 0);
 }
 
+/// A file that is held keeps the collection waiting, not the window.
 void TestBusySign::windowHandlesEventsWhileItCollects()
 {
     const TestProject project;
+    project.write(u"scr/a.psc"_s, "LIB;pump.plb\n");
     TestWindow window;
     window.ui.lnProjectPath->setText(project.dir());
-    bool isSeen = false;
-    qsizetype files = 0;
+    HeldFile screen(project.path(u"scr/a.psc"_s));
+    bool isHandled = false;
     QTimer timer;
-    connect(&timer, &QTimer::timeout, &window,
-            [&] { isSeen |= !window.allFilterNames.isEmpty() && window.allFilterNames.size() < files; });
+    connect(&timer, &QTimer::timeout, &window, [&] {
+        if (isHandled || !screen.hasReader())
+            return;
+        isHandled = true;
+        screen.release();
+    });
     timer.start(0);
-    // As many files as it takes for the collection to last as long as an eye needs.
-    for (int more = 500; !isSeen && more <= 16'000; more *= 2) {
-        for (const qsizetype last = files + more; files < last; ++files) {
-            const QByteArray number = QByteArray::number(files);
-            project.write(u"scr/%1.psc"_s.arg(files), "LIB;" + number + ".plb\n");
-        }
-        window.allFilterNames.clear();
-        window.filterNamesStale = true;
-        int answered = 0;
-        whenAsked<Filters_UI>(this, answered, [](Filters_UI *dialog) { dialog->reject(); });
-        window.onBtnFiltersPressed();
-        QCOMPARE(answered, 1);
-        QCOMPARE(window.allFilterNames.size(), files);
-    }
-    QVERIFY(isSeen);
+    int answered = 0;
+    whenAsked<Filters_UI>(this, answered, [](Filters_UI *dialog) { dialog->reject(); });
+    window.onBtnFiltersPressed();
+    QCOMPARE(answered, 1);
+    QVERIFY(isHandled);
+    QCOMPARE(window.allFilterNames, QSet<QString>{u"pump.plb"_s});
 }
 
 void TestBusySign::windowLeavesTheProgressOfARun()
@@ -194,6 +202,44 @@ void TestBusySign::changesDuringTheCollectionAreNotLost()
     window.onBtnFiltersPressed();
     QCOMPARE(answered, 1);
     QVERIFY(window.filterNamesStale);
+}
+
+void TestBusySign::windowEndsTheCollectionWhenItIsLeft_data()
+{
+    QTest::addColumn<Leaving>("leave");
+    QTest::newRow("closed") << Leaving([](QWidget &window) { window.close(); });
+    QTest::newRow("signal") << Leaving([](QWidget & /*window*/) { std::raise(SIGTERM); });
+}
+
+/// Although the file that it reads is still held. It asks nothing then.
+void TestBusySign::windowEndsTheCollectionWhenItIsLeft()
+{
+    QFETCH(const Leaving, leave);
+    const TestProject project;
+    project.write(u"scr/a.psc"_s, "LIB;pump.plb\n");
+    std::signal(SIGTERM, SIG_DFL); // one that is ignored stays so
+    const StopSignals stopSignals;
+    TestWindow window;
+    window.ui.lnProjectPath->setText(project.dir());
+    window.show();
+    const HeldFile screen(project.path(u"scr/a.psc"_s));
+    bool isCollecting = false;
+    QTimer timer;
+    connect(&timer, &QTimer::timeout, &window, [&] {
+        if (isCollecting || !screen.hasReader())
+            return;
+        isCollecting = true;
+        leave(window);
+    });
+    timer.start(0);
+    QObject context;
+    int answered = 0;
+    whenAsked<Filters_UI>(&context, answered, [](Filters_UI *dialog) { dialog->reject(); });
+    window.onBtnFiltersPressed();
+    QVERIFY(isCollecting);
+    QCOMPARE(answered, 0);
+    QVERIFY(window.filterNamesStale);
+    QCOMPARE(window.ui.progressBar->maximum(), 100);
 }
 
 VANTREL_TEST(QApplication, TestBusySign)

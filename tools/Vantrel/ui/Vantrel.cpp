@@ -6,6 +6,7 @@
 #include "FilterNames.h"
 #include "Filters_UI.h"
 #include "ImageFileSearch.h"
+#include "Interruption.h"
 #include "Limits.h"
 #include "LogView.h"
 #include "MessageBar.h"
@@ -18,6 +19,7 @@
 #include "RunHistory.h"
 #include "RunNotifier.h"
 #include "RunRecord.h"
+#include "StopSignals.h"
 #include "TableActions.h"
 #include "TableSetUp.h"
 #include "UserSettings.h"
@@ -66,6 +68,18 @@ QSet<QString> toSet(const QStringList &names)
 int keptRunsOfUser()
 {
     return std::max(0, UserSettings().value("history"_L1, RunHistory::usualRuns).toInt());
+}
+
+/// The names of the shape files that the screens below a folder refer to. Ends between two files, see
+/// endIfInterrupted().
+QSet<QString> namesBelow(const QString &folder)
+{
+    QSet<QString> names;
+    for (const QFileInfo &imageFile : searchImageFiles(folder).files) {
+        endIfInterrupted();
+        collectFilterNames(imageFile.filePath(), &names);
+    }
+    return names;
 }
 
 QUrl fileUrl(const QString &path)
@@ -239,6 +253,7 @@ void Vantrel::saveSettings() const
 
 void Vantrel::closeEvent(QCloseEvent *event)
 {
+    isLeft = true;
     // The destructor waits for the run, or for a recovery; this lets it end meanwhile.
     converter->cancel();
     recovery->leave();
@@ -428,6 +443,9 @@ void Vantrel::onBtnFiltersPressed()
 {
     if (filterNamesStale)
         collectNames();
+    // Who leaves is not asked any more.
+    if (filterNamesStale && isEndWanted())
+        return;
 
     Filters_UI dialog(&allFilterNames, &selectedFilterNames, this);
     if (dialog.exec() == QDialog::Accepted)
@@ -439,23 +457,30 @@ void Vantrel::collectNames()
     BusySign busySign(*ui.progressBar, running ? BusySign::BarShowsRun : BusySign::BarIsFree);
     // First: a change that is told meanwhile makes them stale again.
     filterNamesStale = false;
-    // On a slow disk it takes a while to list the folders.
-    constexpr std::chrono::milliseconds betweenLooks{10};
-    // Here, where the system has no thread for it.
-    std::future<FoundImageFiles> search =
-        std::async(std::launch::async | std::launch::deferred, searchImageFiles, imageFolder());
-    while (search.wait_for(betweenLooks) == std::future_status::timeout)
-        busySign.keepRepainted();
-    const QList<QFileInfo> imageFiles = search.get().files;
-
     // An earlier choice is forgotten: the names may be others than those that it was made from.
     allFilterNames.clear();
     selectedFilterNames.clear();
-    for (const QFileInfo &imageFile : imageFiles) {
-        collectFilterNames(imageFile.filePath(), &allFilterNames);
+    // A slow disk keeps the thread waiting that lists its folders and reads its files.
+    constexpr std::chrono::milliseconds betweenLooks{10};
+    const auto collect = [this, folder = imageFolder()] {
+        const InterruptionScope scope([this] { return isEndWanted(); });
+        return namesBelow(folder);
+    };
+    // Here, where the system has no thread for it.
+    std::future<QSet<QString>> names = std::async(std::launch::async | std::launch::deferred, collect);
+    while (names.wait_for(betweenLooks) == std::future_status::timeout)
         busySign.keepRepainted();
+    try {
+        selectedFilterNames = allFilterNames = names.get();
+    } catch (const WorkInterrupted &) {
+        filterNamesStale = true;
     }
-    selectedFilterNames = allFilterNames;
+}
+
+/// Whether the window is left, or the process is to end. From any thread.
+bool Vantrel::isEndWanted() const
+{
+    return isLeft || StopSignals::lastReceived() != 0;
 }
 
 // --- Files for the desktop ---

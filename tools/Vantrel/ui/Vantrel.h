@@ -10,6 +10,7 @@
 #include <QString>
 #include <QWidget>
 
+#include <atomic>
 #include <memory>
 
 class CGuiFunc;
@@ -94,6 +95,7 @@ private:
     bool isToldByConverter() const;
 
     void collectNames();
+    bool isEndWanted() const;
     void openFile(const QString &path, const QString &missingText);
     void openReported(const QString &path);
     QString imageFolder() const;
@@ -103,4 +105,5 @@ private:
     int screensBegun = 0; ///< by the run that was started last, as far as it has told
     int allScreens = 0;
     std::unique_ptr<RecoveryFlow> recovery;
+    std::atomic<bool> isLeft{false};
 };
