@@ -65,6 +65,7 @@ private Q_SLOTS:
     void goesOnWithoutStandardStreams();
     void keepsNoSettingsWithoutAHome_data();
     void keepsNoSettingsWithoutAHome();
+    void removesWhatAKilledDryRunHasLeft();
 };
 
 void TestProgram::init()
@@ -259,6 +260,21 @@ void TestProgram::keepsNoSettingsWithoutAHome()
     QCOMPARE(place.files(u""_s), QStringList{logOfHomeless});
     QCOMPARE(root.entryList(all), rootBefore);
     QCOMPARE(QFileInfo(u"/.config"_s).lastModified(), configBefore);
+}
+
+void TestProgram::removesWhatAKilledDryRunHasLeft()
+{
+    const TestProject place;
+    place.write(u"vantrel-dry-run-1/plant/scr/a.psc"_s, "a");
+    QVERIFY(QFile::setPermissions(place.path(u"vantrel-dry-run-1"_s), QFile::Permissions::fromInt(0x0700)));
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"TMPDIR"_s, place.dir());
+    program.setProcessEnvironment(environment);
+    program.start(QStringLiteral(VANTREL_PROGRAM), QStringList());
+    QTRY_VERIFY(log().contains("====== Vantrel start ======"));
+    QTRY_VERIFY(!place.exists(u"vantrel-dry-run-1"_s));
+    endInGoodOrder(program);
 }
 
 VANTREL_TEST(QCoreApplication, TestProgram)

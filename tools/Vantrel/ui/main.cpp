@@ -2,6 +2,7 @@
 #include "Application.h"
 #include "CommandLine.h"
 #include "Failures.h"
+#include "LeftOverStandIns.h"
 #include "Process.h"
 #include "StopSignals.h"
 #include "Translations.h"
@@ -25,6 +26,7 @@ int showWindow(int argc, char *argv[], const QString &projectDir)
     const Translations translations;
     const StopSignals stopSignals;
     QObject::connect(&stopSignals, &StopSignals::sigStopWanted, &application, &QCoreApplication::quit);
+    const LeftOverStandIns leftOverStandIns;
     Vantrel window;
     window.openProject(projectDir);
     window.show();
