@@ -145,9 +145,10 @@ void Intruder::act(const Deed &deed, const Call &call)
 bool Intruder::isSpared(const Deed &deed, const std::string &place, const Call &call) const
 {
     return std::any_of(m_deeds.begin(), m_deeds.end(), [&](const Deed &spared) {
+        const std::string spot = m_project + '/' + spared.place;
         return spared.call == 0 && (spared.kind == "all" || spared.kind == deed.kind) &&
                (spared.target.empty() || spared.target == call.function) &&
-               isAtOrBelow(place, spared.place.empty() ? m_project : m_project + '/' + spared.place);
+               (place == spot || (spot.back() == '/' && place.compare(0, spot.size(), spot) == 0));
     });
 }
 

@@ -15,8 +15,8 @@
 /// The plan: the path of the project; then, line by line, the number of a call, what is done, the place and,
 /// of a link or a second name, the target, parted by tabs. A place is a path below the project, or what the
 /// call itself names: "@name", or the folder of that, "@folder". Lines of call 0 name what is spared: "all"
-/// or one kind of deed, a place with all below it, and, as the target, the one function that it is spared
-/// from.
+/// or one kind of deed, a place, or with a slash all below it, and, as the target, the one function that it
+/// is spared from.
 class Intruder final
 {
 public:

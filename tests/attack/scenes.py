@@ -51,8 +51,13 @@ STAGE_FILE = ".vantrel.run"
 SPARED = (
     # Entries are reached by their paths, so that a link in the place of one leads a run out of the project.
     ("all", ".vantrel.history", ""),
+    ("all", ".vantrel.history/", ""),
+    # What a link leads to that takes the place of "scr" while screens are copied back is taken for originals that
+    # are not backed up, and replaces those in the backup.
+    ("link", "scr", ""),
     # Files that are compared, and the lock, are looked at and then opened by a library that waits for a pipe.
     ("pipe", "", "open64"),
+    ("pipe", ".vantrel.lock", ""),
 )
 
 # How the program ends that is killed on purpose.
