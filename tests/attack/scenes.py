@@ -55,6 +55,8 @@ SPARED = (
     # What a link leads to that takes the place of "scr" while screens are copied back is taken for originals that
     # are not backed up, and replaces those in the backup.
     ("link", "scr", ""),
+    # What is brought back from the history is merged by paths.
+    *(("link", folder, function) for folder in ("scr/", "scr_bak", "scr_bak/") for function in ("lstat", "renameat2")),
     # Files that are compared, and the lock, are looked at and then opened by a library that waits for a pipe.
     ("pipe", "", "open64"),
     ("pipe", ".vantrel.lock", ""),
