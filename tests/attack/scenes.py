@@ -49,17 +49,12 @@ STAGE_FILE = ".vantrel.run"
 
 # What no intruder does, because it does not hold yet: a kind of deed or all, a place, and a function or any.
 SPARED = (
-    # Entries are reached by their paths, so that a link in the place of one leads a run out of the project.
-    ("all", ".vantrel.history", ""),
-    ("all", ".vantrel.history/", ""),
     # What a link leads to that takes the place of "scr" while screens are copied back is taken for originals that
     # are not backed up, and replaces those in the backup.
     ("link", "scr", ""),
-    # What is brought back from the history is merged by paths.
-    *(("link", folder, function) for folder in ("scr/", "scr_bak", "scr_bak/") for function in ("lstat", "renameat2")),
-    # Files that are compared, and the lock, are looked at and then opened by a library that waits for a pipe.
-    ("pipe", "", "open64"),
+    # The lock is looked at and then opened by a library that waits for a pipe.
     ("pipe", ".vantrel.lock", ""),
+    ("pipe", ".vantrel.lock.rmlock", ""),
 )
 
 # How the program ends that is killed on purpose.

@@ -11,16 +11,17 @@
 namespace {
 
 /// Opens what is, for all that the disk tells, a file: a pipe would be waited for, and a device might
-/// never end.
+/// never end. Asked once more when it is open: something else may have taken its place.
 bool openFile(QFile &file)
 {
     struct stat status = {};
     const QByteArray name = QFile::encodeName(file.fileName());
-    const bool isKnown = stat(name.constData(), &status) == 0;
-    if (isKnown && !S_ISREG(status.st_mode))
+    if (stat(name.constData(), &status) == 0 && !S_ISREG(status.st_mode))
         return false;
     const int descriptor = openWhenFree(name);
-    return descriptor >= 0 && file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle);
+    if (descriptor < 0 || !file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+        return false;
+    return fstat(descriptor, &status) != 0 || S_ISREG(status.st_mode);
 }
 
 enum class Ending { BetweenBlocks, Never };
