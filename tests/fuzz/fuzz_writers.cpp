@@ -13,6 +13,10 @@
 #include <cstdlib>
 #include <memory>
 
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <fuzzer/FuzzedDataProvider.h>
 
 using namespace Qt::StringLiterals;
@@ -24,27 +28,23 @@ class MemoryStream final
 {
 public:
     MemoryStream()
-        : m_stream(open_memstream(&m_bytes, &m_size))
+        : m_stream(fdopen(memfd_create("output", 0), "w+"))
     {
     }
-    ~MemoryStream()
-    {
-        std::fclose(m_stream);
-        std::free(m_bytes); // NOLINT(cppcoreguidelines-no-malloc)
-    }
+    ~MemoryStream() { std::fclose(m_stream); }
     MemoryStream(const MemoryStream &) = delete;
     MemoryStream &operator=(const MemoryStream &) = delete;
 
     std::FILE *stream() const { return m_stream; }
     QByteArray written() const
     {
-        std::fflush(m_stream);
-        return {m_bytes, static_cast<qsizetype>(m_size)};
+        const int file = fileno(m_stream);
+        QByteArray bytes(lseek(file, 0, SEEK_END), '\0');
+        bytes.truncate(pread(file, bytes.data(), static_cast<std::size_t>(bytes.size()), 0));
+        return bytes;
     }
 
 private:
-    char *m_bytes = nullptr;
-    std::size_t m_size = 0;
     std::FILE *m_stream;
 };
 

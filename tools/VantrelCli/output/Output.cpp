@@ -105,6 +105,9 @@ void Output::write(qsizetype size)
 /// Returns false where the process was asked to end and nobody reads what was written before.
 bool Output::waitForReader() const
 {
+    // Writing says so; of none, no answer would ever come.
+    if (m_descriptor < 0)
+        return true;
     constexpr int forEver = -1;
     constexpr int readersLast = 100; // milliseconds
     pollfd output{.fd = m_descriptor, .events = POLLOUT, .revents = 0};
