@@ -8,13 +8,27 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 
+#include <sys/mman.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+std::FILE *openInMemory()
+{
+    return fdopen(memfd_create("output", 0), "w+");
+}
+
+QByteArray contentOf(std::FILE *stream)
+{
+    std::fflush(stream);
+    const int file = fileno(stream);
+    QByteArray bytes(lseek(file, 0, SEEK_END), '\0');
+    bytes.truncate(pread(file, bytes.data(), static_cast<std::size_t>(bytes.size()), 0));
+    return bytes;
+}
 
 /// Takes over what the program prints, while it lives.
 class Capture final
@@ -24,15 +38,10 @@ public:
     {
         std::fflush(stdout);
         std::fflush(stderr);
-        stdout = open_memstream(&m_output, &m_outputSize);
-        stderr = open_memstream(&m_errorOutput, &m_errorSize);
+        stdout = openInMemory();
+        stderr = openInMemory();
     }
-    ~Capture()
-    {
-        release();
-        std::free(m_output);      // NOLINT(cppcoreguidelines-no-malloc)
-        std::free(m_errorOutput); // NOLINT(cppcoreguidelines-no-malloc)
-    }
+    ~Capture() { release(); }
     Capture(const Capture &) = delete;
     Capture &operator=(const Capture &) = delete;
 
@@ -40,6 +49,8 @@ public:
     {
         if (stdout == m_formerOutput)
             return;
+        m_output = contentOf(stdout);
+        m_errorOutput = contentOf(stderr);
         std::fclose(stdout);
         std::fclose(stderr);
         stdout = m_formerOutput;
@@ -47,16 +58,14 @@ public:
     }
 
     /// Known after release().
-    QByteArray output() const { return {m_output, static_cast<qsizetype>(m_outputSize)}; }
-    QByteArray errorOutput() const { return {m_errorOutput, static_cast<qsizetype>(m_errorSize)}; }
+    const QByteArray &output() const { return m_output; }
+    const QByteArray &errorOutput() const { return m_errorOutput; }
 
 private:
     std::FILE *m_formerOutput = stdout;
     std::FILE *m_formerError = stderr;
-    char *m_output = nullptr;
-    char *m_errorOutput = nullptr;
-    std::size_t m_outputSize = 0;
-    std::size_t m_errorSize = 0;
+    QByteArray m_output;
+    QByteArray m_errorOutput;
 };
 
 /// The words of an input, in which no path leads out of the working folder: a run changes what

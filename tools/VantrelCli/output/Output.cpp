@@ -41,9 +41,9 @@ QLatin1StringView colorCode(Color color)
 
 Output::Output(std::FILE *stream)
     : m_descriptor(fileno(stream))
-    , m_writing(m_descriptor == STDERR_FILENO ? Writing::AtOnce
-                : isTerminal()                ? Writing::ByLines
-                                              : Writing::ByBlocks)
+    , m_writing(stream == stderr ? Writing::AtOnce
+                : isTerminal()   ? Writing::ByLines
+                                 : Writing::ByBlocks)
 {
 }
 
